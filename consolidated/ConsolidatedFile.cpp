@@ -1,0 +1,308 @@
+#include "consolidated/ConsolidatedFile.h"
+
+#include "model/BinaryForm.h"
+#include "model/JsonText.h"
+
+#include <algorithm>
+#include <exception>
+#include <limits>
+#include <sstream>
+#include <utility>
+
+namespace consolidator {
+
+namespace {
+
+static_assert(sizeof(ConsolidatedFile::Header) == 16);
+
+constexpr std::uint64_t tableOffset = sizeof(ConsolidatedFile::Header);
+
+/// Goes to an offset from the start of the file. Offsets are signed 32-bit numbers: the higher
+/// half of a stored 64-bit offset is not looked at.
+bool seek(std::FILE* file, std::uint64_t offset) {
+    return std::fseek(file, static_cast<std::int32_t>(offset), SEEK_SET) == 0;
+}
+
+/// The position in the file as a signed 32-bit number, negative if there is none.
+std::int32_t position(std::FILE* file) {
+    return static_cast<std::int32_t>(std::ftell(file));
+}
+
+/// The number of bytes in the file; negative when it has no length (a pipe) or is too long to be
+/// counted in 31 bits.
+std::int32_t length(std::FILE* file) {
+    if (std::fseek(file, 0, SEEK_END) != 0) {
+        return -1;
+    }
+    const long end = std::ftell(file);
+    return end > std::numeric_limits<std::int32_t>::max() ? -1 : static_cast<std::int32_t>(end);
+}
+
+} // namespace
+
+bool ConsolidatedFile::open(const std::string& path, bool create, bool dumpOnly) {
+    header_ = Header();
+    if (!create) {
+        readExisting(path);
+    }
+    stream_ = openFile(path, dumpOnly ? "r" : "w");
+    return stream_ != nullptr;
+}
+
+bool ConsolidatedFile::readExisting(const std::string& path) {
+    const FileHandle file = openFile(path, "r");
+    Header found;
+    if (!file || std::fread(&found, sizeof found, 1, file.get()) != 1 ||
+        found.magic != magicNumber) {
+        return false;
+    }
+    header_ = found;
+    if (!readTable(file.get(), found.sectionCount)) {
+        return false;
+    }
+    for (SectionEntry& entry : sections_) {
+        if (!readSection(file.get(), entry)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool ConsolidatedFile::readTable(std::FILE* file, std::uint32_t count) {
+    for (std::uint32_t i = 0; i < count; ++i) {
+        SectionEntry entry;
+        if (std::fread(&entry, sizeof entry, 1, file) != 1) {
+            return false;
+        }
+        sections_.push_back(entry);
+    }
+    return true;
+}
+
+bool ConsolidatedFile::readSection(std::FILE* file, SectionEntry& entry) {
+    entry.size = cappedLength(entry.size);
+    switch (static_cast<SectionType>(entry.type)) {
+    case SectionType::Dwarf:
+        dwarf_.emplace();
+        if (seek(file, entry.offset) && readBytes(file, entry.size, *dwarf_)) {
+            return true;
+        }
+        dwarf_.reset();
+        return false;
+    case SectionType::ProjectName: {
+        std::string name;
+        if (!seek(file, entry.offset) || !readBytes(file, entry.size, name)) {
+            return false;
+        }
+        project_ = name.substr(0, name.find('\0'));
+        return true;
+    }
+    case SectionType::KernelData:
+        return seek(file, entry.offset) && readKernels(file);
+    case SectionType::KernelJson:
+        return true; // rendered anew whenever the file is written
+    }
+    return false;
+}
+
+bool ConsolidatedFile::readKernels(std::FILE* file) {
+    std::uint32_t count = 0;
+    if (!readNumber(file, count)) {
+        return false;
+    }
+    for (std::uint32_t i = 0; i < count; ++i) {
+        Kernel kernel;
+        if (!kernel.read(file)) {
+            return false;
+        }
+        kernels_.append(std::move(kernel));
+    }
+    return true;
+}
+
+void ConsolidatedFile::setProject(std::string_view name) {
+    const auto size = static_cast<std::uint32_t>(name.size());
+    sections_.push_back(SectionEntry::make(SectionType::ProjectName, size));
+    project_ = name;
+}
+
+void ConsolidatedFile::addDwarf(const std::string& path) {
+    if (hasSection(SectionType::Dwarf) || dwarf_) {
+        return;
+    }
+    const FileHandle file = openFile(path, "r");
+    if (!file) {
+        return;
+    }
+    const std::int32_t size = length(file.get());
+    std::string bytes;
+    if (size <= 0 || !seek(file.get(), 0) ||
+        !readBytes(file.get(), static_cast<std::size_t>(size), bytes)) {
+        return;
+    }
+    dwarf_ = std::move(bytes);
+    sections_.push_back(SectionEntry::make(SectionType::Dwarf, static_cast<std::uint32_t>(size)));
+}
+
+void ConsolidatedFile::addInputFile(InputFile& reader) {
+    try {
+        if (reader.isOpen() && !reader.parse()) {
+            return;
+        }
+    } catch (const std::exception&) {
+        return;
+    }
+    for (const Kernel& kernel : reader.kernels()) {
+        mergeKernel(kernel);
+    }
+}
+
+void ConsolidatedFile::mergeKernel(const Kernel& kernel) {
+    const auto [existing, isNew] = kernels_.findOrAdd(kernel.name(), [&] { return kernel; });
+    if (isNew) {
+        return;
+    }
+    if (existing.type() == KernelType::Unknown) {
+        existing.setType(kernel.type());
+    }
+    for (const std::string& path : kernel.instancePaths()) {
+        existing.addInstancePath(path);
+    }
+    for (const Variable& argument : kernel.arguments()) {
+        existing.addArgument(argument.sourceName, argument.hardwareName, argument.typeText);
+    }
+    for (const Variable& variable : kernel.variables()) {
+        existing.addVariable(variable.sourceName, variable.hardwareName, variable.typeText);
+    }
+    for (const HardwareVariable& variable : kernel.hardwareVariables()) {
+        existing.addHardwareVariable(variable);
+    }
+    for (const BreakableCondition& condition : kernel.breakableConditions()) {
+        existing.addBreakableCondition(condition);
+    }
+}
+
+bool ConsolidatedFile::hasSection(SectionType type) const {
+    return std::ranges::any_of(sections_,
+                               [type](const SectionEntry& entry) { return entry.is(type); });
+}
+
+void ConsolidatedFile::write() {
+    if (!stream_) {
+        return;
+    }
+    if (!hasSection(SectionType::KernelJson)) {
+        sections_.push_back(SectionEntry::make(SectionType::KernelJson, 0));
+    }
+    if (!kernels().empty() && !hasSection(SectionType::KernelData)) {
+        sections_.push_back(SectionEntry::make(SectionType::KernelData, 0));
+    }
+    seek(stream_.get(), tableOffset + sizeof(SectionEntry) * sections_.size());
+    for (SectionEntry& entry : sections_) {
+        writeSection(entry);
+    }
+    writeHeaderAndTable();
+}
+
+void ConsolidatedFile::writeSection(SectionEntry& entry) {
+    const std::int32_t offset = position(stream_.get());
+    if (offset < 0) {
+        return;
+    }
+    entry.offset = static_cast<std::uint64_t>(offset);
+    switch (static_cast<SectionType>(entry.type)) {
+    case SectionType::Dwarf:
+        writeDwarf(entry);
+        break;
+    case SectionType::ProjectName:
+        writeProject(entry);
+        break;
+    case SectionType::KernelData:
+        writeKernels(entry);
+        break;
+    case SectionType::KernelJson:
+        writeJson(entry);
+        break;
+    }
+    // A section of another type keeps its entry with the old size, but its payload was not read
+    // and is not written.
+}
+
+void ConsolidatedFile::writeDwarf(SectionEntry& entry) {
+    // A damaged file may have two DWARF entries, or one whose payload could not be read: no entry
+    // says more than there is.
+    const std::string_view bytes = dwarf_ ? std::string_view(*dwarf_) : std::string_view();
+    entry.size = static_cast<std::uint32_t>(std::min<std::size_t>(entry.size, bytes.size()));
+    if (entry.size > 0) {
+        std::fwrite(bytes.data(), 1, entry.size, stream_.get());
+    }
+}
+
+void ConsolidatedFile::writeProject(SectionEntry& entry) {
+    entry.size = static_cast<std::uint32_t>(project_.size());
+    std::fwrite(project_.data(), 1, project_.size(), stream_.get());
+}
+
+void ConsolidatedFile::writeKernels(SectionEntry& entry) {
+    const auto count = static_cast<std::uint32_t>(kernels().size());
+    writeNumber(stream_.get(), count);
+    entry.size = sizeof count;
+    for (const Kernel& kernel : kernels()) {
+        entry.size += kernel.write(stream_.get());
+    }
+}
+
+void ConsolidatedFile::writeJson(SectionEntry& entry) {
+    std::ostringstream json;
+    json << "{  \"Kernels\" : [ ";
+    std::string_view separator;
+    kernels_.changeEach([&](Kernel& kernel) {
+        kernel.translateConditions();
+        json << separator;
+        kernel.writeJson(json);
+        separator = ", ";
+    });
+    json << " ] }" << '\0';
+    const std::string_view text = json.view();
+    const bool written = std::fwrite(text.data(), text.size(), 1, stream_.get()) == 1;
+    entry.size = written ? static_cast<std::uint32_t>(text.size()) : 0;
+}
+
+void ConsolidatedFile::writeHeaderAndTable() {
+    // Whatever version was read: what is written is in this program's version.
+    Header header;
+    header.sectionCount = static_cast<std::uint32_t>(sections_.size());
+    seek(stream_.get(), 0);
+    std::fwrite(&header, sizeof header, 1, stream_.get());
+    if (!sections_.empty()) {
+        std::fwrite(sections_.data(), sizeof(SectionEntry), sections_.size(), stream_.get());
+    }
+}
+
+void ConsolidatedFile::dumpSection(SectionType type, const std::string& outputPath) {
+    if (!stream_) {
+        return;
+    }
+    const FileHandle output = openFile(outputPath, "w");
+    const auto entry = std::ranges::find_if(
+        sections_, [type](const SectionEntry& candidate) { return candidate.is(type); });
+    std::string payload;
+    if (output && entry != sections_.end() && seek(stream_.get(), entry->offset) &&
+        readBytes(stream_.get(), entry->size, payload)) {
+        std::fwrite(payload.data(), 1, payload.size(), output.get());
+    }
+}
+
+void ConsolidatedFile::printHeader(std::ostream& out) const {
+    out << "Magic number: " << header_.magic << std::endl;
+    out << "Major Version: " << header_.majorVersion << std::endl;
+    out << "Minor Version: " << header_.minorVersion << std::endl;
+    out << "Num sections: " << header_.sectionCount << std::endl;
+    for (std::size_t i = 0; i < sections_.size(); ++i) {
+        out << "Section " << i << ": " << sections_[i].type << std::endl;
+        out << "Offset: " << sections_[i].offset << std::endl;
+        out << "Size: " << sections_[i].size << std::endl;
+    }
+}
+
+} // namespace consolidator

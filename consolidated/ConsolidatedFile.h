@@ -1,0 +1,134 @@
+// The consolidated debug database of one project: its file format, and the merging of what the
+// readers find.
+//
+// The file, all numbers little-endian:
+//
+//     offset 0    header, 16 bytes
+//                   u32 magic          0xBEEFDAD4 (bytes d4 da ef be)
+//                   u32 major version  1
+//                   u32 minor version  1
+//                   u32 N              number of sections
+//     offset 16   section table, N entries of 24 bytes
+//                   u32 type, u32 padding, u64 offset, u32 size, u32 padding
+//     16 + 24 N   the sections' payloads in table order, without gaps
+//
+//     type 0  project name   its bytes
+//     type 1  DWARF          the bytes of the DWARF metadata file
+//     type 2  kernel data    u32 kernel count, then each kernel (see Kernel.h)
+//     type 3  kernel JSON    { "Kernels" : [ KERNEL, KERNEL ] } and a zero byte
+//
+// Rendering the JSON section translates each kernel's breakable conditions in place. So a kernel
+// data section that comes behind the JSON section, as in every new file, holds translated
+// conditions, one that comes before it the untranslated ones, and a file that is read and written
+// again has its conditions translated again. Debuggers know the files so; it stays.
+#pragma once
+
+#include "consolidated/FileHandle.h"
+#include "consolidated/InputFile.h"
+#include "consolidated/SectionEntry.h"
+#include "model/Kernel.h"
+#include "model/UniqueList.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <iostream>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace consolidator {
+
+/// One database in memory, opened once for one run.
+///
+/// It prints nothing and does not report write failures: a run that has got as far as writing
+/// ends well. Positions in the file are signed 32-bit numbers, so databases of 2 GiB or more are
+/// not supported.
+class ConsolidatedFile {
+public:
+    /// The first 16 bytes of the file.
+    struct Header {
+        std::uint32_t magic = magicNumber;
+        std::uint32_t majorVersion = supportedMajor;
+        std::uint32_t minorVersion = supportedMinor;
+        std::uint32_t sectionCount = 0;
+    };
+
+    static constexpr std::uint32_t magicNumber = 0xBEEFDAD4;
+    static constexpr std::uint32_t supportedMajor = 1;
+    static constexpr std::uint32_t supportedMinor = 1;
+
+    /// Reads what the file at `path` holds, unless `create` is set, then opens it: for reading if
+    /// `dumpOnly` is set, else for writing, which empties it. Returns false when it cannot be
+    /// opened; that it could not be read is no failure.
+    bool open(const std::string& path, bool create, bool dumpOnly);
+
+    /// Adds the content of the file at `path`. False when it is not a whole consolidated file; what
+    /// was read before the fault stays, except for the half-read last kernel or payload. A file
+    /// without the magic number adds nothing at all.
+    bool readExisting(const std::string& path);
+
+    /// Sets the project's name and appends a section for it. A section that is there already is
+    /// not looked for: every run that names a project leaves one more, all with the same name.
+    void setProject(std::string_view name);
+
+    /// Takes in a DWARF metadata file as it is. Nothing happens when the database has a DWARF
+    /// section already, or when the file is empty, cannot be read, or is larger than 2 GiB - 1.
+    void addDwarf(const std::string& path);
+
+    /// Runs one reader and merges its kernels. An input that cannot be opened or used, also one
+    /// whose reader throws, adds nothing.
+    void addInputFile(InputFile& reader);
+
+    /// Merges a kernel into the first one of its name, or appends a copy if the name is new. A type
+    /// that is known already stays; lists grow by what they do not have yet. BRAM names come only
+    /// with a kernel that is new, on purpose.
+    void mergeKernel(const Kernel& kernel);
+
+    /// Writes the whole file anew. Does nothing unless open() has opened it.
+    void write();
+
+    /// Copies the payload of the first section of this type to the file at `outputPath`, which
+    /// stays empty if there is none or it cannot be read. Does nothing unless the database is open
+    /// for reading and the output can be opened.
+    void dumpSection(SectionType type, const std::string& outputPath);
+
+    /// Lists header and section table, one item a line, for debugging this program.
+    void printHeader(std::ostream& out = std::cout) const;
+
+    /// The versions are those of the file that was read.
+    const Header& header() const { return header_; }
+    const std::vector<SectionEntry>& sections() const { return sections_; }
+    const std::string& project() const { return project_; }
+    /// The DWARF blob; nothing when there is none.
+    const std::optional<std::string>& dwarf() const { return dwarf_; }
+    /// In the order in which they were first seen.
+    const std::vector<Kernel>& kernels() const { return kernels_.items(); }
+
+private:
+    struct ByName {
+        std::string_view operator()(const Kernel& kernel) const { return kernel.name(); }
+    };
+
+    bool readTable(std::FILE* file, std::uint32_t count);
+    bool readSection(std::FILE* file, SectionEntry& entry);
+    bool readKernels(std::FILE* file);
+
+    bool hasSection(SectionType type) const;
+    void writeSection(SectionEntry& entry);
+    void writeDwarf(SectionEntry& entry);
+    void writeProject(SectionEntry& entry);
+    void writeKernels(SectionEntry& entry);
+    void writeJson(SectionEntry& entry);
+    void writeHeaderAndTable();
+
+    FileHandle stream_;
+    Header header_;
+    std::vector<SectionEntry> sections_; ///< In file order.
+    std::string project_;
+    std::optional<std::string> dwarf_;
+    UniqueList<Kernel, ByName> kernels_;
+};
+
+} // namespace consolidator

@@ -1,0 +1,27 @@
+#include "consolidated/Diagnostic.h"
+
+#include <utility>
+
+namespace consolidator {
+
+void Diagnostic::stop(std::uint64_t line, std::string reason) {
+    if (!stopped_) {
+        stopped_ = Remark{line, std::move(reason)};
+    }
+}
+
+void Diagnostic::remark(std::uint64_t line, std::string text) {
+    ++remarkCount_;
+    if (remarks_.size() < mostRemarks) {
+        remarks_.push_back({line, std::move(text)});
+    }
+}
+
+std::string describe(const Diagnostic::Remark& remark) {
+    if (remark.line == 0) {
+        return remark.text;
+    }
+    return "line " + std::to_string(remark.line) + ": " + remark.text;
+}
+
+} // namespace consolidator

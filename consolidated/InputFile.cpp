@@ -1,0 +1,33 @@
+#include "consolidated/InputFile.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <utility>
+
+namespace consolidator {
+
+InputFile::InputFile(const std::string& path, std::ostream& errors)
+    : fileName_(path), source_(std::make_unique<std::filebuf>()), errors_(errors) {
+    errno = 0;
+    if (static_cast<std::filebuf&>(*source_).open(path, std::ios::in) == nullptr) {
+        diagnostic_.stop(0, std::string("cannot be opened: ") + std::strerror(errno));
+        stream_.setstate(std::ios::failbit);
+    }
+}
+
+InputFile::InputFile(std::unique_ptr<std::streambuf> source, std::ostream& errors)
+    : source_(std::move(source)), errors_(errors) {}
+
+InputFile::~InputFile() = default;
+
+bool InputFile::isOpen() const {
+    return stream_.good();
+}
+
+bool InputFile::stop(std::uint64_t atLine, std::string reason) {
+    diagnostic_.stop(atLine, std::move(reason));
+    return false;
+}
+
+} // namespace consolidator

@@ -1,0 +1,78 @@
+// The base of all readers: one input file, the kernels found in it, and how reading it went.
+#pragma once
+
+#include "consolidated/Diagnostic.h"
+#include "consolidated/LineCountingBuffer.h"
+#include "model/Kernel.h"
+
+#include <cstdint>
+#include <iostream>
+#include <istream>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <streambuf>
+#include <string>
+#include <vector>
+
+namespace consolidator {
+
+/// Reads one input into a list of kernels, which ConsolidatedFile::addInputFile then merges into
+/// the project. A reader lives for one input only.
+///
+///     HierarchyFile reader("system.hier");
+///     if (reader.isOpen() && reader.parse()) {
+///         use(reader.kernels());
+///     }
+class InputFile {
+public:
+    /// Opens the file. Failure shows in isOpen(). Messages of the reader go to `errors`.
+    explicit InputFile(const std::string& path, std::ostream& errors = std::cerr);
+
+    /// Reads from `source`, for example a text in memory; there is no file name then.
+    explicit InputFile(std::unique_ptr<std::streambuf> source, std::ostream& errors = std::cerr);
+
+    virtual ~InputFile();
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+
+    /// True when the input was opened and no reading has failed or met the end yet.
+    virtual bool isOpen() const;
+
+    /// Reads the whole input and fills the kernel list. False when the input cannot be used; the
+    /// list then holds what came before the fault.
+    virtual bool parse() = 0;
+
+    const std::vector<Kernel>& kernels() const { return kernels_; }
+
+    /// Version of the input's format as the reader finds it; -1 until it finds one.
+    float version() const { return version_; }
+
+    /// The path as it was given; nothing for an input that is no file.
+    const std::optional<std::string>& fileName() const { return fileName_; }
+
+    const Diagnostic& diagnostic() const { return diagnostic_; }
+
+protected:
+    /// The line, counted from 1, of the next byte that the stream will deliver.
+    std::uint64_t line() { return buffer_.line(); }
+
+    /// Notes where and why reading stops. Returns false, for parse() to pass on.
+    bool stop(std::uint64_t atLine, std::string reason);
+
+    float version_ = -1.0F;
+    std::optional<std::string> fileName_;
+
+private:
+    // The stream reads through the two buffers and so comes after them.
+    std::unique_ptr<std::streambuf> source_;
+    LineCountingBuffer buffer_{*source_};
+
+protected:
+    std::istream stream_{&buffer_};
+    std::vector<Kernel> kernels_;
+    Diagnostic diagnostic_;
+    std::ostream& errors_;
+};
+
+} // namespace consolidator

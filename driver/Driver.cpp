@@ -1,0 +1,107 @@
+#include "driver/Driver.h"
+
+#include "consolidated/ConsolidatedFile.h"
+#include "driver/ConsolidatorOptions.h"
+#include "readers/HierarchyFile.h"
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace consolidator {
+
+namespace {
+
+void printVersions(std::ostream& out) {
+    out << "Consolidated version: " << ConsolidatedFile::supportedMajor << "."
+        << ConsolidatedFile::supportedMinor << std::endl;
+    out << "Supported hierarchy version: " << HierarchyFile::supportedVersion << std::endl;
+}
+
+/// False, after a message, when the database was made for another project than the given one.
+bool isOfProject(const ConsolidatedFile& database, const ConsolidatorOptions& options,
+                 std::ostream& err) {
+    if (!options.add || options.project.empty() || database.project().empty() ||
+        options.project == database.project()) {
+        return true;
+    }
+    err << "Error: consolidated file " << options.consolidatedFile << " has meta-data for project "
+        << database.project() << ", not specified project " << options.project << std::endl;
+    return false;
+}
+
+/// False, after a message, when the database has a newer major version. The comparison is signed:
+/// a version with its highest bit set counts as old.
+bool isOfSupportedVersion(const ConsolidatedFile& database, const ConsolidatorOptions& options,
+                          std::ostream& err) {
+    const ConsolidatedFile::Header& header = database.header();
+    if (static_cast<std::int32_t>(header.majorVersion) <=
+        static_cast<std::int32_t>(ConsolidatedFile::supportedMajor)) {
+        return true;
+    }
+    err << "Error: consolidated file " << options.consolidatedFile << " is version "
+        << header.majorVersion << "." << header.minorVersion << " and only versions up to "
+        << ConsolidatedFile::supportedMajor << "." << ConsolidatedFile::supportedMinor
+        << " are supported." << std::endl;
+    return false;
+}
+
+/// Runs one reader of the given kind on each file, in order.
+template <typename Reader>
+void addAll(ConsolidatedFile& database, const std::vector<std::string>& paths, std::ostream& err) {
+    for (const std::string& path : paths) {
+        Reader reader(path, err);
+        database.addInputFile(reader);
+    }
+}
+
+/// Takes in all inputs. The order of the kinds matters: each builds on what the ones before it have
+/// found.
+void consolidate(ConsolidatedFile& database, const ConsolidatorOptions& options,
+                 std::ostream& err) {
+    if (!options.dwarfFile.empty()) {
+        database.addDwarf(options.dwarfFile);
+    }
+    addAll<HierarchyFile>(database, options.hierarchyFiles, err);
+    database.write();
+}
+
+} // namespace
+
+int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
+    const ConsolidatorOptions options(argc, argv, out);
+    if (options.parseError) {
+        return 0;
+    }
+    if (!options.check(out) || options.help) {
+        options.printUsage(out);
+        return 0;
+    }
+    if (options.version) {
+        printVersions(out);
+        return 0;
+    }
+
+    ConsolidatedFile database;
+    if (!database.open(options.consolidatedFile, options.create, options.dumpRequested)) {
+        err << "Unable to open " << options.consolidatedFile << std::endl;
+        return 1;
+    }
+    if (!isOfProject(database, options, err) || !isOfSupportedVersion(database, options, err)) {
+        return 1;
+    }
+    if (!options.project.empty()) {
+        database.setProject(options.project);
+    }
+    if (!options.dumpDwarfFile.empty()) {
+        database.dumpSection(SectionType::Dwarf, options.dumpDwarfFile);
+    } else if (!options.dumpJsonFile.empty()) {
+        database.dumpSection(SectionType::KernelJson, options.dumpJsonFile);
+    } else {
+        consolidate(database, options, err);
+    }
+    return 0;
+}
+
+} // namespace consolidator

@@ -1,0 +1,100 @@
+#include "model/BinaryForm.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace consolidator {
+
+namespace {
+
+constexpr std::uint32_t largestLength = std::numeric_limits<std::uint32_t>::max() - 1;
+
+/// Bytes asked for at first; later steps double what has already come.
+constexpr std::size_t firstStep = std::size_t{64} * 1024;
+
+/// Reads `count` elements onto the end of `elements`, making room in steps that never exceed what
+/// the stream has already delivered (or `firstStep`). Returns false when fewer came; those stay.
+template <typename Container>
+bool readOnto(std::FILE* stream, std::size_t count, Container& elements) {
+    using Element = typename Container::value_type;
+    std::size_t left = count;
+    std::size_t step = firstStep / sizeof(Element);
+    while (left > 0) {
+        const std::size_t wanted = std::min(left, step);
+        const std::size_t before = elements.size();
+        elements.resize(before + wanted);
+        const std::size_t came =
+            std::fread(elements.data() + before, sizeof(Element), wanted, stream);
+        if (came < wanted) {
+            elements.resize(before + came);
+            return false;
+        }
+        left -= wanted;
+        step = elements.size();
+    }
+    return true;
+}
+
+} // namespace
+
+std::uint32_t writeNumber(std::FILE* stream, std::uint32_t number) {
+    return std::fwrite(&number, sizeof number, 1, stream) == 1 ? sizeof number : 0;
+}
+
+std::uint32_t writeText(std::FILE* stream, std::string_view text) {
+    // A text too long for its length field is cut, so that the record stays readable.
+    const auto length =
+        static_cast<std::uint32_t>(std::min<std::size_t>(text.size(), largestLength));
+    std::uint32_t written = writeNumber(stream, length);
+    if (std::fwrite(text.data(), 1, length, stream) == length) {
+        written += length;
+    }
+    return written;
+}
+
+std::uint32_t writeLocations(std::FILE* stream, const std::vector<LogicLocation>& locations) {
+    const auto count = static_cast<std::uint32_t>(locations.size());
+    std::uint32_t written = writeNumber(stream, count);
+    if (count > 0) {
+        const std::size_t numbers =
+            std::fwrite(locations.data(), sizeof(std::uint32_t), std::size_t{2} * count, stream);
+        written += static_cast<std::uint32_t>(numbers * sizeof(std::uint32_t));
+    }
+    return written;
+}
+
+std::uint32_t cappedLength(std::uint32_t length) {
+    return std::min(length, largestLength);
+}
+
+bool readNumber(std::FILE* stream, std::uint32_t& number) {
+    std::uint32_t value = 0;
+    if (std::fread(&value, sizeof value, 1, stream) != 1) {
+        return false;
+    }
+    number = value;
+    return true;
+}
+
+bool readText(std::FILE* stream, std::string& text) {
+    std::uint32_t length = 0;
+    std::string bytes;
+    if (!readNumber(stream, length) || !readBytes(stream, cappedLength(length), bytes)) {
+        return false;
+    }
+    bytes.resize(std::min(bytes.size(), bytes.find('\0')));
+    text = std::move(bytes);
+    return true;
+}
+
+bool readLocations(std::FILE* stream, std::uint32_t count, std::vector<LogicLocation>& locations) {
+    return readOnto(stream, count, locations);
+}
+
+bool readBytes(std::FILE* stream, std::size_t size, std::string& bytes) {
+    bytes.clear();
+    return readOnto(stream, size, bytes);
+}
+
+} // namespace consolidator

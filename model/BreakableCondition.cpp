@@ -1,0 +1,73 @@
+#include "model/BreakableCondition.h"
+
+#include "model/BinaryForm.h"
+
+#include <ostream>
+#include <tuple>
+
+namespace consolidator {
+
+BreakableCondition::BreakableCondition(std::uint32_t conditionKind, std::string_view conditionText)
+    : kind(conditionKind), condition(conditionText), valid(true) {}
+
+BreakableCondition::BreakableCondition(std::FILE* stream) {
+    valid = stream != nullptr && readFields(stream);
+}
+
+bool BreakableCondition::readFields(std::FILE* stream) {
+    if (!readNumber(stream, kind) || !readText(stream, condition)) {
+        return false;
+    }
+    return kind != FileLine || (readNumber(stream, line) && readText(stream, file));
+}
+
+bool BreakableCondition::operator==(const BreakableCondition& other) const {
+    return std::tie(kind, line, condition, file) ==
+           std::tie(other.kind, other.line, other.condition, other.file);
+}
+
+void BreakableCondition::writeJson(std::ostream& out) const {
+    out << "{ ";
+    switch (kind) {
+    case Start:
+        out << "\"Start\":true, ";
+        break;
+    case Stop:
+        out << "\"Stop\":true, ";
+        break;
+    case FileLine:
+        out << "\"File\":\"" << file << "\", \"Line\":" << line << ", ";
+        break;
+    default:
+        out << "\"Error\":1, ";
+        break;
+    }
+    out << "\"Cond\":\"" << condition << "\"}";
+}
+
+std::uint32_t BreakableCondition::write(std::FILE* stream) const {
+    if (stream == nullptr) {
+        return 0;
+    }
+    std::uint32_t written = writeNumber(stream, kind);
+    written += writeText(stream, condition);
+    if (kind == FileLine) {
+        written += writeNumber(stream, line);
+        written += writeText(stream, file);
+    }
+    return written;
+}
+
+} // namespace consolidator
+
+std::size_t std::hash<consolidator::BreakableCondition>::operator()(
+    const consolidator::BreakableCondition& condition) const noexcept {
+    // The mixing step multiplies by an odd constant, so that no field's hash cancels another's.
+    std::size_t mixed = 0;
+    const auto mix = [&mixed](std::size_t value) { mixed = (mixed ^ value) * 0x9E3779B97F4A7C15U; };
+    mix(condition.kind);
+    mix(condition.line);
+    mix(std::hash<std::string>()(condition.file));
+    mix(std::hash<std::string>()(condition.condition));
+    return mixed;
+}

@@ -1,0 +1,57 @@
+// One register or bus of a kernel as it lies in the configured device.
+#pragma once
+
+#include "model/LogicLocation.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace consolidator {
+
+/// A register's full net name with the device location of each of its bits.
+///
+/// Binary form: name as a text, then the locations (see BinaryForm.h).
+///
+/// JSON form, with a blank behind its closing brace; without locations the list is "[ ]":
+///
+///     { "RTLName" : "/top/k_1/inst/size_r", "Logic Locations" : [ [ 0, 0], [ 4096, 32]] }
+struct HardwareVariable {
+    std::string name; ///< Net name with a leading "/" and without any bit index.
+
+    /// Entry i belongs to bit i; a bit that was never seen is a pair of zeros.
+    std::vector<LogicLocation> locations;
+
+    /// True once the record is complete: made from a name, or read whole.
+    bool valid = false;
+
+    /// An empty record that is not complete: what reading starts from.
+    HardwareVariable() = default;
+
+    /// A complete register without locations.
+    explicit HardwareVariable(std::string_view netName);
+
+    bool operator==(const HardwareVariable&) const = default;
+
+    /// Sets where `bit` lies, adding pairs of zeros for the bits below it that were not seen yet. A
+    /// later call for the same bit replaces the earlier one. Memory grows with the bit's number:
+    /// whoever takes bit numbers from a file bounds them first.
+    void setLocation(std::uint32_t bit, std::uint32_t address, std::uint32_t offset);
+
+    void writeJson(std::ostream& out) const;
+
+    /// Writes the binary form and returns the number of bytes that went out; 0 for a null stream.
+    std::uint32_t write(std::FILE* stream) const;
+
+    /// Reads the binary form. A short read (or a null stream) gives a record that is not valid and
+    /// holds what came before it.
+    static HardwareVariable read(std::FILE* stream);
+
+private:
+    bool readFields(std::FILE* stream);
+};
+
+} // namespace consolidator

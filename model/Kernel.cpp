@@ -1,0 +1,195 @@
+#include "model/Kernel.h"
+
+#include "model/BinaryForm.h"
+#include "model/ConditionTranslation.h"
+#include "model/JsonText.h"
+
+#include <algorithm>
+#include <ostream>
+#include <utility>
+
+namespace consolidator {
+
+namespace {
+
+template <typename Elements, typename WriteOne>
+std::uint32_t writeList(std::FILE* stream, const Elements& elements, WriteOne writeOne) {
+    std::uint32_t written = writeNumber(stream, static_cast<std::uint32_t>(elements.size()));
+    for (const auto& element : elements) {
+        written += writeOne(element);
+    }
+    return written;
+}
+
+/// Calls readOne() as often as the count says that stands in the stream, until one returns false.
+template <typename ReadOne>
+bool readList(std::FILE* stream, ReadOne readOne) {
+    std::uint32_t count = 0;
+    if (!readNumber(stream, count)) {
+        return false;
+    }
+    for (std::uint32_t i = 0; i < count; ++i) {
+        if (!readOne()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+void Kernel::addInstancePath(std::string_view path) {
+    instancePaths_.findOrAdd(path, [&] { return std::string(path); });
+}
+
+void Kernel::addTo(VariableList& list, std::string_view sourceName, std::string_view hardwareName,
+                   std::string_view typeText) {
+    list.findOrAdd(sourceName, [&] { return Variable(sourceName, hardwareName, typeText); });
+}
+
+void Kernel::addArgument(std::string_view sourceName, std::string_view hardwareName,
+                         std::string_view typeText) {
+    addTo(arguments_, sourceName, hardwareName, typeText);
+}
+
+void Kernel::addVariable(std::string_view sourceName, std::string_view hardwareName,
+                         std::string_view typeText) {
+    addTo(variables_, sourceName, hardwareName, typeText);
+}
+
+void Kernel::addHardwareLocation(std::string_view rtlName, std::uint32_t bit, std::uint32_t address,
+                                 std::uint32_t offset) {
+    const auto make = [&] { return HardwareVariable(rtlName); };
+    hardwareVariables_.findOrAdd(rtlName, make).first.setLocation(bit, address, offset);
+}
+
+void Kernel::addHardwareVariable(const HardwareVariable& variable) {
+    hardwareVariables_.findOrAdd(variable.name, [&] { return variable; });
+}
+
+void Kernel::addBreakableCondition(std::uint32_t kind, std::string_view condition) {
+    addBreakableCondition(BreakableCondition(kind, condition));
+}
+
+void Kernel::addBreakableCondition(const BreakableCondition& condition) {
+    breakableConditions_.findOrAdd(condition, [&] { return condition; });
+}
+
+void Kernel::addBram(std::string_view name) {
+    brams_.emplace_back(name);
+}
+
+void Kernel::clear() {
+    *this = Kernel();
+}
+
+std::string_view Kernel::instanceSuffix() const {
+    const bool floating = std::ranges::any_of(arguments(), [](const Variable& argument) {
+        return argument.typeText.find("float") != std::string::npos ||
+               argument.typeText.find("double") != std::string::npos;
+    });
+    return floating ? "/U0" : "/inst";
+}
+
+void Kernel::translateConditions() {
+    breakableConditions_.changeAll([](std::vector<BreakableCondition>& conditions) {
+        std::erase_if(conditions, [](const BreakableCondition& condition) {
+            return isAlwaysTrue(condition.condition);
+        });
+        for (BreakableCondition& condition : conditions) {
+            condition.condition = translatedCondition(condition.condition);
+        }
+    });
+}
+
+void Kernel::writeJson(std::ostream& out) const {
+    out << "{ \"Name\" : ";
+    writeQuoted(out, name_);
+    out << ", \"Instance Paths\" : [ ";
+    const std::string_view suffix = instanceSuffix();
+    writeSeparated(out, instancePaths(),
+                   [&](const std::string& path) { out << '"' << path << suffix << '"'; });
+    out << " ], \"Type\" : ";
+    writeQuoted(out, label(type_));
+    const auto writeElement = [&out](const auto& element) { element.writeJson(out); };
+    out << ", \"Arguments\" : [ ";
+    writeSeparated(out, arguments(), writeElement);
+    out << "], \"Variables\" : [ ";
+    writeSeparated(out, variables(), writeElement);
+    if (!hardwareVariables().empty()) {
+        out << "], \"Hardware Variables\" : [ ";
+        writeSeparated(out, hardwareVariables(), writeElement);
+    }
+    out << "], \"Breakable Conditions\" : [";
+    writeSeparated(out, breakableConditions(), writeElement);
+    if (!brams_.empty()) {
+        out << "], \"BRAMs\" : [ ";
+        writeSeparated(out, brams_, [&](const std::string& bram) { writeQuoted(out, bram); });
+    }
+    out << "] }";
+}
+
+std::uint32_t Kernel::write(std::FILE* stream) const {
+    if (stream == nullptr) {
+        return 0;
+    }
+    const auto text = [stream](const std::string& element) { return writeText(stream, element); };
+    const auto record = [stream](const auto& element) { return element.write(stream); };
+    std::uint32_t written = writeText(stream, name_);
+    written += writeList(stream, instancePaths(), text);
+    written += writeNumber(stream, static_cast<std::uint32_t>(type_));
+    written += writeList(stream, arguments(), record);
+    written += writeList(stream, variables(), record);
+    written += writeList(stream, hardwareVariables(), record);
+    written += writeList(stream, breakableConditions(), record);
+    written += writeList(stream, brams_, text);
+    return written;
+}
+
+bool Kernel::read(std::FILE* stream) {
+    clear();
+    if (stream == nullptr) {
+        return false;
+    }
+    // A text joins its list only when it came whole; a record joins it in any case and is asked
+    // afterwards whether it did.
+    const auto readTextOnto = [stream](auto append) {
+        std::string text;
+        if (!readText(stream, text)) {
+            return false;
+        }
+        append(std::move(text));
+        return true;
+    };
+    const auto readPath = [&] {
+        return readTextOnto([&](std::string path) { instancePaths_.append(std::move(path)); });
+    };
+    const auto readBram = [&] {
+        return readTextOnto([&](std::string bram) { brams_.push_back(std::move(bram)); });
+    };
+    const auto readVariable = [stream](VariableList& list) {
+        return list.append(Variable::read(stream)).valid;
+    };
+    const auto readRegister = [&] {
+        return hardwareVariables_.append(HardwareVariable::read(stream)).valid;
+    };
+    const auto readCondition = [&] {
+        return breakableConditions_.append(BreakableCondition(stream)).valid;
+    };
+    return readText(stream, name_) && readList(stream, readPath) && readType(stream) &&
+           readList(stream, [&] { return readVariable(arguments_); }) &&
+           readList(stream, [&] { return readVariable(variables_); }) &&
+           readList(stream, readRegister) && readList(stream, readCondition) &&
+           readList(stream, readBram);
+}
+
+bool Kernel::readType(std::FILE* stream) {
+    std::uint32_t type = 0;
+    if (!readNumber(stream, type)) {
+        return false;
+    }
+    type_ = static_cast<KernelType>(type);
+    return true;
+}
+
+} // namespace consolidator

@@ -1,0 +1,81 @@
+#include "model/Variable.h"
+
+#include "model/BinaryForm.h"
+#include "model/JsonText.h"
+
+#include <ostream>
+
+namespace consolidator {
+
+Variable::Variable(std::string_view source, std::string_view hardware, std::string_view type)
+    : sourceName(source), hardwareName(hardware), typeText(type), valid(true) {}
+
+std::uint32_t Variable::bitWidth() const {
+    if (typeText.find('*') != std::string::npos) {
+        return 64;
+    }
+    if (typeText.find("char") != std::string::npos) {
+        return 8;
+    }
+    return 32;
+}
+
+void Variable::writeJson(std::ostream& out) const {
+    out << "[ ";
+    for (const std::string* text : {&sourceName, &hardwareName, &typeText}) {
+        writeQuoted(out, *text);
+        out << ", ";
+    }
+    out << bitWidth();
+    if (!locations.empty()) {
+        out << ", [ ";
+        std::uint32_t instance = 0;
+        writeSeparated(out, locations, [&](const std::vector<LogicLocation>& bits) {
+            out << "{ \"Instance\" : " << instance++ << ", \"Bits\" : [";
+            writeJsonLocations(out, bits, '{', '}');
+            out << "]}";
+        });
+        out << "]";
+    }
+    out << "]";
+}
+
+std::uint32_t Variable::write(std::FILE* stream) const {
+    if (stream == nullptr) {
+        return 0;
+    }
+    std::uint32_t written = writeText(stream, sourceName);
+    written += writeText(stream, hardwareName);
+    written += writeText(stream, typeText);
+    written += writeNumber(stream, static_cast<std::uint32_t>(locations.size()));
+    for (const auto& bits : locations) {
+        written += writeLocations(stream, bits);
+    }
+    return written;
+}
+
+Variable Variable::read(std::FILE* stream) {
+    Variable variable;
+    variable.valid = stream != nullptr && variable.readFields(stream);
+    return variable;
+}
+
+bool Variable::readFields(std::FILE* stream) {
+    std::uint32_t instances = 0;
+    if (!readText(stream, sourceName) || !readText(stream, hardwareName) ||
+        !readText(stream, typeText) || !readNumber(stream, instances)) {
+        return false;
+    }
+    for (std::uint32_t instance = 0; instance < instances; ++instance) {
+        std::uint32_t count = 0;
+        if (!readNumber(stream, count)) {
+            return false;
+        }
+        if (!readLocations(stream, count, locations.emplace_back())) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace consolidator

@@ -1,0 +1,98 @@
+#include "tests/support/Command.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace consolidator::test {
+
+namespace {
+
+/// A nameless temporary file that collects one stream, so that no pipe can fill up.
+class Capture {
+public:
+    Capture() : file_(std::tmpfile()) {
+        if (file_ == nullptr) {
+            throw std::runtime_error("cannot make a temporary file");
+        }
+    }
+    ~Capture() { std::fclose(file_); }
+    Capture(const Capture&) = delete;
+    Capture& operator=(const Capture&) = delete;
+
+    int descriptor() const { return fileno(file_); }
+
+    std::string text() const {
+        std::string result;
+        std::array<char, 4096> block{};
+        std::rewind(file_);
+        for (std::size_t came = 0; (came = std::fread(block.data(), 1, block.size(), file_)) > 0;) {
+            result.append(block.data(), came);
+        }
+        return result;
+    }
+
+private:
+    std::FILE* file_;
+};
+
+[[noreturn]] void becomeCommand(const std::string& directory, const std::string& program,
+                                std::vector<char*>& words, const Capture& out, const Capture& err) {
+    const int nothing = open("/dev/null", O_RDONLY);
+    if (chdir(directory.c_str()) == 0 && dup2(nothing, STDIN_FILENO) >= 0 &&
+        dup2(out.descriptor(), STDOUT_FILENO) >= 0 && dup2(err.descriptor(), STDERR_FILENO) >= 0) {
+        execv(program.c_str(), words.data());
+    }
+    _exit(127);
+}
+
+CommandResult runProgram(const std::string& directory, const std::string& program,
+                         std::vector<std::string> words) {
+    std::vector<char*> vector;
+    for (std::string& word : words) {
+        vector.push_back(word.data());
+    }
+    vector.push_back(nullptr);
+    const Capture out;
+    const Capture err;
+    const pid_t child = fork();
+    if (child < 0) {
+        throw std::runtime_error("cannot fork");
+    }
+    if (child == 0) {
+        becomeCommand(directory, program, vector, out, err);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), out.text(), err.text()};
+}
+
+} // namespace
+
+void PrintTo(const CommandResult& result, std::ostream* out) {
+    *out << "status " << result.status << "\nout: " << testing::PrintToString(result.out)
+         << "\nerr: " << testing::PrintToString(result.err);
+}
+
+CommandResult runCommand(const std::string& directory, const std::vector<std::string>& words) {
+    return runProgram(directory, words.at(0), words);
+}
+
+CommandResult runConsolidator(const std::string& directory,
+                              const std::vector<std::string>& arguments) {
+    std::vector<std::string> words{consolidatorPath()};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return runCommand(directory, words);
+}
+
+std::string consolidatorPath() {
+    return CONSOLIDATOR_PATH;
+}
+
+} // namespace consolidator::test

@@ -1,0 +1,47 @@
+#include "tests/support/TemporaryDirectory.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace consolidator::test {
+
+TemporaryDirectory::TemporaryDirectory() {
+    std::string name = (std::filesystem::temp_directory_path() / "consolidator-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) {
+        throw std::runtime_error("cannot make a temporary directory");
+    }
+    directory_ = name;
+}
+
+TemporaryDirectory::~TemporaryDirectory() {
+    std::error_code ignored;
+    std::filesystem::remove_all(directory_, ignored);
+}
+
+std::string TemporaryDirectory::path(std::string_view name) const {
+    return (directory_ / name).string();
+}
+
+std::string TemporaryDirectory::write(std::string_view name, std::string_view bytes) const {
+    std::ofstream file(path(name), std::ios::binary);
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    file.close();
+    EXPECT_TRUE(file.good()) << "cannot write " << path(name);
+    return path(name);
+}
+
+std::string TemporaryDirectory::read(std::string_view name) const {
+    std::ifstream file(path(name), std::ios::binary);
+    EXPECT_TRUE(file.is_open()) << "cannot read " << path(name);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+bool TemporaryDirectory::has(std::string_view name) const {
+    return std::filesystem::exists(path(name));
+}
+
+} // namespace consolidator::test

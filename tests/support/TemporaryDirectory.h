@@ -1,0 +1,33 @@
+// A directory of a test's own, and whole files in and out of it.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace consolidator::test {
+
+/// Made empty, and removed with all it holds at the end of its scope.
+class TemporaryDirectory {
+public:
+    TemporaryDirectory();
+    ~TemporaryDirectory();
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+
+    /// The full path of a file in this directory, whether it exists or not.
+    std::string path(std::string_view name) const;
+
+    /// Writes a file byte for byte and returns its full path.
+    std::string write(std::string_view name, std::string_view bytes) const;
+
+    /// All bytes of a file; the test fails if there is none.
+    std::string read(std::string_view name) const;
+
+    bool has(std::string_view name) const;
+
+private:
+    std::filesystem::path directory_;
+};
+
+} // namespace consolidator::test
