@@ -83,12 +83,14 @@ bool ConsolidatedFile::readSection(std::FILE* file, SectionEntry& entry) {
     entry.size = cappedLength(entry.size);
     switch (static_cast<SectionType>(entry.type)) {
     case SectionType::Dwarf:
-        dwarf_.emplace();
-        if (seek(file, entry.offset) && readBytes(file, entry.size, *dwarf_)) {
-            return true;
+        if (!seek(file, entry.offset)) {
+            return false;
         }
-        dwarf_.reset();
-        return false;
+        if (!readBytes(file, entry.size, dwarf_.emplace())) {
+            dwarf_.reset();
+            return false;
+        }
+        return true;
     case SectionType::ProjectName: {
         std::string name;
         if (!seek(file, entry.offset) || !readBytes(file, entry.size, name)) {
@@ -270,10 +272,10 @@ void ConsolidatedFile::writeJson(SectionEntry& entry) {
 
 void ConsolidatedFile::writeHeaderAndTable() {
     // Whatever version was read: what is written is in this program's version.
-    Header header;
-    header.sectionCount = static_cast<std::uint32_t>(sections_.size());
+    header_ = Header();
+    header_.sectionCount = static_cast<std::uint32_t>(sections_.size());
     seek(stream_.get(), 0);
-    std::fwrite(&header, sizeof header, 1, stream_.get());
+    std::fwrite(&header_, sizeof header_, 1, stream_.get());
     if (!sections_.empty()) {
         std::fwrite(sections_.data(), sizeof(SectionEntry), sections_.size(), stream_.get());
     }

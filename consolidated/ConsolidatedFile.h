@@ -97,7 +97,7 @@ public:
     /// Lists header and section table, one item a line, for debugging this program.
     void printHeader(std::ostream& out = std::cout) const;
 
-    /// The versions are those of the file that was read.
+    /// As read from the existing file, or as written last.
     const Header& header() const { return header_; }
     const std::vector<SectionEntry>& sections() const { return sections_; }
     const std::string& project() const { return project_; }
