@@ -266,7 +266,9 @@ void ConsolidatedFile::writeJson(SectionEntry& entry) {
     });
     json << " ] }" << '\0';
     const std::string_view text = json.view();
-    const bool written = std::fwrite(text.data(), text.size(), 1, stream_.get()) == 1;
+    // A stream that ran out of memory is bad: half a document is none.
+    const bool written =
+        json.good() && std::fwrite(text.data(), text.size(), 1, stream_.get()) == 1;
     entry.size = written ? static_cast<std::uint32_t>(text.size()) : 0;
 }
 

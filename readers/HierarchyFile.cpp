@@ -30,6 +30,9 @@ KernelType typeOf(std::string_view word) {
 } // namespace
 
 bool HierarchyFile::parse() {
+    current_.clear();
+    begun_ = 0;
+    appended_ = 0;
     // One word for the whole read: what a failed extraction leaves in it is handled again.
     std::string word;
     while (!stream_.eof()) {
