@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <exception>
 #include <limits>
+#include <locale>
 #include <sstream>
 #include <utility>
 
@@ -108,18 +109,14 @@ bool ConsolidatedFile::readSection(std::FILE* file, SectionEntry& entry) {
 }
 
 bool ConsolidatedFile::readKernels(std::FILE* file) {
-    std::uint32_t count = 0;
-    if (!readNumber(file, count)) {
-        return false;
-    }
-    for (std::uint32_t i = 0; i < count; ++i) {
+    return readList(file, [&] {
         Kernel kernel;
         if (!kernel.read(file)) {
             return false;
         }
         kernels_.append(std::move(kernel));
-    }
-    return true;
+        return true;
+    });
 }
 
 void ConsolidatedFile::setProject(std::string_view name) {
@@ -151,7 +148,8 @@ void ConsolidatedFile::addInputFile(InputFile& reader) {
         if (reader.isOpen() && !reader.parse()) {
             return;
         }
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        reader.noteFailure(error.what());
         return;
     }
     for (const Kernel& kernel : reader.kernels()) {
@@ -161,26 +159,8 @@ void ConsolidatedFile::addInputFile(InputFile& reader) {
 
 void ConsolidatedFile::mergeKernel(const Kernel& kernel) {
     const auto [existing, isNew] = kernels_.findOrAdd(kernel.name(), [&] { return kernel; });
-    if (isNew) {
-        return;
-    }
-    if (existing.type() == KernelType::Unknown) {
-        existing.setType(kernel.type());
-    }
-    for (const std::string& path : kernel.instancePaths()) {
-        existing.addInstancePath(path);
-    }
-    for (const Variable& argument : kernel.arguments()) {
-        existing.addArgument(argument.sourceName, argument.hardwareName, argument.typeText);
-    }
-    for (const Variable& variable : kernel.variables()) {
-        existing.addVariable(variable.sourceName, variable.hardwareName, variable.typeText);
-    }
-    for (const HardwareVariable& variable : kernel.hardwareVariables()) {
-        existing.addHardwareVariable(variable);
-    }
-    for (const BreakableCondition& condition : kernel.breakableConditions()) {
-        existing.addBreakableCondition(condition);
+    if (!isNew) {
+        existing.merge(kernel);
     }
 }
 
@@ -246,24 +226,19 @@ void ConsolidatedFile::writeProject(SectionEntry& entry) {
 }
 
 void ConsolidatedFile::writeKernels(SectionEntry& entry) {
-    const auto count = static_cast<std::uint32_t>(kernels().size());
-    writeNumber(stream_.get(), count);
-    entry.size = sizeof count;
+    entry.size = sizeof(std::uint32_t); // of the count
+    writeNumber(stream_.get(), static_cast<std::uint32_t>(kernels().size()));
     for (const Kernel& kernel : kernels()) {
         entry.size += kernel.write(stream_.get());
     }
 }
 
 void ConsolidatedFile::writeJson(SectionEntry& entry) {
+    kernels_.changeEach([](Kernel& kernel) { kernel.translateConditions(); });
     std::ostringstream json;
+    json.imbue(std::locale::classic());
     json << "{  \"Kernels\" : [ ";
-    std::string_view separator;
-    kernels_.changeEach([&](Kernel& kernel) {
-        kernel.translateConditions();
-        json << separator;
-        kernel.writeJson(json);
-        separator = ", ";
-    });
+    writeSeparated(json, kernels(), [&](const Kernel& kernel) { kernel.writeJson(json); });
     json << " ] }" << '\0';
     const std::string_view text = json.view();
     // A stream that ran out of memory is bad: half a document is none.

@@ -15,7 +15,7 @@
 //     type 0  project name   its bytes
 //     type 1  DWARF          the bytes of the DWARF metadata file
 //     type 2  kernel data    u32 kernel count, then each kernel (see Kernel.h)
-//     type 3  kernel JSON    { "Kernels" : [ KERNEL, KERNEL ] } and a zero byte
+//     type 3  kernel JSON    {  "Kernels" : [ KERNEL, KERNEL ] } and a zero byte
 //
 // Rendering the JSON section translates each kernel's breakable conditions in place. So a kernel
 // data section that comes behind the JSON section, as in every new file, holds translated
@@ -81,17 +81,17 @@ public:
     /// whose reader throws, adds nothing.
     void addInputFile(InputFile& reader);
 
-    /// Merges a kernel into the first one of its name, or appends a copy if the name is new. A type
-    /// that is known already stays; lists grow by what they do not have yet. BRAM names come only
-    /// with a kernel that is new, on purpose.
+    /// Merges a kernel into the first one of its name (see Kernel::merge), or appends a copy if the
+    /// name is new.
     void mergeKernel(const Kernel& kernel);
 
-    /// Writes the whole file anew. Does nothing unless open() has opened it.
+    /// Writes the whole file anew, translating the kernels' conditions on the way. To be called
+    /// once for each open(), and without effect before it.
     void write();
 
     /// Copies the payload of the first section of this type to the file at `outputPath`, which
     /// stays empty if there is none or it cannot be read. Does nothing unless the database is open
-    /// for reading and the output can be opened.
+    /// and the output can be opened.
     void dumpSection(SectionType type, const std::string& outputPath);
 
     /// Lists header and section table, one item a line, for debugging this program.

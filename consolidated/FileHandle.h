@@ -7,6 +7,7 @@
 
 namespace consolidator {
 
+/// Closes a file for FileHandle.
 struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };

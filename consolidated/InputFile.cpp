@@ -3,12 +3,14 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <locale>
 #include <utility>
 
 namespace consolidator {
 
 InputFile::InputFile(const std::string& path, std::ostream& errors)
     : fileName_(path), source_(std::make_unique<std::filebuf>()), errors_(errors) {
+    stream_.imbue(std::locale::classic());
     errno = 0;
     if (static_cast<std::filebuf&>(*source_).open(path, std::ios::in) == nullptr) {
         diagnostic_.stop(0, std::string("cannot be opened: ") + std::strerror(errno));
@@ -17,12 +19,18 @@ InputFile::InputFile(const std::string& path, std::ostream& errors)
 }
 
 InputFile::InputFile(std::unique_ptr<std::streambuf> source, std::ostream& errors)
-    : source_(std::move(source)), errors_(errors) {}
+    : source_(std::move(source)), errors_(errors) {
+    stream_.imbue(std::locale::classic());
+}
 
 InputFile::~InputFile() = default;
 
 bool InputFile::isOpen() const {
     return stream_.good();
+}
+
+void InputFile::noteFailure(const std::string& reason) {
+    stop(0, reason);
 }
 
 bool InputFile::stop(std::uint64_t atLine, std::string reason) {

@@ -53,6 +53,9 @@ public:
 
     const Diagnostic& diagnostic() const { return diagnostic_; }
 
+    /// Notes that parse() has thrown, unless it has noted itself why it stopped.
+    void noteFailure(const std::string& reason);
+
 protected:
     /// The line, counted from 1, of the next byte that the stream will deliver.
     std::uint64_t line() { return buffer_.line(); }

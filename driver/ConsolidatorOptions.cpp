@@ -60,6 +60,7 @@ ConsolidatorOptions::ConsolidatorOptions(int argc, const char* const* argv, std:
 }
 
 void ConsolidatorOptions::parse(int argc, const char* const* argv, std::ostream& out) {
+    // The positional description has no positions, so that a stray word is an error.
     po::variables_map given;
     po::store(po::command_line_parser(argc, argv)
                   .options(description_)

@@ -22,6 +22,7 @@ public:
     /// command line was parsed.
     bool check(std::ostream& out) const;
 
+    /// Prints how the program is called, with every option.
     void printUsage(std::ostream& out) const;
 
     /// The name that the program was started by.
@@ -38,16 +39,16 @@ public:
     bool version = false;
 
     // The input files, each list in command-line order.
-    std::string dwarfFile;
-    std::vector<std::string> hierarchyFiles;
-    std::vector<std::string> kernelFiles;
-    std::vector<std::string> hlsFiles;
-    std::vector<std::string> auxFiles;
-    std::vector<std::string> llFiles;
-    std::vector<std::string> ramFiles;
+    std::string dwarfFile;                   ///< DWARF metadata; empty if not given.
+    std::vector<std::string> hierarchyFiles; ///< Hierarchy metadata of the system linker.
+    std::vector<std::string> kernelFiles;    ///< Kernel description XML.
+    std::vector<std::string> hlsFiles;       ///< Kernel metadata of high-level synthesis.
+    std::vector<std::string> auxFiles;       ///< Auxiliary XML of high-level synthesis.
+    std::vector<std::string> llFiles;        ///< Logic locations of bitstream generation.
+    std::vector<std::string> ramFiles;       ///< RAM utilization reports of synthesis.
 
-    std::string consolidatedFile;
-    std::string project; ///< Empty if not given.
+    std::string consolidatedFile; ///< The database; empty if not given.
+    std::string project;          ///< The project's name; empty if not given.
 
     bool optionError = false; ///< Both `add` and `create` were given.
     bool parseError = false;  ///< The command line cannot be parsed: the run is over.

@@ -31,8 +31,8 @@ std::uint32_t writeNumber(std::FILE* stream, std::uint32_t number);
 std::uint32_t writeText(std::FILE* stream, std::string_view text);
 std::uint32_t writeLocations(std::FILE* stream, const std::vector<LogicLocation>& locations);
 
-/// 0xFFFFFFFF becomes 0xFFFFFFFE, every other value stays: the largest length or size is kept one
-/// below the largest number, so that room for a terminator can always be added.
+/// 0xFFFFFFFF becomes 0xFFFFFFFE, every other value stays. Programs that read these files put a
+/// terminator behind what they read, and so keep every length one below the largest number.
 std::uint32_t cappedLength(std::uint32_t length);
 
 /// Reads one number; on a short read returns false and leaves `number` as it was.
@@ -45,6 +45,33 @@ bool readText(std::FILE* stream, std::string& text);
 /// Reads `count` address and offset pairs onto the end of `locations`. On a short read returns
 /// false; the whole pairs that came stay.
 bool readLocations(std::FILE* stream, std::uint32_t count, std::vector<LogicLocation>& locations);
+
+/// Writes the count of the elements, then each one by writeOne(element), which returns the bytes
+/// that went out.
+template <typename Elements, typename WriteOne>
+std::uint32_t writeList(std::FILE* stream, const Elements& elements, WriteOne writeOne) {
+    std::uint32_t written = writeNumber(stream, static_cast<std::uint32_t>(elements.size()));
+    for (const auto& element : elements) {
+        written += writeOne(element);
+    }
+    return written;
+}
+
+/// Reads a count and calls readOne() as often. False when the count came short, and as soon as a
+/// call returns false.
+template <typename ReadOne>
+bool readList(std::FILE* stream, ReadOne readOne) {
+    std::uint32_t count = 0;
+    if (!readNumber(stream, count)) {
+        return false;
+    }
+    for (std::uint32_t i = 0; i < count; ++i) {
+        if (!readOne()) {
+            return false;
+        }
+    }
+    return true;
+}
 
 /// Reads exactly `size` bytes into `bytes`, replacing what it holds. On a short read returns false
 /// and leaves the bytes that came.

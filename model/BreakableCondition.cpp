@@ -1,6 +1,7 @@
 #include "model/BreakableCondition.h"
 
 #include "model/BinaryForm.h"
+#include "model/JsonText.h"
 
 #include <ostream>
 #include <tuple>
@@ -36,13 +37,17 @@ void BreakableCondition::writeJson(std::ostream& out) const {
         out << "\"Stop\":true, ";
         break;
     case FileLine:
-        out << "\"File\":\"" << file << "\", \"Line\":" << line << ", ";
+        out << "\"File\":";
+        writeQuoted(out, file);
+        out << ", \"Line\":" << line << ", ";
         break;
     default:
         out << "\"Error\":1, ";
         break;
     }
-    out << "\"Cond\":\"" << condition << "\"}";
+    out << "\"Cond\":";
+    writeQuoted(out, condition);
+    out << "}";
 }
 
 std::uint32_t BreakableCondition::write(std::FILE* stream) const {

@@ -47,6 +47,7 @@ struct BreakableCondition {
     /// Equal kind, condition, line and file.
     bool operator==(const BreakableCondition& other) const;
 
+    /// Writes the JSON form, with nothing before or after it.
     void writeJson(std::ostream& out) const;
 
     /// Writes the binary form and returns the number of bytes that went out; 0 for a null stream.

@@ -41,6 +41,7 @@ struct HardwareVariable {
     /// whoever takes bit numbers from a file bounds them first.
     void setLocation(std::uint32_t bit, std::uint32_t address, std::uint32_t offset);
 
+    /// Writes the JSON form, with nothing before or after it.
     void writeJson(std::ostream& out) const;
 
     /// Writes the binary form and returns the number of bytes that went out; 0 for a null stream.

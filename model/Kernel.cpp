@@ -10,34 +10,6 @@
 
 namespace consolidator {
 
-namespace {
-
-template <typename Elements, typename WriteOne>
-std::uint32_t writeList(std::FILE* stream, const Elements& elements, WriteOne writeOne) {
-    std::uint32_t written = writeNumber(stream, static_cast<std::uint32_t>(elements.size()));
-    for (const auto& element : elements) {
-        written += writeOne(element);
-    }
-    return written;
-}
-
-/// Calls readOne() as often as the count says that stands in the stream, until one returns false.
-template <typename ReadOne>
-bool readList(std::FILE* stream, ReadOne readOne) {
-    std::uint32_t count = 0;
-    if (!readNumber(stream, count)) {
-        return false;
-    }
-    for (std::uint32_t i = 0; i < count; ++i) {
-        if (!readOne()) {
-            return false;
-        }
-    }
-    return true;
-}
-
-} // namespace
-
 void Kernel::addInstancePath(std::string_view path) {
     instancePaths_.findOrAdd(path, [&] { return std::string(path); });
 }
@@ -77,6 +49,27 @@ void Kernel::addBreakableCondition(const BreakableCondition& condition) {
 
 void Kernel::addBram(std::string_view name) {
     brams_.emplace_back(name);
+}
+
+void Kernel::merge(const Kernel& other) {
+    if (type_ == KernelType::Unknown) {
+        type_ = other.type_;
+    }
+    for (const std::string& path : other.instancePaths()) {
+        addInstancePath(path);
+    }
+    for (const Variable& argument : other.arguments()) {
+        addArgument(argument.sourceName, argument.hardwareName, argument.typeText);
+    }
+    for (const Variable& variable : other.variables()) {
+        addVariable(variable.sourceName, variable.hardwareName, variable.typeText);
+    }
+    for (const HardwareVariable& variable : other.hardwareVariables()) {
+        addHardwareVariable(variable);
+    }
+    for (const BreakableCondition& condition : other.breakableConditions()) {
+        addBreakableCondition(condition);
+    }
 }
 
 void Kernel::clear() {

@@ -67,10 +67,12 @@ public:
     /// Names of the block-RAM cells that belong to the kernel; duplicates are kept.
     const std::vector<std::string>& brams() const { return brams_; }
 
-    /// An empty path is a value like any other.
+    /// Adds the path unless it is there. An empty path is a value like any other.
     void addInstancePath(std::string_view path);
+    /// Adds an argument unless there is one of this source name, whatever its other texts are.
     void addArgument(std::string_view sourceName, std::string_view hardwareName,
                      std::string_view typeText);
+    /// The same for a local variable.
     void addVariable(std::string_view sourceName, std::string_view hardwareName,
                      std::string_view typeText);
     /// Sets where one bit of the register `rtlName` lies, adding the register if it is new. The
@@ -79,9 +81,17 @@ public:
                              std::uint32_t offset);
     /// Adds a copy of the register unless one of its name is there.
     void addHardwareVariable(const HardwareVariable& variable);
+    /// Adds a condition without a source line unless an equal one is there.
     void addBreakableCondition(std::uint32_t kind, std::string_view condition);
+    /// Adds a copy of the condition unless an equal one is there.
     void addBreakableCondition(const BreakableCondition& condition);
+    /// Adds the name, whether or not it is there.
     void addBram(std::string_view name);
+
+    /// Takes over what `other`, a kernel of the same name, knows and this one does not. A type that
+    /// is known stays. Arguments and variables come without their locations, and BRAM names do not
+    /// come at all: both reach a project only with a kernel that is new to it. That is on purpose.
+    void merge(const Kernel& other);
 
     /// Back to the state of a new record: all empty, type Unknown.
     void clear();
@@ -95,6 +105,7 @@ public:
     /// the translated texts again.
     void translateConditions();
 
+    /// Writes the JSON form, with the conditions as they stand.
     void writeJson(std::ostream& out) const;
 
     /// Writes the binary form and returns the number of bytes that went out; 0 for a null stream.

@@ -45,6 +45,7 @@ struct Variable {
     /// a "char", else 32.
     std::uint32_t bitWidth() const;
 
+    /// Writes the JSON form, with nothing before or after it.
     void writeJson(std::ostream& out) const;
 
     /// Writes the binary form and returns the number of bytes that went out; 0 for a null stream.

@@ -25,6 +25,7 @@
 
 namespace consolidator {
 
+/// Makes the kernels of a project, with their types and instance paths.
 class HierarchyFile final : public InputFile {
 public:
     /// The highest version of the format that is read.
@@ -35,9 +36,9 @@ public:
 
     using InputFile::InputFile;
 
-    /// Appends the file's kernels in the order of their names. Fails, with a message, on a version
-    /// above the supported one and on an "instance" without "path:"; fails in silence on a comment
-    /// that is too long, on a version that is no number and on a file that cannot be read.
+    /// Appends the kernels in the order in which the file names them. Fails, with a message, on a
+    /// version above the supported one and on an "instance" without "path:"; fails in silence on a
+    /// comment that is too long, on a version that is no number and on a file that cannot be read.
     bool parse() override;
 
 private:
