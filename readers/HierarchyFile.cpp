@@ -87,26 +87,27 @@ bool HierarchyFile::readVersion() {
     const bool noNumber = stream_.fail() && !stream_.eof();
     stream_ >> std::ws;
     if (static_cast<double>(version_) > supportedVersion) {
-        errors_ << "Unsupported hierarchy file: ";
-        if (fileName_) {
-            errors_ << *fileName_;
-        } else {
-            // The absent name is a null string to the stream, which goes bad on it and stays so:
-            // nothing more of the message comes out.
-            errors_.setstate(std::ios::badbit);
-        }
-        errors_ << std::endl;
-        errors_ << "Version: " << static_cast<double>(version_) << std::endl;
-        errors_ << "Supported Version: " << supportedVersion << std::endl;
-        return stop(wordLine_, "version " + std::to_string(version_) +
-                                   " is not supported, only "
-                                   "versions up to " +
-                                   std::to_string(supportedVersion) + " are");
+        reportUnsupportedVersion();
+        return stop(wordLine_, "the version is above the supported one");
     }
     if (noNumber) {
         return stop(wordLine_, "expected a number after \"version:\"");
     }
     return true;
+}
+
+void HierarchyFile::reportUnsupportedVersion() {
+    errors_ << "Unsupported hierarchy file: ";
+    if (fileName_) {
+        errors_ << *fileName_;
+    } else {
+        // The absent name is a null string to the stream, which goes bad on it and stays so:
+        // nothing more of the message comes out.
+        errors_.setstate(std::ios::badbit);
+    }
+    errors_ << std::endl;
+    errors_ << "Version: " << static_cast<double>(version_) << std::endl;
+    errors_ << "Supported Version: " << supportedVersion << std::endl;
 }
 
 bool HierarchyFile::readInstance(std::string& word) {

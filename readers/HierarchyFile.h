@@ -45,6 +45,7 @@ private:
     bool handle(std::string& word);
     bool skipComment();
     bool readVersion();
+    void reportUnsupportedVersion();
     bool readInstance(std::string& word);
     void readType(std::string& word);
     void beginKernel(const std::string& name);

@@ -1,5 +1,7 @@
 #include "tests/support/Command.h"
 
+#include "tests/support/ArgumentVector.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -9,10 +11,14 @@
 #include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 namespace consolidator::test {
 
 namespace {
+
+/// A run that takes longer hangs, and is ended by a signal.
+constexpr unsigned longestRunSeconds = 300;
 
 /// A nameless temporary file that collects one stream, so that no pipe can fill up.
 class Capture {
@@ -43,22 +49,27 @@ private:
 };
 
 [[noreturn]] void becomeCommand(const std::string& directory, const std::string& program,
-                                std::vector<char*>& words, const Capture& out, const Capture& err) {
+                                const ArgumentVector& words, const Capture& out,
+                                const Capture& err) {
     const int nothing = open("/dev/null", O_RDONLY);
     if (chdir(directory.c_str()) == 0 && dup2(nothing, STDIN_FILENO) >= 0 &&
         dup2(out.descriptor(), STDOUT_FILENO) >= 0 && dup2(err.descriptor(), STDERR_FILENO) >= 0) {
-        execv(program.c_str(), words.data());
+        alarm(longestRunSeconds);
+        execv(program.c_str(), words.pointers());
     }
     _exit(127);
 }
 
+} // namespace
+
+void PrintTo(const CommandResult& result, std::ostream* out) {
+    *out << "status " << result.status << "\nout: " << testing::PrintToString(result.out)
+         << "\nerr: " << testing::PrintToString(result.err);
+}
+
 CommandResult runProgram(const std::string& directory, const std::string& program,
                          std::vector<std::string> words) {
-    std::vector<char*> vector;
-    for (std::string& word : words) {
-        vector.push_back(word.data());
-    }
-    vector.push_back(nullptr);
+    const ArgumentVector vector(std::move(words));
     const Capture out;
     const Capture err;
     const pid_t child = fork();
@@ -71,13 +82,6 @@ CommandResult runProgram(const std::string& directory, const std::string& progra
     int status = 0;
     waitpid(child, &status, 0);
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), out.text(), err.text()};
-}
-
-} // namespace
-
-void PrintTo(const CommandResult& result, std::ostream* out) {
-    *out << "status " << result.status << "\nout: " << testing::PrintToString(result.out)
-         << "\nerr: " << testing::PrintToString(result.err);
 }
 
 CommandResult runCommand(const std::string& directory, const std::vector<std::string>& words) {

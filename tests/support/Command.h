@@ -18,8 +18,13 @@ struct CommandResult {
 /// How a result shows in a failed test.
 void PrintTo(const CommandResult& result, std::ostream* out);
 
-/// Runs words[0] (a path) with words as its argument vector in the folder `directory`, waits for it
-/// and collects its streams. Standard input is empty.
+/// Runs `program` (a path) with `words` as its argument vector, the first of which it sees as its
+/// name, in the folder `directory`, waits for it and collects its streams. Standard input is empty.
+/// A run that hangs is ended after some minutes.
+CommandResult runProgram(const std::string& directory, const std::string& program,
+                         std::vector<std::string> words);
+
+/// The same, for a program that is started by its path: words[0].
 CommandResult runCommand(const std::string& directory, const std::vector<std::string>& words);
 
 /// The same for the built consolidator: `arguments` come after its name.

@@ -6,7 +6,9 @@ namespace consolidator::test {
 
 FileHandle fileWith(std::string_view bytes) {
     FileHandle file(std::tmpfile());
-    if (!file || std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) {
+    // An empty view may have no bytes to point to, which fwrite does not take.
+    const std::string content(bytes);
+    if (!file || std::fwrite(content.data(), 1, content.size(), file.get()) != content.size()) {
         throw std::runtime_error("cannot make a temporary file");
     }
     std::rewind(file.get());
