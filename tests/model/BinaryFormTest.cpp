@@ -199,6 +199,36 @@ TEST(BinaryForm, LocationsThatClaimTheLargestCountInASmallFileFail) {
     }
 }
 
+TEST(BinaryForm, AListIsWrittenAsItsCountThenEachElement) {
+    const std::vector<std::string> texts{"a", "", "bc"};
+    EXPECT_EQ(bytesWrittenBy([&](std::FILE* file) {
+                  const auto one = [=](const std::string& text) { return writeText(file, text); };
+                  return writeList(file, texts, one);
+              }),
+              u32(3) + text("a") + text("") + text("bc"));
+}
+
+TEST(BinaryForm, AListCountsWhatItsElementsReport) {
+    const FileHandle file = fileWith({});
+    const std::vector<std::uint32_t> reports{100, 0, 7};
+    EXPECT_EQ(writeList(file.get(), reports, [](std::uint32_t report) { return report; }), 111U);
+    EXPECT_EQ(contentOf(file.get()), u32(3));
+}
+
+TEST(BinaryForm, AListIsReadElementByElementUntilOneFails) {
+    const auto calls = [](const std::string& bytes, int failing, bool expected) {
+        const FileHandle file = fileWith(bytes);
+        int called = 0;
+        EXPECT_EQ(readList(file.get(), [&] { return ++called != failing; }), expected);
+        return called;
+    };
+    EXPECT_EQ(calls(u32(3), 0, true), 3);
+    EXPECT_EQ(calls(u32(0), 0, true), 0);
+    EXPECT_EQ(calls(u32(3), 3, false), 3);
+    EXPECT_EQ(calls(u32(largest), 2, false), 2);
+    EXPECT_EQ(calls("\x01\x01\x01", 0, false), 0);
+}
+
 TEST(BinaryForm, ALongTextComesBackWhole) {
     std::string longText;
     for (int i = 0; i < 1'000'003; ++i) {

@@ -310,6 +310,25 @@ TEST(Kernel, AClearedKernelCanBeFilledAgain) {
     EXPECT_THAT(kernel.breakableConditions(), SizeIs(1));
 }
 
+TEST(Kernel, MergingWithItselfOrItsCopyChangesNothing) {
+    Kernel kernel = sampleKernel();
+    kernel.merge(kernel);
+    kernel.merge(sampleKernel());
+    EXPECT_EQ(binaryForm(kernel), sampleRecord());
+}
+
+TEST(Kernel, MergingIntoANewKernelTakesAllButNameAndBrams) {
+    Kernel kernel;
+    kernel.setName("checksum");
+    kernel.merge(sampleKernel());
+    EXPECT_EQ(kernel.name(), "checksum");
+    EXPECT_THAT(kernel.brams(), IsEmpty());
+    kernel.setName("scale_rows");
+    kernel.addBram("buffer_U");
+    kernel.addBram("table_U");
+    EXPECT_EQ(binaryForm(kernel), sampleRecord());
+}
+
 TEST(KernelInstanceSuffix, IsU0WithAFloatingPointArgument) {
     EXPECT_EQ(suffixFor({"int", "float*"}), "/U0");
     EXPECT_EQ(suffixFor({"float"}), "/U0");
