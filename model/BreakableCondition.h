@@ -20,7 +20,7 @@ namespace consolidator {
 ///
 ///     { "Start":true, "Cond":"== $i/kc_start 1'b1"}
 ///     { "Stop":true, "Cond":"== $i/kc_done 1'b1"}
-///     { "File":"scale.cpp", "Line":12, "Cond":"== 1'b1 $i/ap_CS_fsm_state2"}
+///     { "File":"scale.cpp", "Line":12, "Cond":"== 1'b1 $i/fsm_state2"}
 ///     { "Error":1, "Cond":""}
 struct BreakableCondition {
     /// The kinds that have a meaning; every other number is an error condition.

@@ -2,11 +2,11 @@
 //
 // High-level synthesis states a condition in infix form, over bare signal names:
 //
-//     (ap_CS_fsm_state2 == 1'b1)
+//     (fsm_state2 == 1'b1)
 //
 // A debugger evaluates prefix form, with every name under the kernel instance's path "$i":
 //
-//     == 1'b1 $i/ap_CS_fsm_state2
+//     == 1'b1 $i/fsm_state2
 //
 // The road goes over three steps, each with its own odd cases that debuggers have come to rely on:
 // the outer parentheses go by position, names are qualified word by word, and the words are put

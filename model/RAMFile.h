@@ -6,7 +6,7 @@
 //     8. Block Ram / URAM Memory Power - Instantiated   the last title: the contents are over
 //     3. Memory Utilization - Inferred                  now a heading: a wanted table follows
 //     ----------------------------------
-//     | top/k_1/ram_reg   | RAMB36E2   | …              a row
+//     | top/k_1/ram_reg   | RAMB_BIG   | …              a row
 //     4. Memory Performance - Inferred                  ends the table
 //     6. Memory Utilization - Instantiated              the other wanted table
 //     7. Memory Utilization - Instantiated              ends it

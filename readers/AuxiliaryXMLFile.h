@@ -3,8 +3,8 @@
 // The file is not parsed as XML. It is scanned line by line for two kinds of lines, known by their
 // first word; words are what stands between white space:
 //
-//     <vd:acceleratorMap vd:functionName="scale_rows" …            the kernel's name
-//     <vd:arg vd:originalName="input_r" vd:busTypeRef="axi4" …     one argument
+//     <vd:acceleratorMap vd:functionName="scale_rows" …                the kernel's name
+//     <vd:arg vd:originalName="input_r" vd:busTypeRef="acc_scalar" …   one argument
 //
 // A name is its word without the attribute's name and opening quote in front and without the last
 // character, whatever that is: 'vd:originalName="n"/>' gives the name 'n"/'. The bus type begins

@@ -5,7 +5,7 @@
 // four characters (the extension). It is read line by line, as words between white space:
 //
 //     Begin Function scale                       functions may nest; each one must end
-//     RTL 1 state2 (ap_CS_fsm_state2 == 1'b1)    an entry: two words that are skipped, a condition
+//     RTL 1 state2 (fsm_state2 == 1'b1)          an entry: two words that are skipped, a condition
 //     local sum                                  a variable of the entry, with its block behind it:
 //     at: scale.cpp:12                             a source line of the entry (FILE:LINE)
 //     reg: sum_reg[31:0]                           the variable's register

@@ -5,7 +5,7 @@
 //
 //     ; a comment
 //     Revision 3                                                        the header
-//     Bit 26214438 0x00402a1f 2214 TILE_X1Y2 0 Latch=AQ Net=top/k_1/inst/state_r[3]
+//     Bit 26214438 0x00402a1f 2214 TILE_X1Y2 0 Latch=Q Net=top/k_1/inst/state_r[3]
 //
 //     Bit       the first word of every other line
 //     26214438  position in the bitstream, decimal; not kept
