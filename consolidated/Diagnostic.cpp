@@ -24,4 +24,11 @@ std::string describe(const Diagnostic::Remark& remark) {
     return "line " + std::to_string(remark.line) + ": " + remark.text;
 }
 
+std::string quoted(std::string_view text) {
+    std::string result(1, '"');
+    result += text;
+    result += '"';
+    return result;
+}
+
 } // namespace consolidator

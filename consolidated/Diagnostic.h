@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace consolidator {
@@ -50,5 +51,8 @@ private:
 /// The remark as a user reads it: "line 31: expected "path:" after "instance"", or the text alone
 /// when it is about the file as a whole.
 std::string describe(const Diagnostic::Remark& remark);
+
+/// The text between double quotes, for use in a remark.
+std::string quoted(std::string_view text);
 
 } // namespace consolidator

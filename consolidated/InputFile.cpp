@@ -33,9 +33,20 @@ void InputFile::noteFailure(const std::string& reason) {
     stop(0, reason);
 }
 
+std::string_view InputFile::readLine(std::span<char> buffer) {
+    stream_.getline(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+    return buffer.data(); // getline puts a zero byte behind the line in any case
+}
+
 bool InputFile::stop(std::uint64_t atLine, std::string reason) {
     diagnostic_.stop(atLine, std::move(reason));
     return false;
+}
+
+bool InputFile::stopAtLine(std::uint64_t atLine, std::size_t most) {
+    return stop(atLine, stream_.bad()
+                            ? "the file cannot be read"
+                            : "the line has more than " + std::to_string(most) + " characters");
 }
 
 } // namespace consolidator

@@ -5,14 +5,17 @@
 #include "consolidated/LineCountingBuffer.h"
 #include "model/Kernel.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <iostream>
 #include <istream>
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <span>
 #include <streambuf>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace consolidator {
@@ -60,8 +63,21 @@ protected:
     /// The line, counted from 1, of the next byte that the stream will deliver.
     std::uint64_t line() { return buffer_.line(); }
 
+    /// Reads one line as std::istream::getline does and returns it up to its first zero byte; it
+    /// lives in `buffer`. A line that does not fit into all but one of the buffer's characters
+    /// comes in part and leaves the stream failed; so does a line at the end of the stream, which
+    /// is empty.
+    std::string_view readLine(std::span<char> buffer);
+
+    /// True when the stream has failed before its end: no later read will get any further.
+    bool stuck() const { return stream_.fail() && !stream_.eof(); }
+
     /// Notes where and why reading stops. Returns false, for parse() to pass on.
     bool stop(std::uint64_t atLine, std::string reason);
+
+    /// The same for a line that left the stream stuck: it has more than `most` characters, or the
+    /// file cannot be read.
+    bool stopAtLine(std::uint64_t atLine, std::size_t most);
 
     float version_ = -1.0F;
     std::optional<std::string> fileName_;

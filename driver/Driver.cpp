@@ -2,7 +2,12 @@
 
 #include "consolidated/ConsolidatedFile.h"
 #include "driver/ConsolidatorOptions.h"
+#include "model/RAMFile.h"
+#include "readers/AuxiliaryXMLFile.h"
+#include "readers/HLSFile.h"
 #include "readers/HierarchyFile.h"
+#include "readers/KernelFile.h"
+#include "readers/LLFile.h"
 
 #include <cstdint>
 #include <ostream>
@@ -56,6 +61,25 @@ void addAll(ConsolidatedFile& database, const std::vector<std::string>& paths, s
     }
 }
 
+/// Logic locations are matched against a copy of the project's kernels, which is merged back.
+void addLogicLocations(ConsolidatedFile& database, const std::vector<std::string>& paths,
+                       std::ostream& err) {
+    for (const std::string& path : paths) {
+        LLFile reader(path, err);
+        reader.setKernels(database.kernels());
+        database.addInputFile(reader);
+    }
+}
+
+/// RAM reports are matched against the project's kernels themselves.
+void addRamReports(ConsolidatedFile& database, const std::vector<std::string>& paths,
+                   std::ostream& err) {
+    for (const std::string& path : paths) {
+        RAMFile reader(path, database.kernels(), err);
+        database.addInputFile(reader);
+    }
+}
+
 /// Takes in all inputs. The order of the kinds matters: each builds on what the ones before it have
 /// found.
 void consolidate(ConsolidatedFile& database, const ConsolidatorOptions& options,
@@ -64,6 +88,11 @@ void consolidate(ConsolidatedFile& database, const ConsolidatorOptions& options,
         database.addDwarf(options.dwarfFile);
     }
     addAll<HierarchyFile>(database, options.hierarchyFiles, err);
+    addAll<KernelFile>(database, options.kernelFiles, err);
+    addAll<HLSFile>(database, options.hlsFiles, err);
+    addAll<AuxiliaryXMLFile>(database, options.auxFiles, err);
+    addLogicLocations(database, options.llFiles, err);
+    addRamReports(database, options.ramFiles, err);
     database.write();
 }
 

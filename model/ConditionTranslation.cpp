@@ -1,6 +1,7 @@
 #include "model/ConditionTranslation.h"
 
-#include <algorithm>
+#include "model/Words.h"
+
 #include <cstddef>
 #include <optional>
 #include <vector>
@@ -10,23 +11,12 @@ namespace consolidator {
 namespace {
 
 // Character classes of the C locale, whatever locale the program runs in.
-constexpr std::string_view whiteSpace = " \t\n\v\f\r";
-
 bool isLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
-}
-
-/// Takes the first word off the front of `text`, with the white space before it; empty when there
-/// is no word left.
-std::string_view takeWord(std::string_view& text) {
-    text.remove_prefix(std::min(text.size(), text.find_first_not_of(whiteSpace)));
-    const std::string_view word = text.substr(0, text.find_first_of(whiteSpace));
-    text.remove_prefix(word.size());
-    return word;
 }
 
 /// The operands and the reductions of one condition.
@@ -116,17 +106,9 @@ std::string_view withoutOuterParentheses(std::string_view condition) {
 }
 
 std::string withQualifiedNames(std::string_view condition) {
-    std::string qualified;
-    for (auto word = takeWord(condition); !word.empty(); word = takeWord(condition)) {
-        if (isLetter(word.front())) {
-            qualified += "$i/";
-        }
-        qualified += word;
-        if (!condition.empty()) {
-            qualified += ' ';
-        }
-    }
-    return qualified;
+    return joinedWords(condition, [](std::string_view word) {
+        return std::string_view(isLetter(word.front()) ? "$i/" : "");
+    });
 }
 
 std::string inPrefixForm(std::string_view condition) {

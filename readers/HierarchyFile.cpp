@@ -74,8 +74,8 @@ bool HierarchyFile::handle(std::string& word) {
 
 bool HierarchyFile::skipComment() {
     std::array<char, longestComment + 1> rest{};
-    stream_.getline(rest.data(), rest.size());
-    if (stream_.fail() && !stream_.eof()) {
+    readLine(rest);
+    if (stuck()) {
         return stop(wordLine_,
                     "the comment is longer than " + std::to_string(longestComment) + " characters");
     }
@@ -84,7 +84,7 @@ bool HierarchyFile::skipComment() {
 
 bool HierarchyFile::readVersion() {
     stream_ >> std::ws >> version_;
-    const bool noNumber = stream_.fail() && !stream_.eof();
+    const bool noNumber = stuck();
     stream_ >> std::ws;
     if (static_cast<double>(version_) > supportedVersion) {
         reportUnsupportedVersion();

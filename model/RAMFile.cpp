@@ -1,0 +1,97 @@
+#include "model/RAMFile.h"
+
+#include <array>
+#include <istream>
+#include <optional>
+#include <utility>
+
+namespace consolidator {
+
+namespace {
+
+constexpr std::uint32_t inferred = 3;
+constexpr std::uint32_t instantiated = 6;
+
+/// Takes the text before the first "|" off the front of `row`, with the "|"; null when there is no
+/// "|" left.
+std::optional<std::string_view> takeCell(std::string_view& row) {
+    const std::size_t end = row.find('|');
+    if (end == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const std::string_view cell = row.substr(0, end);
+    row.remove_prefix(end + 1);
+    return cell;
+}
+
+} // namespace
+
+RAMFile::RAMFile(const std::string& path, const std::vector<Kernel>& projectKernels,
+                 std::ostream& errors)
+    : InputFile(path, errors), projectKernels_(&projectKernels) {}
+
+RAMFile::RAMFile(std::unique_ptr<std::streambuf> source, const std::vector<Kernel>& projectKernels,
+                 std::ostream& errors)
+    : InputFile(std::move(source), errors), projectKernels_(&projectKernels) {}
+
+bool RAMFile::parse() {
+    if (!isOpen()) {
+        return false;
+    }
+    std::array<char, longestLine + 1> buffer{};
+    while (!stream_.eof()) {
+        lineNumber_ = line();
+        parseLine(readLine(buffer));
+        if (stuck()) {
+            stopAtLine(lineNumber_, longestLine);
+            return true;
+        }
+        stream_ >> std::ws;
+    }
+    return true;
+}
+
+void RAMFile::parseLine(std::string_view text) {
+    if (section_ != inferred && section_ != instantiated) {
+        enterSection(text);
+    } else if (text.starts_with('-')) {
+        return;
+    } else if (text == "4. Memory Performance - Inferred" ||
+               text == "7. Memory Utilization - Instantiated") {
+        ++section_; // either line ends either table
+    } else {
+        matchRow(text);
+    }
+}
+
+void RAMFile::enterSection(std::string_view text) {
+    // The first time that the titles come is in the table of contents.
+    if (pastContents_ && text == "3. Memory Utilization - Inferred") {
+        section_ = inferred;
+    } else if (pastContents_ && text == "6. Memory Utilization - Instantiated") {
+        section_ = instantiated;
+    }
+    if (text == "8. Block Ram / URAM Memory Power - Instantiated") {
+        pastContents_ = true;
+    }
+}
+
+void RAMFile::matchRow(std::string_view row) {
+    row.remove_prefix(row.empty() ? 0 : 1);
+    const auto name = takeCell(row);
+    const auto cellType = takeCell(row);
+    if (!name || !cellType || cellType->find("RAMB") == std::string_view::npos) {
+        return;
+    }
+    for (const Kernel& kernel : *projectKernels_) {
+        for (const std::string& path : kernel.instancePaths()) {
+            if (name->find(path) != std::string_view::npos) {
+                diagnostic_.remark(lineNumber_, "block RAM " + quoted(*name) +
+                                                    " belongs to kernel " + quoted(kernel.name()) +
+                                                    "; its name is not stored");
+            }
+        }
+    }
+}
+
+} // namespace consolidator

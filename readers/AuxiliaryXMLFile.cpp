@@ -1,0 +1,89 @@
+#include "readers/AuxiliaryXMLFile.h"
+
+#include "model/Words.h"
+#include "readers/HdlReservedWords.h"
+
+#include <array>
+#include <utility>
+
+namespace consolidator {
+
+namespace {
+
+constexpr std::string_view originalName = "vd:originalName=";
+constexpr std::string_view busType = "vd:busTypeRef=";
+constexpr std::string_view functionName = "vd:functionName=";
+
+/// A quoted value begins behind the "=" and the opening quote.
+constexpr std::size_t quotedValue(std::string_view attribute) {
+    return attribute.size() + 1;
+}
+
+} // namespace
+
+bool AuxiliaryXMLFile::parse() {
+    if (!isOpen()) {
+        return false;
+    }
+    Kernel kernel;
+    std::array<char, longestLine + 1> buffer{};
+    while (!stream_.eof()) {
+        lineNumber_ = line();
+        scanLine(readLine(buffer), kernel);
+        if (stuck()) {
+            return stopAtLine(lineNumber_, longestLine);
+        }
+    }
+    kernels_.push_back(std::move(kernel));
+    return true;
+}
+
+void AuxiliaryXMLFile::scanLine(std::string_view text, Kernel& kernel) {
+    const std::string_view first = takeWord(text);
+    if (first == "<vd:arg") {
+        scanArgument(text, kernel);
+    } else if (first == "<vd:acceleratorMap") {
+        scanAcceleratorMap(text, kernel);
+    }
+}
+
+void AuxiliaryXMLFile::scanArgument(std::string_view words, Kernel& kernel) {
+    std::string_view hardwareName;
+    std::string_view type;
+    for (auto word = takeWord(words); !word.empty(); word = takeWord(words)) {
+        if (word.starts_with(originalName)) {
+            hardwareName = valueOf(word, quotedValue(originalName));
+            hardwareName.remove_suffix(hardwareName.empty() ? 0 : 1);
+        } else if (word.starts_with(busType)) {
+            type = valueOf(word, quotedValue(busType)) == "\"acc_fifo\"" ? "int*" : "int";
+        }
+    }
+    if (hardwareName.empty()) {
+        diagnostic_.remark(lineNumber_, "an argument without a name is made");
+    }
+    const std::string sourceName = HdlReservedWords::shared().sourceName(hardwareName);
+    kernel.addArgument(sourceName, hardwareName, type);
+}
+
+void AuxiliaryXMLFile::scanAcceleratorMap(std::string_view words, Kernel& kernel) {
+    std::string_view name;
+    for (auto word = takeWord(words); !word.empty(); word = takeWord(words)) {
+        if (word.starts_with(functionName)) {
+            name = valueOf(word, quotedValue(functionName));
+            name.remove_suffix(name.empty() ? 0 : 1);
+        }
+    }
+    if (name.empty()) {
+        diagnostic_.remark(lineNumber_, "the accelerator map names no function");
+    }
+    kernel.setName(name);
+}
+
+std::string_view AuxiliaryXMLFile::valueOf(std::string_view word, std::size_t from) {
+    if (word.size() < from) {
+        stop(lineNumber_, quoted(word) + " has no value");
+    }
+    return word.substr(from); // throws when there is none
+}
+
+} // namespace consolidator

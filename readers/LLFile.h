@@ -1,0 +1,86 @@
+// Reader of a logic-location file, written during bitstream generation: where each storage bit of a
+// net lies in the configured device.
+//
+// The file is read line by line:
+//
+//     ; a comment
+//     Revision 3                                                        the header
+//     Bit 26214438 0x00402a1f 2214 TILE_X1Y2 0 Latch=Q Net=top/k_1/inst/state_r[3]
+//
+//     Bit       the first word of every other line
+//     26214438  position in the bitstream, decimal; not kept
+//     0x…       frame address, hexadecimal with or without "0x"; its low 32 bits are kept
+//     2214      offset in the frame, decimal
+//     TILE_…    a word; not kept
+//     0         a decimal number; not kept
+//     …         words; "Net=" begins the net's name, the last such word of the line counts
+//
+// A net's name gets a "/" in front. A bit index at its end, "[3]", goes and gives the bit; without
+// one the bit is 0.
+//
+// A net belongs to a kernel if one of the kernel's instance paths occurs anywhere in it ("top/k_1"
+// in "/top/k_10/x" too) and if its last path component is the hardware name of one of the kernel's
+// arguments or variables. It then becomes a hardware variable of the kernel, which keeps the
+// location of each bit; a later line for the same bit wins.
+//
+// Numbers are what a standard stream makes of them: "12abc" is 12, "-1" is the largest number. A
+// line whose numbers cannot be read yields nothing.
+#pragma once
+
+#include "consolidated/InputFile.h"
+#include "model/Kernel.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <istream>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace consolidator {
+
+class LLFile final : public InputFile {
+public:
+    /// The most characters that a line may have.
+    static constexpr std::size_t longestLine = 2046;
+
+    /// Bits of a register are numbered below this. A register's list has an entry for each bit up
+    /// to the highest one seen, so the number decides how much memory it takes. Real registers stay
+    /// below a hundred thousand bits; lines beyond the limit are skipped.
+    static constexpr std::uint32_t bitLimit = std::uint32_t{1} << 24;
+
+    using InputFile::InputFile;
+
+    /// Gives the reader the kernels to match nets against; it works on this copy. To be called
+    /// before parse().
+    void setKernels(std::vector<Kernel> kernels) { kernels_ = std::move(kernels); }
+
+    /// Adds the locations of the nets that belong to the kernels. Fails in silence when the file is
+    /// not open or cannot be read, and on a line that is too long or begins with another word than
+    /// "Bit"; the kernels keep what came before. An empty file succeeds, one that begins with an
+    /// empty line does not.
+    bool parse() override;
+
+private:
+    /// One bit of a net.
+    struct Bit {
+        std::string net; ///< Empty if the line names none.
+        std::uint32_t number = 0;
+        std::uint32_t address = 0;
+        std::uint32_t offset = 0;
+    };
+
+    static std::optional<Bit> readBit(std::istream& fields);
+    static void cutBitIndex(Bit& bit);
+
+    bool readLines();
+    bool handleLine(const std::string& text);
+    void addToKernels(const Bit& bit);
+
+    std::uint64_t lineNumber_ = 0;
+    std::uint64_t strangers_ = 0; ///< Lines whose net belongs to no kernel.
+    std::uint64_t firstStranger_ = 0;
+};
+
+} // namespace consolidator

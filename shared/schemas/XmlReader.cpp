@@ -1,0 +1,208 @@
+#include "shared/schemas/XmlReader.h"
+
+#include "shared/schemas/Exceptions.h"
+
+#include <expat.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <exception>
+#include <memory>
+#include <new>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace lmx60 {
+
+namespace {
+
+constexpr int blockSize = 256 * 1024;
+
+struct ParserFree {
+    void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+};
+using Parser = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserFree>;
+
+/// The row of this name; null if there is none. Tables are short, a search from the front is
+/// fastest.
+template <typename Row>
+const Row* find(std::span<const Row> rows, std::string_view name) {
+    const auto row = std::ranges::find(rows, name, &Row::name);
+    return row == rows.end() ? nullptr : &*row;
+}
+
+/// Builds the tree from the parser's events.
+class TreeBuilder {
+public:
+    TreeBuilder(std::string documentName, std::string_view rootName, const ElementKind& rootKind,
+                void* root)
+        : documentName_(std::move(documentName)),
+          rootName_(rootName),
+          rootKind_(rootKind),
+          root_(root),
+          parser_(XML_ParserCreate(nullptr)) {
+        if (!parser_) {
+            throw std::bad_alloc();
+        }
+        XML_SetUserData(parser_.get(), this);
+        XML_SetElementHandler(parser_.get(), &TreeBuilder::onStart, &TreeBuilder::onEnd);
+        XML_SetCharacterDataHandler(parser_.get(), &TreeBuilder::onText);
+        XML_SetStartDoctypeDeclHandler(parser_.get(), &TreeBuilder::onDoctype);
+    }
+
+    void read(std::istream& stream) {
+        bool more = true;
+        while (more) {
+            void* const block = XML_GetBuffer(parser_.get(), blockSize);
+            if (block == nullptr) {
+                throw std::bad_alloc();
+            }
+            stream.read(static_cast<char*>(block), blockSize);
+            more = stream.good();
+            if (stream.bad()) {
+                throw c_lmx_exception(ErrorCode::CannotRead, documentName_ + ": cannot be read");
+            }
+            parse(static_cast<int>(stream.gcount()), !more);
+        }
+    }
+
+private:
+    /// An element that has begun and not ended.
+    struct Open {
+        const ElementKind* kind;
+        void* element;
+    };
+
+    void parse(int length, bool isLast) {
+        if (XML_ParseBuffer(parser_.get(), length, isLast ? 1 : 0) == XML_STATUS_OK) {
+            return;
+        }
+        if (failure_) {
+            std::rethrow_exception(failure_);
+        }
+        throw fault(ErrorCode::NotWellFormed, XML_ErrorString(XML_GetErrorCode(parser_.get())));
+    }
+
+    c_lmx_reader_exception fault(ErrorCode code, const std::string& reason) const {
+        return {code, documentName_, XML_GetCurrentLineNumber(parser_.get()),
+                XML_GetCurrentColumnNumber(parser_.get()) + 1, reason};
+    }
+
+    /// Runs an event's work. The parser is C code that no exception may pass: one is kept, and the
+    /// parser is stopped.
+    template <typename Work>
+    static void guarded(void* self, Work work) {
+        auto& builder = *static_cast<TreeBuilder*>(self);
+        if (builder.failure_) {
+            return;
+        }
+        try {
+            work(builder);
+        } catch (...) {
+            builder.failure_ = std::current_exception();
+            XML_StopParser(builder.parser_.get(), XML_FALSE);
+        }
+    }
+
+    static void onStart(void* self, const char* name, const char** attributes) {
+        guarded(self, [=](TreeBuilder& builder) { builder.start(name, attributes); });
+    }
+
+    static void onEnd(void* self, const char* /*name*/) {
+        guarded(self, [](TreeBuilder& builder) { builder.end(); });
+    }
+
+    static void onText(void* self, const char* text, int length) {
+        guarded(self, [=](TreeBuilder& builder) {
+            builder.addText(std::string_view(text, static_cast<std::size_t>(length)));
+        });
+    }
+
+    static void onDoctype(void* self, const char* /*name*/, const char* /*systemId*/,
+                          const char* /*publicId*/, int hasInternalSubset) {
+        guarded(self, [=](TreeBuilder& builder) {
+            if (hasInternalSubset != 0) {
+                throw builder.fault(ErrorCode::UnsafeDocument,
+                                    "the document type has declarations of its own");
+            }
+        });
+    }
+
+    void start(std::string_view name, const char** attributes) {
+        if (skipped_ > 0) {
+            ++skipped_;
+            return;
+        }
+        std::optional<Open> element;
+        if (!open_.empty()) {
+            element = startChild(name);
+        } else if (name == rootName_) {
+            element = Open{&rootKind_, root_};
+        } else {
+            throw fault(ErrorCode::UnexpectedRoot,
+                        "\"" + std::string(name) + "\", not \"" + std::string(rootName_) + "\"");
+        }
+        if (!element) {
+            skipped_ = 1;
+            return;
+        }
+        open_.push_back(*element);
+        assignAttributes(attributes);
+    }
+
+    /// Adds a child to the innermost open element. An open element never moves: it is the last one
+    /// of its list, to which nothing is added before it has ended.
+    std::optional<Open> startChild(std::string_view name) const {
+        const Open& parent = open_.back();
+        const ChildRow* const row = find(parent.kind->children, name);
+        if (row == nullptr) {
+            return std::nullopt;
+        }
+        return Open{&row->kind(), row->append(parent.element)};
+    }
+
+    void assignAttributes(const char** attributes) {
+        const Open& element = open_.back();
+        for (; *attributes != nullptr; attributes += 2) {
+            const AttributeRow* const row = find(element.kind->attributes, attributes[0]);
+            if (row != nullptr && !row->assign(element.element, attributes[1])) {
+                throw fault(ErrorCode::InvalidValue, std::string(attributes[0]) + "=\"" +
+                                                         attributes[1] +
+                                                         "\" is no unsigned 32-bit number");
+            }
+        }
+    }
+
+    void end() {
+        if (skipped_ > 0) {
+            --skipped_;
+        } else {
+            open_.pop_back();
+        }
+    }
+
+    void addText(std::string_view text) {
+        if (skipped_ == 0 && !open_.empty() && open_.back().kind->isText) {
+            *static_cast<std::string*>(open_.back().element) += text;
+        }
+    }
+
+    std::string documentName_;
+    std::string_view rootName_;
+    const ElementKind& rootKind_;
+    void* root_;
+    Parser parser_;
+    std::vector<Open> open_;
+    std::size_t skipped_ = 0; ///< Open elements from the outermost unknown one on.
+    std::exception_ptr failure_;
+};
+
+} // namespace
+
+void readDocument(std::istream& stream, const std::string& documentName, std::string_view rootName,
+                  const ElementKind& kind, void* root) {
+    TreeBuilder(documentName, rootName, kind, root).read(stream);
+}
+
+} // namespace lmx60
