@@ -26,9 +26,15 @@ public:
     using Key = std::invoke_result_t<KeyOf, const Element&>;
 
     UniqueList() = default;
-    UniqueList(const UniqueList&) = default;
-    UniqueList& operator=(const UniqueList&) = default;
     ~UniqueList() = default;
+
+    // A copy makes an index of its own when it needs one, which most copies never do.
+    UniqueList(const UniqueList& other) : items_(other.items_) {}
+    UniqueList& operator=(const UniqueList& other) {
+        UniqueList copy(other);
+        swap(copy);
+        return *this;
+    }
 
     // A list that was moved from must not believe that it still has indexed items.
     UniqueList(UniqueList&& other) noexcept { swap(other); }

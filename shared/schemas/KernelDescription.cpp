@@ -419,12 +419,23 @@ ModuleType& ModuleType::operator=(ModuleType&& other) noexcept {
 }
 
 ModuleType::~ModuleType() {
-    std::vector<ModuleType> pending = std::move(module);
-    while (!pending.empty()) {
-        std::vector<ModuleType> inner = std::move(pending.back().module);
-        pending.pop_back();
-        pending.insert(pending.end(), std::make_move_iterator(inner.begin()),
-                       std::make_move_iterator(inner.end()));
+    // A destructor must not need memory. So the way back is kept in the modules themselves: while
+    // the modules inside a module are being removed, its own list holds the list above.
+    std::vector<ModuleType> list = std::move(module);
+    std::vector<ModuleType> above;
+    while (!list.empty() || !above.empty()) {
+        if (list.empty()) {
+            list = std::move(above);
+            above = std::move(list.back().module);
+            list.pop_back();
+        } else if (list.back().module.empty()) {
+            list.pop_back();
+        } else {
+            std::vector<ModuleType> inner = std::move(list.back().module);
+            list.back().module = std::move(above);
+            above = std::move(list);
+            list = std::move(inner);
+        }
     }
 }
 

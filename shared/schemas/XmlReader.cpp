@@ -17,7 +17,8 @@ namespace lmx60 {
 
 namespace {
 
-constexpr int blockSize = 256 * 1024;
+constexpr int firstBlock = 256 * 1024;
+constexpr int largestBlock = 512 * 1024 * 1024;
 
 struct ParserFree {
     void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
@@ -52,18 +53,24 @@ public:
     }
 
     void read(std::istream& stream) {
+        int blockSize = firstBlock;
         bool more = true;
         while (more) {
             void* const block = XML_GetBuffer(parser_.get(), blockSize);
             if (block == nullptr) {
-                throw std::bad_alloc();
+                throw fault(ErrorCode::CannotRead, "one of its parts is too large");
             }
             stream.read(static_cast<char*>(block), blockSize);
             more = stream.good();
             if (stream.bad()) {
                 throw c_lmx_exception(ErrorCode::CannotRead, documentName_ + ": cannot be read");
             }
+            const XML_Index before = XML_GetCurrentByteIndex(parser_.get());
             parse(static_cast<int>(stream.gcount()), !more);
+            // The parser looks at an unfinished part (a long comment, a long value) from its start
+            // again whenever bytes come. They come in ever larger blocks until it gets on.
+            const bool stands = XML_GetCurrentByteIndex(parser_.get()) == before;
+            blockSize = stands ? std::min(2 * blockSize, largestBlock) : firstBlock;
         }
     }
 

@@ -610,6 +610,21 @@ TEST(KernelDescription, NestsModulesAMillionDeep) {
     EXPECT_TRUE(copy == project);
 }
 
+TEST(KernelDescription, NestsModulesDeepWithOthersBesideThem) {
+    constexpr std::size_t depth = 100'000;
+    const std::string module = R"(<module name="a"/>)";
+    const Mekto::Project project = projectOf("<project><platform><device><core><kernel>" +
+                                             repeated(module + R"(<module name="b">)", depth) +
+                                             repeated("</module>" + module, depth) +
+                                             "</kernel></core></device></platform></project>");
+    const auto& modules = project.platform.at(0).device.at(0).core.at(0).kernel.at(0).module;
+    EXPECT_EQ(modules.size(), 3U);
+    EXPECT_EQ(modules.at(1).module.size(), 3U);
+    EXPECT_EQ(modules.at(1).name.value, "b");
+    const Mekto::Project copy = project;
+    EXPECT_TRUE(copy == project);
+}
+
 // Files, streams and texts in memory
 
 const std::string smallDocument = R"(<project name="demo"><platform name="board"/></project>)";
