@@ -3,6 +3,7 @@
 #include "readers/HierarchyFile.h"
 
 #include "tests/support/Bytes.h"
+#include "tests/support/FailingSource.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -618,28 +619,9 @@ TEST(HierarchyFile, KeepsTheKernelsBeforeAParseError) {
     EXPECT_THAT(readText("a instance wrong").kernels, IsEmpty());
 }
 
-/// Gives its text once and fails after it, as a disk does.
-class BreakingSource : public std::streambuf {
-public:
-    explicit BreakingSource(std::string text) : text_(std::move(text)) {}
-
-protected:
-    std::streamsize xsgetn(char* bytes, std::streamsize /*count*/) override {
-        if (text_.empty()) {
-            throw std::runtime_error("broken");
-        }
-        const std::size_t came = text_.copy(bytes, text_.size());
-        text_.clear();
-        return static_cast<std::streamsize>(came);
-    }
-
-private:
-    std::string text_;
-};
-
 TEST(HierarchyFile, StopsInSilenceWhereTheFileCannotBeRead) {
     for (const char* text : {"", "a\nb\n", "a\nb type: hls\n"}) {
-        const Reading reading = readFrom(std::make_unique<BreakingSource>(text));
+        const Reading reading = readFrom(std::make_unique<FailingSource>(text));
         EXPECT_FALSE(reading.succeeded) << text;
         EXPECT_EQ(reading.messages, "") << text;
         EXPECT_EQ(reading.kernels.size(), *text == 'a' ? 1U : 0U) << text;

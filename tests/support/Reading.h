@@ -7,14 +7,13 @@
 #include "consolidated/Diagnostic.h"
 #include "model/Kernel.h"
 #include "model/Variable.h"
+#include "tests/support/FailingSource.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <memory>
 #include <sstream>
-#include <stdexcept>
-#include <streambuf>
 #include <string>
 #include <utility>
 #include <vector>
@@ -57,25 +56,6 @@ template <typename Reader, typename... Context>
 Reading readText(const std::string& text, const Context&... context) {
     return readingOf<Reader>(std::make_unique<std::stringbuf>(text), context...);
 }
-
-/// Gives its text once and fails after it, as a disk does.
-class FailingSource : public std::streambuf {
-public:
-    explicit FailingSource(std::string text) : text_(std::move(text)) {}
-
-protected:
-    std::streamsize xsgetn(char* bytes, std::streamsize /*count*/) override {
-        if (text_.empty()) {
-            throw std::runtime_error("broken");
-        }
-        const std::size_t came = text_.copy(bytes, text_.size());
-        text_.clear();
-        return static_cast<std::streamsize>(came);
-    }
-
-private:
-    std::string text_;
-};
 
 /// Lets a reader parse a text behind which reading fails.
 template <typename Reader, typename... Context>
