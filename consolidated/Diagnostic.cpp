@@ -4,16 +4,29 @@
 
 namespace consolidator {
 
+namespace {
+
+std::string shortened(std::string text) {
+    if (text.size() > Diagnostic::longestText) {
+        text.resize(Diagnostic::longestText);
+        text.shrink_to_fit();
+        text += "...";
+    }
+    return text;
+}
+
+} // namespace
+
 void Diagnostic::stop(std::uint64_t line, std::string reason) {
     if (!stopped_) {
-        stopped_ = Remark{line, std::move(reason)};
+        stopped_ = Remark{line, shortened(std::move(reason))};
     }
 }
 
 void Diagnostic::remark(std::uint64_t line, std::string text) {
     ++remarkCount_;
     if (remarks_.size() < mostRemarks) {
-        remarks_.push_back({line, std::move(text)});
+        remarks_.push_back({line, shortened(std::move(text))});
     }
 }
 

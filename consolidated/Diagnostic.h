@@ -27,6 +27,9 @@ public:
     /// Only so many remarks are kept, so that a file full of mistakes costs no more memory.
     static constexpr std::size_t mostRemarks = 1000;
 
+    /// Texts quote what a file holds; what is longer than this many bytes is cut and ends in "...".
+    static constexpr std::size_t longestText = 4096;
+
     /// Notes where and why reading ended before the end of the input. The first call counts.
     void stop(std::uint64_t line, std::string reason);
 

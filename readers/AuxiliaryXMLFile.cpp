@@ -29,10 +29,11 @@ bool AuxiliaryXMLFile::parse() {
     std::array<char, longestLine + 1> buffer{};
     while (!stream_.eof()) {
         lineNumber_ = line();
-        scanLine(readLine(buffer), kernel);
+        const std::string_view text = readLine(buffer);
         if (stuck()) {
             return stopAtLine(lineNumber_, longestLine);
         }
+        scanLine(text, kernel);
     }
     kernels_.push_back(std::move(kernel));
     return true;

@@ -20,6 +20,7 @@
 #include "model/Kernel.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -32,9 +33,10 @@ public:
 
     using InputFile::InputFile;
 
-    /// Appends one kernel, with the name of the last accelerator map line and an argument for each
-    /// argument line. Fails in silence when the file is not open, cannot be read or has a line that
-    /// is too long. Throws std::out_of_range for an attribute that ends before its value.
+    /// Appends one kernel, with the name of the last accelerator map line and the arguments of the
+    /// argument lines, of which the first of a source name counts. Fails in silence when the file
+    /// is not open, cannot be read or has a line that is too long. Throws std::out_of_range for an
+    /// attribute that ends before its value.
     bool parse() override;
 
 private:

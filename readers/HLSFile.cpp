@@ -44,10 +44,11 @@ bool HLSFile::parse() {
         return false;
     }
     while (!stream_.eof()) {
-        if (!dispatch(nextLine())) {
+        const std::string_view text = nextLine();
+        if (!stuck() && !dispatch(text)) {
             return false;
         }
-        if (stuck()) {
+        if (stuck()) { // here, or inside a block
             return stopAtLine(lineNumber_, longestLine);
         }
     }

@@ -6,6 +6,7 @@
 // their own names back.
 #pragma once
 
+#include <functional>
 #include <set>
 #include <string>
 #include <string_view>

@@ -76,8 +76,9 @@ bool HierarchyFile::skipComment() {
     std::array<char, longestComment + 1> rest{};
     readLine(rest);
     if (stuck()) {
-        return stop(wordLine_,
-                    "the comment is longer than " + std::to_string(longestComment) + " characters");
+        return stop(wordLine_, stream_.bad() ? "the file cannot be read"
+                                             : "the comment is longer than " +
+                                                   std::to_string(longestComment) + " characters");
     }
     return true;
 }
@@ -91,7 +92,8 @@ bool HierarchyFile::readVersion() {
         return stop(wordLine_, "the version is above the supported one");
     }
     if (noNumber) {
-        return stop(wordLine_, "expected a number after \"version:\"");
+        return stop(wordLine_, stream_.bad() ? "the file cannot be read"
+                                             : "expected a number after \"version:\"");
     }
     return true;
 }

@@ -20,6 +20,7 @@
 #include "consolidated/InputFile.h"
 #include "model/Kernel.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -38,7 +39,9 @@ public:
 
     /// Appends the kernels in the order in which the file names them. Fails, with a message, on a
     /// version above the supported one and on an "instance" without "path:"; fails in silence on a
-    /// comment that is too long, on a version that is no number and on a file that cannot be read.
+    /// comment that is too long, on a version that is no number and on a file that cannot be read
+    /// (unless it breaks off behind "instance"). Without a file name the message about a version
+    /// cannot be completed, and the stream for messages is bad from then on.
     bool parse() override;
 
 private:

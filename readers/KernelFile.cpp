@@ -1,7 +1,6 @@
 #include "readers/KernelFile.h"
 
 #include <ostream>
-#include <utility>
 
 namespace consolidator {
 
@@ -14,18 +13,12 @@ constexpr std::string_view stopCondition = "== $i/kc_done 1'b1";
 
 bool KernelFile::parse() {
     Mekto::Project project;
-    bool parsed = true;
     try {
-        Mekto::Project document;
-        document.read(stream_, fileName_.value_or("document"));
-        project = std::move(document);
+        project.read(stream_, fileName_.value_or("document"));
     } catch (const lmx60::c_lmx_reader_exception& exception) {
-        parsed = stop(exception.line(), exception.reason());
+        return stopUnread(exception.line(), exception.reason());
     } catch (const lmx60::c_lmx_exception& exception) {
-        parsed = stop(0, std::string(lmx60::get_error_description(exception.code())));
-    }
-    if (!parsed) {
-        errors_ << "Could not parse kernel file" << std::endl;
+        return stopUnread(0, std::string(lmx60::get_error_description(exception.code())));
     }
     Kernel kernel; // one for all: see above
     for (const Mekto::Platform& platform : project.platform) {
@@ -37,7 +30,12 @@ bool KernelFile::parse() {
             }
         }
     }
-    return parsed;
+    return true;
+}
+
+bool KernelFile::stopUnread(std::uint64_t atLine, const std::string& reason) {
+    errors_ << "Could not parse kernel file" << std::endl;
+    return stop(atLine, reason);
 }
 
 void KernelFile::addKernel(const Mekto::Kernel& description, Kernel& kernel) {

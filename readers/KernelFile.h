@@ -14,13 +14,15 @@
 // port is 1.
 //
 // The arguments of a document's kernels add up: the second kernel has the first one's arguments in
-// front of its own, and so on. Databases in use were made so; it stays.
+// front of its own, and so on. As the first argument of a source name wins, with its type, so does
+// that of an earlier kernel. Databases in use were made so; it stays.
 #pragma once
 
 #include "consolidated/InputFile.h"
 #include "readers/HdlReservedWords.h"
 #include "shared/schemas/KernelDescription.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -39,6 +41,7 @@ public:
     std::string hardwareName(std::string_view sourceName) const;
 
 private:
+    bool stopUnread(std::uint64_t atLine, const std::string& reason);
     void addKernel(const Mekto::Kernel& description, Kernel& kernel);
 
     HdlReservedWords reservedWords_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <istream>
+#include <locale>
 #include <optional>
 #include <sstream>
 
@@ -12,19 +13,18 @@ namespace {
 
 constexpr std::string_view netPrefix = "Net=";
 
-/// Whether an instance path of the kernel occurs in the net and the net's last component is the
-/// hardware name of an argument or variable.
+/// Whether the net's last component is the hardware name of an argument or variable of the kernel
+/// and one of the kernel's instance paths occurs in the net.
 bool owns(const Kernel& kernel, std::string_view net) {
     const std::string_view component = net.substr(net.rfind('/') + 1);
     const auto isNamedSo = [component](const Variable& variable) {
         return variable.hardwareName == component;
     };
-    return std::ranges::any_of(kernel.instancePaths(),
-                               [net](const std::string& path) {
-                                   return net.find(path) != std::string_view::npos;
-                               }) &&
-           (std::ranges::any_of(kernel.arguments(), isNamedSo) ||
-            std::ranges::any_of(kernel.variables(), isNamedSo));
+    return (std::ranges::any_of(kernel.arguments(), isNamedSo) ||
+            std::ranges::any_of(kernel.variables(), isNamedSo)) &&
+           std::ranges::any_of(kernel.instancePaths(), [net](const std::string& path) {
+               return net.find(path) != std::string_view::npos;
+           });
 }
 
 } // namespace
@@ -63,6 +63,7 @@ bool LLFile::handleLine(const std::string& text) {
         return true;
     }
     std::istringstream fields(text);
+    fields.imbue(std::locale::classic());
     std::string first;
     fields >> first;
     if (first != "Bit") {
@@ -107,7 +108,9 @@ void LLFile::cutBitIndex(Bit& bit) {
     const std::size_t bracket = bit.net.rfind('[');
     if (bit.net.ends_with(']') && bracket != std::string::npos) {
         // A number that cannot be read is 0, one that is too large is the largest.
-        std::istringstream(bit.net.substr(bracket + 1)) >> bit.number;
+        std::istringstream index(bit.net.substr(bracket + 1));
+        index.imbue(std::locale::classic());
+        index >> bit.number;
         bit.net.resize(bracket);
     }
 }

@@ -23,8 +23,9 @@
 // arguments or variables. It then becomes a hardware variable of the kernel, which keeps the
 // location of each bit; a later line for the same bit wins.
 //
-// Numbers are what a standard stream makes of them: "12abc" is 12, "-1" is the largest number. A
-// line whose numbers cannot be read yields nothing.
+// Numbers are what a standard stream makes of them: of "12abc" the number is 12, and "abc" is what
+// the next field begins with; "-1" is the largest number. A line whose numbers cannot be read
+// yields nothing.
 #pragma once
 
 #include "consolidated/InputFile.h"

@@ -10,6 +10,7 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -56,6 +57,8 @@ public:
         int blockSize = firstBlock;
         bool more = true;
         while (more) {
+            // To be asked for first: a new buffer makes the parser forget it.
+            const XML_Index before = XML_GetCurrentByteIndex(parser_.get());
             void* const block = XML_GetBuffer(parser_.get(), blockSize);
             if (block == nullptr) {
                 throw fault(ErrorCode::CannotRead, "one of its parts is too large");
@@ -65,7 +68,6 @@ public:
             if (stream.bad()) {
                 throw c_lmx_exception(ErrorCode::CannotRead, documentName_ + ": cannot be read");
             }
-            const XML_Index before = XML_GetCurrentByteIndex(parser_.get());
             parse(static_cast<int>(stream.gcount()), !more);
             // The parser looks at an unfinished part (a long comment, a long value) from its start
             // again whenever bytes come. They come in ever larger blocks until it gets on.

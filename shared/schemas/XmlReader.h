@@ -3,7 +3,8 @@
 // The document must be well-formed. Elements and attributes that no table names are skipped, with
 // all that they contain. Nothing outside the document is ever fetched, and a document type with
 // declarations of its own is refused: entities and default values could make a small document
-// expand without bound.
+// expand without bound. With a document type that names an external one, a reference to an entity
+// that is declared nowhere in the document reads as nothing.
 //
 // The document comes in blocks, from files or pipes of any size, and its nesting may be as deep as
 // memory allows: open elements are kept in a list, not on the call stack.

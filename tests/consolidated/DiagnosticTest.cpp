@@ -82,6 +82,16 @@ TEST(Diagnostic, DescribesARemarkWithItsLine) {
     EXPECT_EQ(describe({18446744073709551615U, "far"}), "line 18446744073709551615: far");
 }
 
+TEST(Diagnostic, CutsTextsThatAreTooLong) {
+    Diagnostic diagnostic;
+    diagnostic.remark(1, std::string(Diagnostic::longestText, 'r'));
+    diagnostic.remark(2, std::string(Diagnostic::longestText + 1, 'r'));
+    diagnostic.stop(3, std::string(1'000'000, 's'));
+    EXPECT_EQ(diagnostic.remarks().at(0).text, std::string(4096, 'r'));
+    EXPECT_EQ(diagnostic.remarks().at(1).text, std::string(4096, 'r') + "...");
+    EXPECT_EQ(diagnostic.stopped().value().text, std::string(4096, 's') + "...");
+}
+
 TEST(Diagnostic, DescribesARemarkAboutTheWholeFileByItsTextAlone) {
     EXPECT_EQ(describe({0, "cannot be opened"}), "cannot be opened");
 }
