@@ -14,11 +14,6 @@ constexpr std::string_view originalName = "vd:originalName=";
 constexpr std::string_view busType = "vd:busTypeRef=";
 constexpr std::string_view functionName = "vd:functionName=";
 
-/// A quoted value begins behind the "=" and the opening quote.
-constexpr std::size_t quotedValue(std::string_view attribute) {
-    return attribute.size() + 1;
-}
-
 } // namespace
 
 bool AuxiliaryXMLFile::parse() {
@@ -53,10 +48,9 @@ void AuxiliaryXMLFile::scanArgument(std::string_view words, Kernel& kernel) {
     std::string_view type;
     for (auto word = takeWord(words); !word.empty(); word = takeWord(words)) {
         if (word.starts_with(originalName)) {
-            hardwareName = valueOf(word, quotedValue(originalName));
-            hardwareName.remove_suffix(hardwareName.empty() ? 0 : 1);
+            hardwareName = nameOf(word, originalName);
         } else if (word.starts_with(busType)) {
-            type = valueOf(word, quotedValue(busType)) == "\"acc_fifo\"" ? "int*" : "int";
+            type = valueOf(word, busType) == "\"acc_fifo\"" ? "int*" : "int";
         }
     }
     if (hardwareName.empty()) {
@@ -70,8 +64,7 @@ void AuxiliaryXMLFile::scanAcceleratorMap(std::string_view words, Kernel& kernel
     std::string_view name;
     for (auto word = takeWord(words); !word.empty(); word = takeWord(words)) {
         if (word.starts_with(functionName)) {
-            name = valueOf(word, quotedValue(functionName));
-            name.remove_suffix(name.empty() ? 0 : 1);
+            name = nameOf(word, functionName);
         }
     }
     if (name.empty()) {
@@ -80,7 +73,14 @@ void AuxiliaryXMLFile::scanAcceleratorMap(std::string_view words, Kernel& kernel
     kernel.setName(name);
 }
 
-std::string_view AuxiliaryXMLFile::valueOf(std::string_view word, std::size_t from) {
+std::string_view AuxiliaryXMLFile::nameOf(std::string_view word, std::string_view attribute) {
+    std::string_view name = valueOf(word, attribute);
+    name.remove_suffix(name.empty() ? 0 : 1);
+    return name;
+}
+
+std::string_view AuxiliaryXMLFile::valueOf(std::string_view word, std::string_view attribute) {
+    const std::size_t from = attribute.size() + 1; // behind the opening quote
     if (word.size() < from) {
         stop(lineNumber_, quoted(word) + " has no value");
     }

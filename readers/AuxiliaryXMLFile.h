@@ -43,7 +43,8 @@ private:
     void scanLine(std::string_view text, Kernel& kernel);
     void scanArgument(std::string_view words, Kernel& kernel);
     void scanAcceleratorMap(std::string_view words, Kernel& kernel);
-    std::string_view valueOf(std::string_view word, std::size_t from);
+    std::string_view nameOf(std::string_view word, std::string_view attribute);
+    std::string_view valueOf(std::string_view word, std::string_view attribute);
 
     std::uint64_t lineNumber_ = 0;
 };
