@@ -1,13 +1,16 @@
 #include "consolidated/ConsolidatedFile.h"
 
+#include "consolidated/FileBuffer.h"
 #include "model/BinaryForm.h"
 #include "model/JsonText.h"
 
 #include <algorithm>
+#include <array>
 #include <exception>
 #include <limits>
 #include <locale>
-#include <sstream>
+#include <tuple>
+#include <unistd.h>
 #include <utility>
 
 namespace consolidator {
@@ -17,6 +20,18 @@ namespace {
 static_assert(sizeof(ConsolidatedFile::Header) == 16);
 
 constexpr std::uint64_t tableOffset = sizeof(ConsolidatedFile::Header);
+constexpr std::int32_t largestPosition = std::numeric_limits<std::int32_t>::max();
+
+// Sections of a damaged file may overlap, and its table may name one place a million times. What
+// all its sections together may have is more than any whole file needs, and little enough that a
+// small file cannot keep a run busy or fill its memory.
+constexpr std::uint64_t readingAllowance = std::uint64_t{64} * 1024;
+constexpr std::uint64_t readingsOfFile = 4;
+
+// Every section of a kind is written with the same content. Project names repeat by design, one a
+// run; other kinds only in files that were made by hand or damaged.
+constexpr std::size_t mostRepeats = 16;
+constexpr std::uint64_t repeatAllowance = std::uint64_t{1024} * 1024;
 
 /// Goes to an offset from the start of the file. Offsets are signed 32-bit numbers: the higher
 /// half of a stored 64-bit offset is not looked at.
@@ -24,20 +39,37 @@ bool seek(std::FILE* file, std::uint64_t offset) {
     return std::fseek(file, static_cast<std::int32_t>(offset), SEEK_SET) == 0;
 }
 
-/// The position in the file as a signed 32-bit number, negative if there is none.
-std::int32_t position(std::FILE* file) {
-    return static_cast<std::int32_t>(std::ftell(file));
+/// The number of bytes in the file, 0 when it has no length (a pipe). Leaves the file at its end.
+std::uint64_t sizeOf(std::FILE* file) {
+    if (std::fseek(file, 0, SEEK_END) != 0) {
+        return 0;
+    }
+    return static_cast<std::uint64_t>(std::max(0L, std::ftell(file)));
 }
 
-/// The number of bytes in the file; negative when it has no length (a pipe) or is too long to be
-/// counted in 31 bits.
-std::int32_t length(std::FILE* file) {
-    if (std::fseek(file, 0, SEEK_END) != 0) {
-        return -1;
+/// Counts the sections of each kind that are written.
+class WrittenSections {
+public:
+    /// Whether one more of the entry's kind may follow.
+    bool haveRoomFor(const SectionEntry& entry) const {
+        return entry.type >= kinds_.size() || kinds_[entry.type].count < mostRepeats ||
+               kinds_[entry.type].bytes < repeatAllowance;
     }
-    const long end = std::ftell(file);
-    return end > std::numeric_limits<std::int32_t>::max() ? -1 : static_cast<std::int32_t>(end);
-}
+
+    void add(const SectionEntry& entry) {
+        if (entry.type < kinds_.size()) {
+            ++kinds_[entry.type].count;
+            kinds_[entry.type].bytes += entry.size;
+        }
+    }
+
+private:
+    struct Kind {
+        std::size_t count = 0;
+        std::uint64_t bytes = 0;
+    };
+    std::array<Kind, 4> kinds_; ///< By SectionType; sections of other types have no payload.
+};
 
 } // namespace
 
@@ -61,12 +93,7 @@ bool ConsolidatedFile::readExisting(const std::string& path) {
     if (!readTable(file.get(), found.sectionCount)) {
         return false;
     }
-    for (SectionEntry& entry : sections_) {
-        if (!readSection(file.get(), entry)) {
-            return false;
-        }
-    }
-    return true;
+    return readSections(file.get());
 }
 
 bool ConsolidatedFile::readTable(std::FILE* file, std::uint32_t count) {
@@ -80,13 +107,32 @@ bool ConsolidatedFile::readTable(std::FILE* file, std::uint32_t count) {
     return true;
 }
 
-bool ConsolidatedFile::readSection(std::FILE* file, SectionEntry& entry) {
-    entry.size = cappedLength(entry.size);
-    switch (static_cast<SectionType>(entry.type)) {
-    case SectionType::Dwarf:
+bool ConsolidatedFile::readSections(std::FILE* file) {
+    std::uint64_t left = readingAllowance + readingsOfFile * sizeOf(file);
+    for (SectionEntry& entry : sections_) {
+        entry.size = cappedLength(entry.size);
+        if (entry.is(SectionType::KernelJson)) {
+            continue; // rendered anew whenever the file is written
+        }
         if (!seek(file, entry.offset)) {
             return false;
         }
+        const long start = std::ftell(file);
+        if (!readSection(file, entry)) {
+            return false;
+        }
+        const auto taken = static_cast<std::uint64_t>(std::ftell(file) - start);
+        if (taken > left) {
+            return false;
+        }
+        left -= taken;
+    }
+    return true;
+}
+
+bool ConsolidatedFile::readSection(std::FILE* file, const SectionEntry& entry) {
+    switch (static_cast<SectionType>(entry.type)) {
+    case SectionType::Dwarf:
         if (!readBytes(file, entry.size, dwarf_.emplace())) {
             dwarf_.reset();
             return false;
@@ -94,16 +140,16 @@ bool ConsolidatedFile::readSection(std::FILE* file, SectionEntry& entry) {
         return true;
     case SectionType::ProjectName: {
         std::string name;
-        if (!seek(file, entry.offset) || !readBytes(file, entry.size, name)) {
+        if (!readBytes(file, entry.size, name)) {
             return false;
         }
         project_ = name.substr(0, name.find('\0'));
         return true;
     }
     case SectionType::KernelData:
-        return seek(file, entry.offset) && readKernels(file);
+        return readKernels(file);
     case SectionType::KernelJson:
-        return true; // rendered anew whenever the file is written
+        break;
     }
     return false;
 }
@@ -133,10 +179,10 @@ void ConsolidatedFile::addDwarf(const std::string& path) {
     if (!file) {
         return;
     }
-    const std::int32_t size = length(file.get());
+    const std::uint64_t size = sizeOf(file.get());
     std::string bytes;
-    if (size <= 0 || !seek(file.get(), 0) ||
-        !readBytes(file.get(), static_cast<std::size_t>(size), bytes)) {
+    if (size == 0 || size > largestPosition || !seek(file.get(), 0) ||
+        !readBytes(file.get(), size, bytes)) {
         return;
     }
     dwarf_ = std::move(bytes);
@@ -152,13 +198,14 @@ void ConsolidatedFile::addInputFile(InputFile& reader) {
         reader.noteFailure(error.what());
         return;
     }
-    for (const Kernel& kernel : reader.kernels()) {
-        mergeKernel(kernel);
+    for (Kernel& kernel : reader.takeKernels()) {
+        mergeKernel(std::move(kernel));
     }
 }
 
-void ConsolidatedFile::mergeKernel(const Kernel& kernel) {
-    const auto [existing, isNew] = kernels_.findOrAdd(kernel.name(), [&] { return kernel; });
+void ConsolidatedFile::mergeKernel(Kernel kernel) {
+    const auto [existing, isNew] =
+        kernels_.findOrAdd(kernel.name(), [&] { return std::move(kernel); });
     if (!isNew) {
         existing.merge(kernel);
     }
@@ -180,16 +227,31 @@ void ConsolidatedFile::write() {
         sections_.push_back(SectionEntry::make(SectionType::KernelData, 0));
     }
     seek(stream_.get(), tableOffset + sizeof(SectionEntry) * sections_.size());
+    WrittenSections written;
+    std::vector<SectionEntry> kept;
     for (SectionEntry& entry : sections_) {
-        writeSection(entry);
+        if (written.haveRoomFor(entry) && writeSection(entry)) {
+            written.add(entry);
+            kept.push_back(entry);
+        }
     }
+    sections_ = std::move(kept);
+    const long end = std::ftell(stream_.get());
     writeHeaderAndTable();
+    if (jsonGivenUp_ && end >= 0 && std::fflush(stream_.get()) == 0) {
+        // What the document has left behind the end. Where that fails it belongs to no section.
+        std::ignore = ftruncate(fileno(stream_.get()), end);
+    }
 }
 
-void ConsolidatedFile::writeSection(SectionEntry& entry) {
-    const std::int32_t offset = position(stream_.get());
+bool ConsolidatedFile::writeSection(SectionEntry& entry) {
+    const long offset = std::ftell(stream_.get());
+    if (offset > largestPosition) {
+        // Readers could not go there. In the table, the entry would send them somewhere else.
+        return false;
+    }
     if (offset < 0) {
-        return;
+        return true; // a pipe has no positions
     }
     entry.offset = static_cast<std::uint64_t>(offset);
     switch (static_cast<SectionType>(entry.type)) {
@@ -208,6 +270,7 @@ void ConsolidatedFile::writeSection(SectionEntry& entry) {
     }
     // A section of another type keeps its entry with the old size, but its payload was not read
     // and is not written.
+    return true;
 }
 
 void ConsolidatedFile::writeDwarf(SectionEntry& entry) {
@@ -235,16 +298,20 @@ void ConsolidatedFile::writeKernels(SectionEntry& entry) {
 
 void ConsolidatedFile::writeJson(SectionEntry& entry) {
     kernels_.changeEach([](Kernel& kernel) { kernel.translateConditions(); });
-    std::ostringstream json;
+    FileBuffer buffer(stream_.get(), largestPosition - entry.offset);
+    std::ostream json(&buffer);
     json.imbue(std::locale::classic());
     json << "{  \"Kernels\" : [ ";
     writeSeparated(json, kernels(), [&](const Kernel& kernel) { kernel.writeJson(json); });
     json << " ] }" << '\0';
-    const std::string_view text = json.view();
-    // A stream that ran out of memory is bad: half a document is none.
-    const bool written =
-        json.good() && std::fwrite(text.data(), text.size(), 1, stream_.get()) == 1;
-    entry.size = written ? static_cast<std::uint32_t>(text.size()) : 0;
+    if (buffer.finish() && json.good()) {
+        entry.size = static_cast<std::uint32_t>(buffer.written());
+        return;
+    }
+    // Half a document is none. The kernel data, which nothing else can replace, gets its place.
+    entry.size = 0;
+    seek(stream_.get(), entry.offset);
+    jsonGivenUp_ = true;
 }
 
 void ConsolidatedFile::writeHeaderAndTable() {

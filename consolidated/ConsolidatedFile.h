@@ -44,7 +44,13 @@ namespace consolidator {
 ///
 /// It prints nothing and does not report write failures: a run that has got as far as writing
 /// ends well. Positions in the file are signed 32-bit numbers, so databases of 2 GiB or more are
-/// not supported.
+/// not supported: a JSON document that would reach beyond is left out, with a size of 0, and
+/// sections that would begin beyond are left out with their entries.
+///
+/// A damaged or hostile file costs no more than its size: reading ends, as at any damage, when the
+/// sections together have been more than four times the file's size and 64 KiB, which only
+/// overlapping ones can be. When it is written again, each kind of section comes 16 times, and
+/// more often only while the sections of the kind hold less than 1 MiB.
 class ConsolidatedFile {
 public:
     /// The first 16 bytes of the file.
@@ -83,7 +89,7 @@ public:
 
     /// Merges a kernel into the first one of its name (see Kernel::merge), or appends a copy if the
     /// name is new.
-    void mergeKernel(const Kernel& kernel);
+    void mergeKernel(Kernel kernel);
 
     /// Writes the whole file anew, translating the kernels' conditions on the way. To be called
     /// once for each open(), and without effect before it.
@@ -112,11 +118,12 @@ private:
     };
 
     bool readTable(std::FILE* file, std::uint32_t count);
-    bool readSection(std::FILE* file, SectionEntry& entry);
+    bool readSections(std::FILE* file);
+    bool readSection(std::FILE* file, const SectionEntry& entry);
     bool readKernels(std::FILE* file);
 
     bool hasSection(SectionType type) const;
-    void writeSection(SectionEntry& entry);
+    bool writeSection(SectionEntry& entry);
     void writeDwarf(SectionEntry& entry);
     void writeProject(SectionEntry& entry);
     void writeKernels(SectionEntry& entry);
@@ -129,6 +136,7 @@ private:
     std::string project_;
     std::optional<std::string> dwarf_;
     UniqueList<Kernel, ByName> kernels_;
+    bool jsonGivenUp_ = false; ///< A document was begun, and what it left was not all overwritten.
 };
 
 } // namespace consolidator

@@ -16,6 +16,7 @@
 #include <streambuf>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace consolidator {
@@ -47,6 +48,9 @@ public:
     virtual bool parse() = 0;
 
     const std::vector<Kernel>& kernels() const { return kernels_; }
+
+    /// Hands the kernels over to the caller; the reader has none any more.
+    std::vector<Kernel> takeKernels() { return std::exchange(kernels_, {}); }
 
     /// Version of the input's format as the reader finds it; -1 until it finds one.
     float version() const { return version_; }

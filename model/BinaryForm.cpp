@@ -53,15 +53,13 @@ std::uint32_t writeText(std::FILE* stream, std::string_view text) {
     return written;
 }
 
-std::uint32_t writeLocations(std::FILE* stream, const std::vector<LogicLocation>& locations) {
-    const auto count = static_cast<std::uint32_t>(locations.size());
-    std::uint32_t written = writeNumber(stream, count);
-    if (count > 0) {
-        const std::size_t numbers =
-            std::fwrite(locations.data(), sizeof(std::uint32_t), std::size_t{2} * count, stream);
-        written += static_cast<std::uint32_t>(numbers * sizeof(std::uint32_t));
+std::uint32_t writeLocations(std::FILE* stream, std::span<const LogicLocation> locations) {
+    if (locations.empty()) {
+        return 0;
     }
-    return written;
+    const std::size_t numbers =
+        std::fwrite(locations.data(), sizeof(std::uint32_t), 2 * locations.size(), stream);
+    return static_cast<std::uint32_t>(numbers * sizeof(std::uint32_t));
 }
 
 std::uint32_t cappedLength(std::uint32_t length) {

@@ -16,6 +16,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,7 +30,8 @@ static_assert(std::endian::native == std::endian::little);
 /// bytes only if all of them did. None of them may be given a null stream.
 std::uint32_t writeNumber(std::FILE* stream, std::uint32_t number);
 std::uint32_t writeText(std::FILE* stream, std::string_view text);
-std::uint32_t writeLocations(std::FILE* stream, const std::vector<LogicLocation>& locations);
+/// Only the pairs: their count is written before them as a number.
+std::uint32_t writeLocations(std::FILE* stream, std::span<const LogicLocation> locations);
 
 /// 0xFFFFFFFF becomes 0xFFFFFFFE, every other value stays. Programs that read these files put a
 /// terminator behind what they read, and so keep every length one below the largest number.

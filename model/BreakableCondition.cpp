@@ -2,6 +2,7 @@
 
 #include "model/BinaryForm.h"
 #include "model/JsonText.h"
+#include "model/KeyedHash.h"
 
 #include <ostream>
 #include <tuple>
@@ -63,16 +64,13 @@ std::uint32_t BreakableCondition::write(std::FILE* stream) const {
     return written;
 }
 
-} // namespace consolidator
-
-std::size_t std::hash<consolidator::BreakableCondition>::operator()(
-    const consolidator::BreakableCondition& condition) const noexcept {
-    // The mixing step multiplies by an odd constant, so that no field's hash cancels another's.
-    std::size_t mixed = 0;
-    const auto mix = [&mixed](std::size_t value) { mixed = (mixed ^ value) * 0x9E3779B97F4A7C15U; };
-    mix(condition.kind);
-    mix(condition.line);
-    mix(std::hash<std::string>()(condition.file));
-    mix(std::hash<std::string>()(condition.condition));
-    return mixed;
+std::uint64_t keyHash(const BreakableCondition& condition) {
+    return KeyedHash()
+        .add(condition.kind)
+        .add(condition.condition)
+        .add(condition.line)
+        .add(condition.file)
+        .value();
 }
+
+} // namespace consolidator

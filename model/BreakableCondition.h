@@ -1,10 +1,8 @@
 // One place at which a debugger may stop a kernel.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <functional>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -57,10 +55,7 @@ private:
     bool readFields(std::FILE* stream);
 };
 
-} // namespace consolidator
+/// Agrees with the equality of conditions.
+std::uint64_t keyHash(const BreakableCondition& condition);
 
-/// Agrees with BreakableCondition's equality.
-template <>
-struct std::hash<consolidator::BreakableCondition> {
-    std::size_t operator()(const consolidator::BreakableCondition& condition) const noexcept;
-};
+} // namespace consolidator

@@ -4,23 +4,26 @@
 #include "model/JsonText.h"
 
 #include <ostream>
+#include <span>
+#include <utility>
+#include <vector>
 
 namespace consolidator {
 
 HardwareVariable::HardwareVariable(std::string_view netName) : name(netName), valid(true) {}
 
 void HardwareVariable::setLocation(std::uint32_t bit, std::uint32_t address, std::uint32_t offset) {
-    if (bit >= locations.size()) {
-        locations.resize(std::size_t{bit} + 1);
-    }
-    locations[bit] = {address, offset};
+    locations.set(bit, {address, offset});
 }
 
 void HardwareVariable::writeJson(std::ostream& out) const {
     out << "{ \"RTLName\" : ";
     writeQuoted(out, name);
     out << ", \"Logic Locations\" : [ ";
-    writeJsonLocations(out, locations, '[', ']');
+    {
+        JsonLocations json(out, '[', ']');
+        locations.forEachRun([&json](std::span<const LogicLocation> run) { json.add(run); });
+    }
     out << "] } ";
 }
 
@@ -28,7 +31,11 @@ std::uint32_t HardwareVariable::write(std::FILE* stream) const {
     if (stream == nullptr) {
         return 0;
     }
-    return writeText(stream, name) + writeLocations(stream, locations);
+    std::uint32_t written = writeText(stream, name);
+    written += writeNumber(stream, locations.size());
+    locations.forEachRun(
+        [&](std::span<const LogicLocation> run) { written += writeLocations(stream, run); });
+    return written;
 }
 
 HardwareVariable HardwareVariable::read(std::FILE* stream) {
@@ -39,8 +46,13 @@ HardwareVariable HardwareVariable::read(std::FILE* stream) {
 
 bool HardwareVariable::readFields(std::FILE* stream) {
     std::uint32_t count = 0;
-    return readText(stream, name) && readNumber(stream, count) &&
-           readLocations(stream, cappedLength(count), locations);
+    if (!readText(stream, name) || !readNumber(stream, count)) {
+        return false;
+    }
+    std::vector<LogicLocation> read;
+    const bool isWhole = readLocations(stream, cappedLength(count), read);
+    locations = LocationList(std::move(read));
+    return isWhole;
 }
 
 } // namespace consolidator

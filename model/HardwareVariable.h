@@ -1,14 +1,13 @@
 // One register or bus of a kernel as it lies in the configured device.
 #pragma once
 
-#include "model/LogicLocation.h"
+#include "model/LocationList.h"
 
 #include <cstdint>
 #include <cstdio>
 #include <iosfwd>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace consolidator {
 
@@ -23,7 +22,7 @@ struct HardwareVariable {
     std::string name; ///< Net name with a leading "/" and without any bit index.
 
     /// Entry i belongs to bit i; a bit that was never seen is a pair of zeros.
-    std::vector<LogicLocation> locations;
+    LocationList locations;
 
     /// True once the record is complete: made from a name, or read whole.
     bool valid = false;
@@ -37,8 +36,9 @@ struct HardwareVariable {
     bool operator==(const HardwareVariable&) const = default;
 
     /// Sets where `bit` lies, adding pairs of zeros for the bits below it that were not seen yet. A
-    /// later call for the same bit replaces the earlier one. Memory grows with the bit's number:
-    /// whoever takes bit numbers from a file bounds them first.
+    /// later call for the same bit replaces the earlier one. The pairs of zeros cost no memory, but
+    /// each takes its 8 bytes when the register is written: whoever takes bit numbers from a file
+    /// bounds them first.
     void setLocation(std::uint32_t bit, std::uint32_t address, std::uint32_t offset);
 
     /// Writes the JSON form, with nothing before or after it.

@@ -1,18 +1,20 @@
 #include "model/JsonText.h"
 
-#include <array>
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <string>
 
 namespace consolidator {
 
 namespace {
 
-void appendNumber(std::string& text, std::uint32_t number) {
-    std::array<char, 10> digits{}; // 4294967295 is the longest
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-    text.append(digits.data(), end);
+char* append(char* end, std::string_view text) {
+    return std::copy(text.begin(), text.end(), end);
+}
+
+char* append(char* end, std::uint32_t number) {
+    constexpr std::ptrdiff_t mostDigits = 10; // 4294967295
+    return std::to_chars(end, end + mostDigits, number).ptr;
 }
 
 } // namespace
@@ -21,27 +23,31 @@ void writeQuoted(std::ostream& out, std::string_view text) {
     out << '"' << text << '"';
 }
 
-void writeJsonLocations(std::ostream& out, const std::vector<LogicLocation>& locations, char open,
-                        char close) {
-    // A design has tens of millions of these, so they go out in blocks.
-    constexpr std::size_t blockSize = 4096;
-    std::string block;
-    std::string_view separator;
-    for (const LogicLocation& location : locations) {
-        block += separator;
-        block += open;
-        block += ' ';
-        appendNumber(block, location.address);
-        block += ", ";
-        appendNumber(block, location.offset);
-        block += close;
-        separator = ", ";
-        if (block.size() >= blockSize) {
-            out << block;
-            block.clear();
+JsonLocations::~JsonLocations() {
+    flush();
+}
+
+void JsonLocations::add(std::span<const LogicLocation> run) {
+    for (const LogicLocation& location : run) {
+        if (length_ + longestText > block_.size()) {
+            flush();
         }
+        char* end = block_.data() + length_;
+        end = append(end, isFirst_ ? "" : ", ");
+        isFirst_ = false;
+        *end++ = open_;
+        *end++ = ' ';
+        end = append(end, location.address);
+        end = append(end, ", ");
+        end = append(end, location.offset);
+        *end++ = close_;
+        length_ = static_cast<std::size_t>(end - block_.data());
     }
-    out << block;
+}
+
+void JsonLocations::flush() {
+    out_.write(block_.data(), static_cast<std::streamsize>(length_));
+    length_ = 0;
 }
 
 } // namespace consolidator

@@ -1,10 +1,13 @@
 // A list in which no two added elements have the same key, however long it grows.
 #pragma once
 
+#include "model/KeyedHash.h"
+
+#include <algorithm>
 #include <cstddef>
-#include <functional>
+#include <cstdint>
+#include <memory>
 #include <type_traits>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -16,10 +19,11 @@ namespace consolidator {
 /// for elements that come from a file and have to stay as they are there.
 ///
 /// KeyOf is a stateless function object that gives an element's key, as a view or a reference; the
-/// key of an element must not change while it is in the list. A project holds a million registers,
-/// so the index keeps no copy of a key: it maps the key's hash to the element's position. It is
-/// filled when it is first needed, which spares a list that is only read and written again from
-/// having one.
+/// key of an element must not change while it is in the list. keyHash(key) hashes it.
+///
+/// A project holds a million registers, and a hostile file millions of empty kernels with five
+/// lists each. So the index keeps no copy of a key but the element's position, four bytes, and is
+/// made when it is first needed: a list that is only read and written again has none.
 template <typename Element, typename KeyOf>
 class UniqueList {
 public:
@@ -36,19 +40,14 @@ public:
         return *this;
     }
 
-    // A list that was moved from must not believe that it still has indexed items.
-    UniqueList(UniqueList&& other) noexcept { swap(other); }
-    UniqueList& operator=(UniqueList&& other) noexcept {
-        swap(other);
-        return *this;
-    }
+    UniqueList(UniqueList&&) noexcept = default;
+    UniqueList& operator=(UniqueList&&) noexcept = default;
 
     const std::vector<Element>& items() const { return items_; }
 
     /// The first element with this key, or null. The pointer holds until the next element comes.
     Element* find(const Key& key) {
-        indexNewItems();
-        const auto position = positionOf(key, hashOf(key));
+        const std::uint32_t position = *slotOf(key);
         return position == none ? nullptr : &items_[position];
     }
 
@@ -56,15 +55,14 @@ public:
     /// must be `key`. The second value tells whether it was appended.
     template <typename Make>
     std::pair<Element&, bool> findOrAdd(const Key& key, Make make) {
-        indexNewItems();
-        const std::size_t hash = hashOf(key);
-        const std::size_t position = positionOf(key, hash);
-        if (position != none) {
-            return {items_[position], false};
+        std::uint32_t* const slot = slotOf(key);
+        if (*slot != none) {
+            return {items_[*slot], false};
         }
         items_.push_back(make());
-        positions_.emplace(hash, items_.size() - 1);
-        indexed_ = items_.size();
+        *slot = static_cast<std::uint32_t>(items_.size() - 1);
+        ++index_->used;
+        index_->upTo = items_.size();
         return {items_.back(), true};
     }
 
@@ -86,8 +84,7 @@ public:
     template <typename Change>
     void changeAll(Change change) {
         change(items_);
-        positions_.clear();
-        indexed_ = 0;
+        index_.reset();
     }
 
     void clear() {
@@ -96,39 +93,69 @@ public:
 
     void swap(UniqueList& other) noexcept {
         items_.swap(other.items_);
-        positions_.swap(other.positions_);
-        std::swap(indexed_, other.indexed_);
+        index_.swap(other.index_);
     }
 
 private:
-    static constexpr auto none = static_cast<std::size_t>(-1);
+    static constexpr auto none = static_cast<std::uint32_t>(-1);
 
-    static std::size_t hashOf(const Key& key) { return std::hash<std::remove_cvref_t<Key>>()(key); }
+    /// A hash table with open addressing and linear probing. Its size is a power of two.
+    struct Index {
+        std::vector<std::uint32_t> slots; ///< Positions of elements, or none.
+        std::size_t used = 0;             ///< Slots that hold a position.
+        std::size_t upTo = 0;             ///< So many items from the front are in the index.
+    };
 
-    std::size_t positionOf(const Key& key, std::size_t hash) const {
-        const auto [first, last] = positions_.equal_range(hash);
-        for (auto entry = first; entry != last; ++entry) {
-            if (KeyOf()(items_[entry->second]) == key) {
-                return entry->second;
-            }
+    /// The slot that holds the position of the first element with this key, or the free slot where
+    /// it belongs. Brings the index up to date first, with room for one more.
+    std::uint32_t* slotOf(const Key& key) {
+        indexNewItems();
+        makeRoom();
+        return probe(key);
+    }
+
+    std::uint32_t* probe(const Key& key) {
+        const std::size_t mask = index_->slots.size() - 1;
+        std::size_t place = static_cast<std::size_t>(keyHash(key)) & mask;
+        while (index_->slots[place] != none && !(KeyOf()(items_[index_->slots[place]]) == key)) {
+            place = (place + 1) & mask;
         }
-        return none;
+        return &index_->slots[place];
     }
 
     /// Only the first element of a key is indexed, so a file full of equal keys stays harmless.
     void indexNewItems() {
-        for (; indexed_ < items_.size(); ++indexed_) {
-            const Key key = KeyOf()(items_[indexed_]);
-            const std::size_t hash = hashOf(key);
-            if (positionOf(key, hash) == none) {
-                positions_.emplace(hash, indexed_);
+        if (!index_) {
+            index_ = std::make_unique<Index>();
+        }
+        for (; index_->upTo < items_.size(); ++index_->upTo) {
+            makeRoom();
+            std::uint32_t* const slot = probe(KeyOf()(items_[index_->upTo]));
+            if (*slot == none) {
+                *slot = static_cast<std::uint32_t>(index_->upTo);
+                ++index_->used;
+            }
+        }
+    }
+
+    /// Keeps a quarter of the slots free.
+    void makeRoom() {
+        constexpr std::size_t fewest = 8;
+        std::vector<std::uint32_t>& slots = index_->slots;
+        if (4 * (index_->used + 1) <= 3 * slots.size()) {
+            return;
+        }
+        const std::vector<std::uint32_t> old = std::exchange(
+            slots, std::vector<std::uint32_t>(std::max(fewest, 2 * slots.size()), none));
+        for (const std::uint32_t position : old) {
+            if (position != none) {
+                *probe(KeyOf()(items_[position])) = position;
             }
         }
     }
 
     std::vector<Element> items_;
-    std::unordered_multimap<std::size_t, std::size_t> positions_; ///< Hash of key to position.
-    std::size_t indexed_ = 0; ///< So many items from the front are in the index.
+    std::unique_ptr<Index> index_; ///< Null until an element is looked for.
 };
 
 } // namespace consolidator

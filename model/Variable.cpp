@@ -32,7 +32,7 @@ void Variable::writeJson(std::ostream& out) const {
         std::uint32_t instance = 0;
         writeSeparated(out, locations, [&](const std::vector<LogicLocation>& bits) {
             out << "{ \"Instance\" : " << instance++ << ", \"Bits\" : [";
-            writeJsonLocations(out, bits, '{', '}');
+            JsonLocations(out, '{', '}').add(bits);
             out << "]}";
         });
         out << "]";
@@ -49,6 +49,7 @@ std::uint32_t Variable::write(std::FILE* stream) const {
     written += writeText(stream, typeText);
     written += writeNumber(stream, static_cast<std::uint32_t>(locations.size()));
     for (const auto& bits : locations) {
+        written += writeNumber(stream, static_cast<std::uint32_t>(bits.size()));
         written += writeLocations(stream, bits);
     }
     return written;

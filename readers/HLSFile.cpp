@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <limits>
-#include <unordered_set>
+#include <set>
 #include <utility>
 
 namespace consolidator {
@@ -173,7 +173,7 @@ std::string HLSFile::kernelName() const {
 }
 
 void HLSFile::convertEntries(Kernel& kernel) {
-    std::unordered_set<std::uint32_t> seen;
+    std::set<std::uint32_t> seen; // a hash table could be made slow by chosen numbers
     for (const RtlEntry& entry : entries_) {
         if (entry.files.empty()) {
             diagnostic_.remark(entry.lineNumber, "the entry has no source line and is passed over");

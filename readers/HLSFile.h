@@ -29,6 +29,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -86,7 +87,7 @@ private:
     void convertEntries(Kernel& kernel);
 
     std::vector<std::string> functions_; ///< The functions that have begun and not ended.
-    std::vector<RtlEntry> entries_;
+    std::deque<RtlEntry> entries_;       ///< Never moved: there may be millions of empty ones.
     std::vector<char> buffer_ = std::vector<char>(longestLine + 1);
     std::uint64_t lineNumber_ = 0; ///< Of the line in the buffer.
 };

@@ -400,6 +400,37 @@ TEST_F(Reading, TakesNamesOfAnyBytesUpToAZeroByte) {
                 ElementsAre("\"quoted\"", "back\\slash", "\xFF\x80\n", "cut", ""));
 }
 
+/// A database whose sections all are this payload, which stands in the file once.
+std::string overlapping(std::uint32_t type, std::uint32_t sections, std::string_view payload) {
+    std::string bytes = header(sections);
+    for (std::uint32_t i = 0; i < sections; ++i) {
+        bytes += entry(type, 16 + 24 * sections, static_cast<std::uint32_t>(payload.size()));
+    }
+    return bytes.append(payload);
+}
+
+TEST_F(Reading, TakesSectionsThatOverlapAsOftenAsTheyAreNamed) {
+    EXPECT_TRUE(read(overlapping(2, 3, kernelData({"a", "b"}))));
+    EXPECT_THAT(namesOf(file_.kernels()), ElementsAre("a", "b", "a", "b", "a", "b"));
+}
+
+// The file has 16 + 24 * 1000 + 100,000 bytes: 4 times that and 65,536 are 561,600 bytes, which the
+// sixth section exceeds.
+TEST_F(Reading, StopsWhenOverlappingSectionsAddUpToManyTimesTheFile) {
+    const std::string record100k = record({.name = std::string(100'000 - 36, 'n')});
+    EXPECT_FALSE(read(overlapping(2, 1000, u32(1) + record100k)));
+    EXPECT_THAT(file_.kernels(), SizeIs(6));
+    EXPECT_THAT(file_.sections(), SizeIs(1000));
+}
+
+TEST_F(Reading, CountsNeitherJsonNorSectionsWithoutBytesAsReading) {
+    std::string bytes = header(2000);
+    for (int i = 0; i < 1000; ++i) {
+        bytes += entry(3, 16, 48'000) + entry(0, 16, 0);
+    }
+    EXPECT_TRUE(read(bytes));
+}
+
 using SettingTheProject = ConsolidatedFileTest;
 
 TEST_F(SettingTheProject, AddsASectionEachTime) {
@@ -596,6 +627,43 @@ TEST_F(Writing, OfAJsonTextThatDoesNotGoOutMakesItsSizeZero) {
     file_.write();
     ASSERT_EQ(sectionTypes(), (std::vector<std::uint32_t>{3, 2}));
     EXPECT_EQ(file_.sections()[0].size, 0U);
+}
+
+/// The sections that are left of 2,000 with this project name when the file is written again.
+std::size_t namesWritten(std::size_t length) {
+    const TemporaryDirectory directory;
+    const std::string content = overlapping(0, 2000, std::string(length, 'p'));
+    ConsolidatedFile file;
+    EXPECT_TRUE(file.open(directory.write("db.bin", content), false, false));
+    file.write();
+    EXPECT_EQ(file.sections().back().type, 3U);
+    return file.sections().size() - 1;
+}
+
+TEST_F(Writing, RepeatsASectionWhileItsKindHoldsLessThanAMebibyte) {
+    EXPECT_EQ(namesWritten(20), 2000U);
+    EXPECT_EQ(namesWritten(1000), 1049U);
+}
+
+TEST_F(Writing, RepeatsASectionSixteenTimesHoweverLongItIs) {
+    EXPECT_EQ(namesWritten(100'000), 16U);
+}
+
+TEST_F(Writing, LeavesNoEntryForASectionThatIsNotRepeated) {
+    DatabaseBuilder database;
+    for (int i = 0; i < 17; ++i) {
+        database.section(2, kernelData({std::string(70'000, 'n')}));
+    }
+    const std::string path = directory_.write("db.bin", database.bytes());
+    {
+        ConsolidatedFile file;
+        EXPECT_TRUE(file.open(path, false, false));
+        EXPECT_THAT(file.kernels(), SizeIs(17));
+        file.write();
+        EXPECT_EQ(file.header().sectionCount, 17U); // 16 of them, and JSON
+    }
+    EXPECT_TRUE(file_.readExisting(path));
+    EXPECT_THAT(file_.kernels(), SizeIs(16 * 17));
 }
 
 TEST_F(Writing, ReadsBackWhatItWrote) {

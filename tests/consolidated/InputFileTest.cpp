@@ -261,11 +261,12 @@ TEST(AddInputFile, ChangesNothingWithAReaderThatFindsNothing) {
     EXPECT_THAT(namesOf(database.kernels()), ElementsAre("scale_rows"));
 }
 
-TEST(AddInputFile, LeavesTheReaderItsKernels) {
+TEST(AddInputFile, TakesTheKernelsOverFromTheReader) {
     ConsolidatedFile database;
     FakeReader reader = readerOf({"scale_rows", "checksum"});
     database.addInputFile(reader);
-    EXPECT_THAT(namesOf(reader.kernels()), ElementsAre("scale_rows", "checksum"));
+    EXPECT_THAT(reader.kernels(), IsEmpty());
+    EXPECT_THAT(namesOf(database.kernels()), ElementsAre("scale_rows", "checksum"));
 }
 
 } // namespace

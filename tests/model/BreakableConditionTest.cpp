@@ -34,10 +34,6 @@ ConditionFields readFields(std::FILE* file) {
     return fieldsOf(BreakableCondition(file));
 }
 
-std::size_t hashOf(const BreakableCondition& condition) {
-    return std::hash<BreakableCondition>()(condition);
-}
-
 TEST(BreakableCondition, IsAnIncompleteStartWithoutTextsByDefault) {
     EXPECT_EQ(fieldsOf(BreakableCondition()), ConditionFields{});
 }
@@ -89,7 +85,7 @@ TEST(BreakableCondition, EqualityAndHashLeaveTheValidFlagOut) {
     BreakableCondition incomplete = complete;
     incomplete.valid = false;
     EXPECT_EQ(complete, incomplete);
-    EXPECT_EQ(hashOf(complete), hashOf(incomplete));
+    EXPECT_EQ(keyHash(complete), keyHash(incomplete));
 }
 
 TEST(BreakableCondition, TextsAreComparedBehindAZeroByteToo) {

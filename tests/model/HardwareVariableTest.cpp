@@ -11,12 +11,11 @@
 
 #include <sstream>
 #include <string>
-#include <vector>
 
 namespace consolidator::test {
 namespace {
 
-using Locations = std::vector<LogicLocation>;
+using Locations = LocationList;
 
 HardwareVariable registerOf(std::string_view name, const Locations& locations = {}) {
     HardwareVariable result(name);
@@ -171,11 +170,11 @@ TEST(HardwareVariable, ReadingARecordCutOffAnywhereKeepsWhatCameWhole) {
         {u32(2), [](HardwareVariable&) {}},
         {location(1, 2),
          [](HardwareVariable& read) {
-             read.locations.push_back({1, 2});
+             read.locations.set(0, {1, 2});
          }},
         {location(3, 4),
          [](HardwareVariable& read) {
-             read.locations.push_back({3, 4});
+             read.locations.set(1, {3, 4});
              read.valid = true;
          }},
     };

@@ -27,7 +27,7 @@ std::string inQuotes(std::string_view text) {
 std::string locationsText(const std::vector<LogicLocation>& locations, char open = '[',
                           char close = ']') {
     std::ostringstream out;
-    writeJsonLocations(out, locations, open, close);
+    JsonLocations(out, open, close).add(locations);
     return out.str();
 }
 

@@ -364,7 +364,7 @@ void addRegisterStages(KernelStages& stages) {
         {text("/n"), [](KernelFields& read) { read.hardwareVariables[0].name = "/n"; }});
     stages.push_back({u32(1), nothing});
     stages.push_back({location(1, 2), [](KernelFields& read) {
-                          read.hardwareVariables[0].locations.push_back({1, 2});
+                          read.hardwareVariables[0].locations.set(0, {1, 2});
                           read.hardwareVariables[0].valid = true;
                           read.hardwareVariables.emplace_back();
                       }});

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <ostream>
 #include <string>
@@ -243,16 +244,9 @@ struct Colliding {
     bool operator==(const Colliding&) const = default;
 };
 
-} // namespace
-} // namespace consolidator::test
-
-template <>
-struct std::hash<consolidator::test::Colliding> {
-    std::size_t operator()(const consolidator::test::Colliding&) const noexcept { return 1; }
-};
-
-namespace consolidator::test {
-namespace {
+std::uint64_t keyHash(const Colliding& /*key*/) {
+    return 1;
+}
 
 TEST(UniqueList, KeysOfEqualHashAreToldApart) {
     UniqueList<Colliding, std::identity> list;

@@ -264,8 +264,8 @@ TEST(LLFile, KeepsTheHighestBitThatARegisterCanHave) {
     const std::vector<HardwareVariable>& registers = reading.kernels.at(0).hardwareVariables();
     ASSERT_EQ(registers.size(), 1U);
     ASSERT_EQ(registers[0].locations.size(), 16777216U);
-    EXPECT_EQ(registers[0].locations.front(), LogicLocation());
-    EXPECT_EQ(registers[0].locations.back(), (LogicLocation{0x1a00, 64}));
+    EXPECT_EQ(registers[0].locations[0], LogicLocation());
+    EXPECT_EQ(registers[0].locations[16777215], (LogicLocation{0x1a00, 64}));
 }
 
 // Addresses, offsets and the other fields

@@ -1,0 +1,49 @@
+#include "consolidated/FileBuffer.h"
+
+namespace consolidator {
+
+FileBuffer::FileBuffer(std::FILE* file, std::uint64_t limit) : file_(file), limit_(limit) {
+    setp(block_.data(), block_.data() + block_.size());
+}
+
+bool FileBuffer::finish() {
+    return passBlock();
+}
+
+FileBuffer::int_type FileBuffer::overflow(int_type character) {
+    if (!passBlock()) {
+        return traits_type::eof();
+    }
+    if (!traits_type::eq_int_type(character, traits_type::eof())) {
+        *pptr() = traits_type::to_char_type(character);
+        pbump(1);
+    }
+    return traits_type::not_eof(character);
+}
+
+std::streamsize FileBuffer::xsputn(const char* text, std::streamsize length) {
+    // What is longer than the block need not go through it.
+    if (length < static_cast<std::streamsize>(block_.size())) {
+        return std::streambuf::xsputn(text, length);
+    }
+    return passBlock() && pass(text, static_cast<std::size_t>(length)) ? length : 0;
+}
+
+int FileBuffer::sync() {
+    return passBlock() ? 0 : -1;
+}
+
+bool FileBuffer::pass(const char* text, std::size_t length) {
+    failed_ =
+        failed_ || length > limit_ - written_ || std::fwrite(text, 1, length, file_) != length;
+    written_ += failed_ ? 0 : length;
+    return !failed_;
+}
+
+bool FileBuffer::passBlock() {
+    const auto length = static_cast<std::size_t>(pptr() - pbase());
+    setp(block_.data(), block_.data() + block_.size());
+    return length == 0 ? !failed_ : pass(block_.data(), length);
+}
+
+} // namespace consolidator

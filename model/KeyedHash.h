@@ -1,0 +1,39 @@
+// Hashes that nobody can aim at.
+//
+// Names come from files that may have been made to break this program. With a hash that is the same
+// in every run, such a file could give all its names the same hash and turn every lookup into a
+// walk over all of them. So each process draws a key of its own.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace consolidator {
+
+/// A running hash over texts and numbers.
+///
+/// It is the value of a polynomial at the key, modulo the prime 2^61 - 1, with the pieces of the
+/// input as coefficients (Carter and Wegman's construction): whatever two different inputs of n
+/// bytes are chosen, at most about n in 2^61 keys give them the same hash.
+class KeyedHash {
+public:
+    /// Adds a text, with its length: "ab" and "c" are another input than "a" and "bc".
+    KeyedHash& add(std::string_view text);
+
+    KeyedHash& add(std::uint32_t number);
+
+    /// The hash of what was added so far, below 2^61. Its low bits are as good as the others.
+    std::uint64_t value() const { return value_; }
+
+private:
+    void addPiece(std::uint64_t piece);
+
+    std::uint64_t value_ = 0;
+};
+
+/// The hash of one text.
+inline std::uint64_t keyHash(std::string_view text) {
+    return KeyedHash().add(text).value();
+}
+
+} // namespace consolidator
