@@ -131,7 +131,7 @@ TEST(KernelBinary, AFileThatRefusesEverythingTakesNothing) {
     EXPECT_EQ(sampleKernel().write(readOnly.get()), 0U);
     const FileHandle full = openFile("/dev/full", "w");
     ASSERT_TRUE(full);
-    std::setvbuf(full.get(), nullptr, _IONBF, 0);
+    ASSERT_EQ(std::setvbuf(full.get(), nullptr, _IONBF, 0), 0);
     EXPECT_EQ(sampleKernel().write(full.get()), 0U);
 }
 
