@@ -70,8 +70,11 @@ std::vector<LocationList::Beyond> LocationList::sortedBeyond() const {
     // Backwards and stable, the last location of each bit comes first and is the one that stays.
     std::vector<Beyond> sorted(beyond_.rbegin(), beyond_.rend());
     std::ranges::stable_sort(sorted, {}, &Beyond::bit);
-    const auto repeats = std::ranges::unique(sorted, {}, &Beyond::bit);
-    sorted.erase(repeats.begin(), repeats.end());
+    // Not of std::ranges: Clang 14 cannot compile what GCC 12's library returns there.
+    const auto repeats =
+        std::unique(sorted.begin(), sorted.end(),
+                    [](const Beyond& left, const Beyond& right) { return left.bit == right.bit; });
+    sorted.erase(repeats, sorted.end());
     return sorted;
 }
 
