@@ -1,7 +1,7 @@
 // Reader of the kernel description XML (kernel.xml) of high-level synthesis: the kernels' arguments
 // and when they start and stop.
 //
-// Of the document (see shared/schemas/KernelDescription.h) it takes only
+// Of the document it takes only
 //
 //     <project> <platform> <device> <core>
 //       <kernel name="scale_rows">
@@ -15,12 +15,16 @@
 //
 // The arguments of a document's kernels add up: the second kernel has the first one's arguments in
 // front of its own, and so on. As the first argument of a source name wins, with its type, so does
-// that of an earlier kernel. Databases in use were made so; it stays.
+// that of an earlier kernel. Databases in use were made so; it stays. It also makes the records
+// grow with the square of the document, so there is a limit: see KernelOutline.h.
+//
+// The whole document as a tree is Mekto::Project (shared/schemas/KernelDescription.h). The reader
+// does not build it: a tree costs up to a hundred times the bytes of its document, most of it
+// unused here.
 #pragma once
 
 #include "consolidated/InputFile.h"
 #include "readers/HdlReservedWords.h"
-#include "shared/schemas/KernelDescription.h"
 
 #include <cstdint>
 #include <string>
@@ -42,7 +46,6 @@ public:
 
 private:
     bool stopUnread(std::uint64_t atLine, const std::string& reason);
-    void addKernel(const Mekto::Kernel& description, Kernel& kernel);
 
     HdlReservedWords reservedWords_;
 };

@@ -15,6 +15,9 @@
 //         return kind;
 //     }
 //
+// A reader that needs little of a document keeps no tree: all its tables belong to one class, the
+// rows of their children are of the kind inPlace(), and a table's end() takes what has been read.
+//
 // The tables hold type-erased functions over `void*`, which always points to an object of the class
 // that the table belongs to.
 #pragma once
@@ -74,7 +77,20 @@ struct ElementKind {
     std::span<const AttributeRow> attributes = {};
     std::span<const ChildRow> children = {};
     bool isText = false; ///< The element is a std::string.
+
+    /// Called once an element has been read, with its attributes and children. May throw Refusal.
+    void (*end)(void* element) = nullptr;
 };
+
+/// The row of children that are read into the object of their parent, each over the one before it,
+/// with the tables `kind` of the same class. For reading only.
+constexpr ChildRow inPlace(std::string_view name, const ElementKind& (*kind)()) {
+    return {.name = name,
+            .kind = kind,
+            .append = [](void* element) { return element; },
+            .count = nullptr,
+            .at = nullptr};
+}
 
 /// Kind of an element that holds only text.
 const ElementKind& textKind();
@@ -87,6 +103,12 @@ struct MemberOf<Type Class::*> {
     using Owner = Class;
     using Value = Type;
 };
+
+/// An end() that calls the member function `member` of the tables' class.
+template <auto member>
+void call(void* element) {
+    (static_cast<typename MemberOf<decltype(member)>::Owner*>(element)->*member)();
+}
 
 /// The row of the attribute that the field `member` holds.
 template <auto member>

@@ -18,6 +18,8 @@ std::string_view get_error_description(ErrorCode code) { // NOLINT(readability-i
         return "invalid value";
     case ErrorCode::UnsafeDocument:
         return "unsafe document";
+    case ErrorCode::TooLarge:
+        return "too large";
     }
     return "unknown error";
 }

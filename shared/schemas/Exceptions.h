@@ -17,6 +17,7 @@ enum class ErrorCode {
     UnexpectedRoot, ///< The root element is not the one that was asked for.
     InvalidValue,   ///< A value is not of its attribute's type.
     UnsafeDocument, ///< The document type has declarations of its own.
+    TooLarge,       ///< The document asks for more memory than its reader gives it.
 };
 
 /// The code in words.
@@ -51,6 +52,13 @@ private:
     std::uint64_t line_;
     std::uint64_t column_;
     std::string reason_;
+};
+
+/// Thrown by a function of the tables (see Binding.h) that takes no more of the document.
+/// readDocument knows the place and makes a c_lmx_reader_exception of it.
+class Refusal final : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
 };
 
 } // namespace lmx60

@@ -49,7 +49,6 @@ public:
         }
         XML_SetUserData(parser_.get(), this);
         XML_SetElementHandler(parser_.get(), &TreeBuilder::onStart, &TreeBuilder::onEnd);
-        XML_SetCharacterDataHandler(parser_.get(), &TreeBuilder::onText);
         XML_SetStartDoctypeDeclHandler(parser_.get(), &TreeBuilder::onDoctype);
     }
 
@@ -138,7 +137,7 @@ private:
         });
     }
 
-    void start(std::string_view name, const char** attributes) {
+    void start(const char* name, const char** attributes) {
         if (skipped_ > 0) {
             ++skipped_;
             return;
@@ -158,6 +157,9 @@ private:
         }
         open_.push_back(*element);
         assignAttributes(attributes);
+        if (element->kind->isText) {
+            listenToText(true);
+        }
     }
 
     /// Adds a child to the innermost open element. An open element never moves: it is the last one
@@ -186,13 +188,34 @@ private:
     void end() {
         if (skipped_ > 0) {
             --skipped_;
-        } else {
-            open_.pop_back();
+            return;
+        }
+        const Open ended = open_.back();
+        open_.pop_back();
+        if (ended.kind->isText) {
+            listenToText(false);
+        }
+        if (ended.kind->end != nullptr) {
+            finish(ended);
         }
     }
 
+    void finish(const Open& ended) const {
+        try {
+            ended.kind->end(ended.element);
+        } catch (const Refusal& refusal) {
+            throw fault(ErrorCode::TooLarge, refusal.what());
+        }
+    }
+
+    /// Most text stands between elements and is of no use. Without a handler the parser passes over
+    /// it at its own speed.
+    void listenToText(bool wanted) {
+        XML_SetCharacterDataHandler(parser_.get(), wanted ? &TreeBuilder::onText : nullptr);
+    }
+
     void addText(std::string_view text) {
-        if (skipped_ == 0 && !open_.empty() && open_.back().kind->isText) {
+        if (skipped_ == 0) {
             *static_cast<std::string*>(open_.back().element) += text;
         }
     }

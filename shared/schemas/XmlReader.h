@@ -1,4 +1,5 @@
-// Reads an XML document into a tree of bound elements (see Binding.h).
+// Reads an XML document into a tree of bound elements, or into one object as it streams by (see
+// Binding.h).
 //
 // The document must be well-formed. Elements and attributes that no table names are skipped, with
 // all that they contain. Nothing outside the document is ever fetched, and a document type with

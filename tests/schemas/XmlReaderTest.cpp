@@ -617,13 +617,75 @@ TEST(XmlReader, GivesWholeTreesOfDamagedDocumentsOrRefusesThem) {
     }
 }
 
+// Documents that keep no tree
+
+/// Collects the names of nested lists and of their items in the order of their ends.
+class Names {
+public:
+    static const lmx60::ElementKind& listKind() {
+        static constexpr std::array children{lmx60::inPlace("list", listKind),
+                                             lmx60::inPlace("item", itemKind)};
+        static constexpr lmx60::ElementKind table{.children = children,
+                                                  .end = lmx60::call<&Names::endList>};
+        return table;
+    }
+
+    std::string collected;
+
+private:
+    static const lmx60::ElementKind& itemKind() {
+        static constexpr std::array attributes{lmx60::attribute<&Names::name_>("name")};
+        static constexpr lmx60::ElementKind table{.attributes = attributes,
+                                                  .end = lmx60::call<&Names::endItem>};
+        return table;
+    }
+
+    void endList() { collected += '.'; }
+    void endItem() {
+        if (name_.value == "bad") {
+            throw lmx60::Refusal("no room for it");
+        }
+        collected += name_.value;
+        name_ = {};
+    }
+
+    lmx60::Attribute<std::string> name_;
+};
+
+Names namesOf(const std::string& document) {
+    std::istringstream stream(document);
+    Names names;
+    lmx60::readDocument(stream, "names.xml", "list", Names::listKind(), &names);
+    return names;
+}
+
+TEST(XmlReader, ReadsElementsIntoOneObjectAndTellsTheirEnds) {
+    EXPECT_EQ(namesOf("<list><item name='a'/><list><item name='b'><item name='x'/></item><item/>"
+                      "<extra><item name='y'/></extra></list>text<item name='c'/></list>")
+                  .collected,
+              "ab.c.");
+}
+
+TEST(XmlReader, TellsWhereAnElementWasRefused) {
+    try {
+        namesOf("<list>\n<item name='a'/>\n  <item name='bad'/>\n<broken");
+        FAIL() << "it was accepted";
+    } catch (const lmx60::c_lmx_reader_exception& exception) {
+        EXPECT_EQ(exception.code(), ErrorCode::TooLarge);
+        EXPECT_EQ(exception.line(), 3U);
+        EXPECT_EQ(exception.column(), 21U); // behind it, where it has ended
+        EXPECT_EQ(exception.reason(), "no room for it");
+    }
+}
+
 // Exceptions
 
 TEST(ErrorDescription, SaysSomethingElseAboutEveryCode) {
     std::set<std::string_view> descriptions;
     for (const ErrorCode code :
          {ErrorCode::None, ErrorCode::CannotOpen, ErrorCode::CannotRead, ErrorCode::NotWellFormed,
-          ErrorCode::UnexpectedRoot, ErrorCode::InvalidValue, ErrorCode::UnsafeDocument}) {
+          ErrorCode::UnexpectedRoot, ErrorCode::InvalidValue, ErrorCode::UnsafeDocument,
+          ErrorCode::TooLarge}) {
         const std::string_view description = lmx60::get_error_description(code);
         EXPECT_FALSE(description.empty());
         EXPECT_TRUE(descriptions.insert(description).second) << description;

@@ -1,0 +1,109 @@
+#include "readers/KernelOutline.h"
+
+#include "shared/schemas/Exceptions.h"
+#include "shared/schemas/XmlReader.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <utility>
+
+using lmx60::attribute;
+using lmx60::ElementKind;
+using lmx60::inPlace;
+
+namespace consolidator {
+
+namespace {
+
+constexpr std::string_view startCondition = "== $i/kc_start 1'b1";
+constexpr std::string_view stopCondition = "== $i/kc_done 1'b1";
+
+} // namespace
+
+// The slice: <project> <platform> <device> <core> <kernel name> <arg name type addressQualifier>.
+
+const ElementKind& KernelOutline::projectKind() {
+    static constexpr std::array children{inPlace("platform", platformKind)};
+    static constexpr ElementKind table{.children = children};
+    return table;
+}
+
+const ElementKind& KernelOutline::platformKind() {
+    static constexpr std::array children{inPlace("device", deviceKind)};
+    static constexpr ElementKind table{.children = children};
+    return table;
+}
+
+const ElementKind& KernelOutline::deviceKind() {
+    static constexpr std::array children{inPlace("core", coreKind)};
+    static constexpr ElementKind table{.children = children};
+    return table;
+}
+
+const ElementKind& KernelOutline::coreKind() {
+    static constexpr std::array children{inPlace("kernel", kernelKind)};
+    static constexpr ElementKind table{.children = children};
+    return table;
+}
+
+const ElementKind& KernelOutline::kernelKind() {
+    static constexpr std::array attributes{attribute<&KernelOutline::kernelName_>("name")};
+    static constexpr std::array children{inPlace("arg", argumentKind)};
+    static constexpr ElementKind table{.attributes = attributes,
+                                       .children = children,
+                                       .end = lmx60::call<&KernelOutline::addKernel>};
+    return table;
+}
+
+const ElementKind& KernelOutline::argumentKind() {
+    static constexpr std::array attributes{
+        attribute<&KernelOutline::argumentName_>("name"),
+        attribute<&KernelOutline::argumentType_>("type"),
+        attribute<&KernelOutline::addressQualifier_>("addressQualifier")};
+    static constexpr ElementKind table{.attributes = attributes,
+                                       .end = lmx60::call<&KernelOutline::addArgument>};
+    return table;
+}
+
+KernelOutline::KernelOutline(const HdlReservedWords& reservedWords)
+    : reservedWords_(reservedWords) {}
+
+std::vector<Kernel> KernelOutline::read(std::istream& stream, const std::string& documentName) {
+    lmx60::readDocument(stream, documentName, "project", projectKind(), this);
+    return std::move(kernels_);
+}
+
+void KernelOutline::addArgument() {
+    const std::string& port = argumentName_.value;
+    const std::string source = reservedWords_.sourceName(port);
+    const std::size_t before = kernel_.arguments().size();
+    kernel_.addArgument(source, port, argumentType_.value);
+    if (kernel_.arguments().size() > before) {
+        kernelCarries_ +=
+            bytesPerArgument + source.size() + port.size() + argumentType_.value.size();
+        checkCarried();
+    }
+    argumentName_ = {};
+    argumentType_ = {};
+}
+
+void KernelOutline::addKernel() {
+    checkCarried();
+    carried_ += kernelCarries_;
+    kernel_.setName(kernelName_.value);
+    kernel_.addBreakableCondition(BreakableCondition::Start, startCondition);
+    kernel_.addBreakableCondition(BreakableCondition::Stop, stopCondition);
+    kernels_.push_back(kernel_);
+    kernelName_ = {};
+}
+
+void KernelOutline::checkCarried() const {
+    if (carried_ + kernelCarries_ > mostCarried) {
+        throw lmx60::Refusal("its kernels, each with the arguments of those before it, would take "
+                             "more than " +
+                             std::to_string(mostCarried >> 20U) + " MiB");
+    }
+}
+
+} // namespace consolidator

@@ -1,0 +1,60 @@
+// What the kernel description reader takes of its document, while the document streams by.
+#pragma once
+
+#include "model/Kernel.h"
+#include "readers/HdlReservedWords.h"
+#include "shared/schemas/Binding.h"
+
+#include <cstdint>
+#include <istream>
+#include <string>
+#include <vector>
+
+namespace consolidator {
+
+/// Makes kernel records of a kernel description document, without a tree of its elements: beside
+/// the records there is only ever one kernel and one argument in memory.
+class KernelOutline {
+public:
+    /// So many bytes may the records of one document hold: each counts `bytesPerRecord`, and each
+    /// argument in it, its own or an earlier kernel's, `bytesPerArgument` and its three texts.
+    static constexpr std::uint64_t mostCarried = std::uint64_t{256} << 20U;
+    static constexpr std::uint64_t bytesPerRecord = 512;
+    static constexpr std::uint64_t bytesPerArgument = 128;
+
+    /// `reservedWords` gives arguments their source names and must outlive this object.
+    explicit KernelOutline(const HdlReservedWords& reservedWords);
+
+    /// Reads a document to its end and returns its kernels. An object is for one document only.
+    /// Throws lmx60::c_lmx_exception when the document cannot be read or asks for more than
+    /// `mostCarried`.
+    std::vector<Kernel> read(std::istream& stream, const std::string& documentName);
+
+private:
+    // The tables, one per element of which something is taken.
+    static const lmx60::ElementKind& projectKind();
+    static const lmx60::ElementKind& platformKind();
+    static const lmx60::ElementKind& deviceKind();
+    static const lmx60::ElementKind& coreKind();
+    static const lmx60::ElementKind& kernelKind();
+    static const lmx60::ElementKind& argumentKind();
+
+    void addArgument();
+    void addKernel();
+    void checkCarried() const;
+
+    const HdlReservedWords& reservedWords_;
+    std::vector<Kernel> kernels_;
+    std::uint64_t carried_ = 0; ///< What `kernels_` hold.
+
+    Kernel kernel_; ///< One for all, so that each has the arguments of those before it.
+    std::uint64_t kernelCarries_ = bytesPerRecord;
+
+    // The attributes of the element that is open. Empty in between.
+    lmx60::Attribute<std::string> kernelName_;
+    lmx60::Attribute<std::string> argumentName_;
+    lmx60::Attribute<std::string> argumentType_;
+    lmx60::Attribute<std::uint32_t> addressQualifier_; ///< Only to be checked.
+};
+
+} // namespace consolidator

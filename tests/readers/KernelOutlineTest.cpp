@@ -1,0 +1,221 @@
+// What the kernel description reader takes from documents that stream by: the same as stands in
+// their trees, and no more than it may hold.
+
+#include "readers/KernelOutline.h"
+
+#include "readers/KernelFile.h"
+#include "shared/schemas/KernelDescription.h"
+#include "tests/support/Bytes.h"
+#include "tests/support/MemoryFile.h"
+#include "tests/support/RandomDocuments.h"
+#include "tests/support/Repeated.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <ostream>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace consolidator::test {
+
+namespace {
+
+using testing::HasSubstr;
+
+/// What a document gives.
+struct Taken {
+    bool succeeded = true;
+    std::vector<std::string> kernels = {}; ///< Their binary forms.
+    std::uint64_t line = 0;                ///< Where and why reading stopped.
+    std::string reason = {};
+
+    bool operator==(const Taken&) const = default;
+};
+
+void PrintTo(const Taken& taken, std::ostream* out) {
+    *out << taken.succeeded << " line " << taken.line << ' ' << taken.reason << '\n'
+         << testing::PrintToString(taken.kernels);
+}
+
+Taken takenByReader(const std::string& document) {
+    std::ostringstream errors;
+    KernelFile reader(std::make_unique<std::stringbuf>(document), errors);
+    Taken taken{.succeeded = reader.parse()};
+    for (const Kernel& kernel : reader.kernels()) {
+        taken.kernels.push_back(binaryForm(kernel));
+    }
+    if (reader.diagnostic().stopped()) {
+        taken.line = reader.diagnostic().stopped()->line;
+        taken.reason = reader.diagnostic().stopped()->text;
+    }
+    EXPECT_EQ(errors.str(), taken.succeeded ? "" : "Could not parse kernel file\n");
+    return taken;
+}
+
+/// The records of the kernels in a tree.
+std::vector<std::string> recordsOf(const Mekto::Project& project) {
+    const HdlReservedWords words;
+    Kernel kernel;
+    std::vector<std::string> records;
+    for (const Mekto::Platform& platform : project.platform) {
+        for (const Mekto::Device& device : platform.device) {
+            for (const Mekto::Core& core : device.core) {
+                for (const Mekto::Kernel& element : core.kernel) {
+                    kernel.setName(element.name.value);
+                    for (const Mekto::Arg& arg : element.arg) {
+                        const std::string& port = arg.name.value;
+                        kernel.addArgument(words.sourceName(port), port, arg.type.value);
+                    }
+                    kernel.addBreakableCondition(0, "== $i/kc_start 1'b1");
+                    kernel.addBreakableCondition(1, "== $i/kc_done 1'b1");
+                    records.push_back(binaryForm(kernel));
+                }
+            }
+        }
+    }
+    return records;
+}
+
+Taken takenFromTree(const std::string& document) {
+    Mekto::Project project;
+    try {
+        project.readMemory(document);
+    } catch (const lmx60::c_lmx_reader_exception& exception) {
+        return {.succeeded = false, .line = exception.line(), .reason = exception.reason()};
+    }
+    return {.kernels = recordsOf(project)};
+}
+
+TEST(KernelOutline, TakesFromEveryDocumentWhatIsInItsTree) {
+    RandomDocuments documents(20);
+    for (int i = 0; i < 6000; ++i) {
+        const std::string document = documents.any();
+        ASSERT_EQ(takenByReader(document), takenFromTree(document)) << document;
+    }
+}
+
+TEST(KernelOutline, MeetsAllKindsOfDocuments) {
+    RandomDocuments documents(21);
+    std::size_t arguments = 0;
+    std::size_t laterKernels = 0;
+    std::size_t oddAccepted = 0;
+    std::size_t damagedAccepted = 0;
+    for (int i = 0; i < 300; ++i) {
+        const Mekto::Project project = [&] {
+            Mekto::Project read;
+            read.readMemory(documents.valid()); // which does not throw
+            return read;
+        }();
+        const std::size_t kernels = recordsOf(project).size();
+        laterKernels += kernels > 1 ? kernels - 1 : 0;
+        oddAccepted += takenFromTree(documents.odd()).succeeded ? 1 : 0;
+        const Taken damaged = takenFromTree(documents.damaged());
+        damagedAccepted += damaged.succeeded ? 1 : 0;
+        for (const Mekto::Platform& platform : project.platform) {
+            for (const Mekto::Device& device : platform.device) {
+                for (const Mekto::Core& core : device.core) {
+                    for (const Mekto::Kernel& kernel : core.kernel) {
+                        arguments += kernel.arg.size();
+                    }
+                }
+            }
+        }
+    }
+    EXPECT_GT(arguments, 1000U);
+    EXPECT_GT(laterKernels, 300U);
+    EXPECT_GT(oddAccepted, 100U);
+    EXPECT_LT(oddAccepted, 290U);
+    EXPECT_GT(damagedAccepted, 10U);
+    EXPECT_LT(damagedAccepted, 200U);
+}
+
+// The limit: 256 kernels, each of which takes the first one's only argument over, are 1 MiB each.
+
+constexpr std::size_t mebibyte = std::size_t{1} << 20U;
+
+const std::string beginning = "<project><platform><device><core>\n";
+const std::string end = "</core></device></platform></project>\n";
+
+/// The kernel of an argument with which it counts as 1 MiB, on one line.
+std::string bigKernel() {
+    // 512 for the kernel, 128 for the argument, 2 for its two names.
+    const std::string type(mebibyte - 512 - 128 - 2, 't');
+    return "<kernel><arg name=\"n\" type=\"" + type + "\"/></kernel>\n";
+}
+
+std::string smallKernels(std::size_t count) {
+    return repeated("<kernel/>\n", count);
+}
+
+/// What is left when reading a document: no texts, which are too many to be copied.
+struct Limited {
+    bool succeeded = false;
+    std::size_t kernels = 0;
+    Diagnostic::Remark stop = {0, ""};
+    std::string messages = {};
+};
+
+Limited readLimited(const std::string& document) {
+    std::ostringstream errors;
+    KernelFile reader(std::make_unique<std::stringbuf>(document), errors);
+    Limited result{.succeeded = reader.parse()};
+    result.kernels = reader.kernels().size();
+    result.stop = reader.diagnostic().stopped().value_or(Diagnostic::Remark{0, ""});
+    result.messages = errors.str();
+    return result;
+}
+
+void expectTooLarge(const std::string& document, std::uint64_t line) {
+    const Limited result = readLimited(document);
+    EXPECT_FALSE(result.succeeded);
+    EXPECT_EQ(result.kernels, 0U);
+    EXPECT_EQ(result.stop.line, line);
+    EXPECT_THAT(result.stop.text, HasSubstr("more than 256 MiB"));
+    EXPECT_EQ(result.messages, "Could not parse kernel file\n");
+}
+
+TEST(KernelOutline, TakesAllThatTheLimitAllows) {
+    const Limited result = readLimited(beginning + bigKernel() + smallKernels(255) + end);
+    EXPECT_TRUE(result.succeeded) << result.stop.text;
+    EXPECT_EQ(result.kernels, 256U);
+}
+
+TEST(KernelOutline, RefusesADocumentAtTheKernelThatIsTooMuch) {
+    // The first kernel stands on line 2, and what comes behind the last one is never read.
+    const std::string tooMuch = beginning + bigKernel() + smallKernels(256);
+    expectTooLarge(tooMuch + end, 258);
+    expectTooLarge(tooMuch + smallKernels(1000) + "<damaged", 258);
+}
+
+TEST(KernelOutline, RefusesADocumentAtTheArgumentThatIsTooMuch) {
+    expectTooLarge(beginning + bigKernel() + smallKernels(254) +
+                       "<kernel>\n<arg name=\"n\"/>\n<arg name=\"m\"/>\n</kernel>" + end,
+                   259);
+}
+
+TEST(KernelOutline, CountsBothNamesOfAnArgument) {
+    const auto documentWith = [](const std::string& name) {
+        // 512 + 128 and two names, four times as the kernels are four.
+        return beginning + "<kernel><arg name=\"" + name + "\"/></kernel>\n" + smallKernels(3) +
+               end;
+    };
+    const std::size_t fits = (64 * mebibyte - 512 - 128) / 2;
+    EXPECT_TRUE(readLimited(documentWith(std::string(fits, 'n'))).succeeded);
+    expectTooLarge(documentWith(std::string(fits + 1, 'n')), 5);
+}
+
+TEST(KernelOutline, DoesNotCountArgumentsThatAreKnown) {
+    const std::string known = repeated("<arg name=\"n\" type=\"other\"/>", 1000);
+    const std::string kernels = bigKernel() + "<kernel>" + known + "</kernel>" + smallKernels(254);
+    EXPECT_TRUE(readLimited(beginning + kernels + end).succeeded);
+}
+
+} // namespace
+
+} // namespace consolidator::test
