@@ -35,6 +35,12 @@ void Kernel::addHardwareLocation(std::string_view rtlName, std::uint32_t bit, st
     hardwareVariables_.findOrAdd(rtlName, make).first.setLocation(bit, address, offset);
 }
 
+std::uint32_t Kernel::emptyBitsBefore(std::string_view rtlName, std::uint32_t bit) {
+    const HardwareVariable* variable = hardwareVariables_.find(rtlName);
+    const std::size_t size = variable == nullptr ? 0 : variable->locations.size();
+    return size < bit ? bit - static_cast<std::uint32_t>(size) : 0;
+}
+
 void Kernel::addHardwareVariable(const HardwareVariable& variable) {
     hardwareVariables_.findOrAdd(variable.name, [&] { return variable; });
 }

@@ -79,6 +79,9 @@ public:
     /// caller bounds `bit`, see HardwareVariable::setLocation.
     void addHardwareLocation(std::string_view rtlName, std::uint32_t bit, std::uint32_t address,
                              std::uint32_t offset);
+    /// How many pairs of zeros addHardwareLocation() would add to the register for the bits below
+    /// `bit`, which is what a small file can make large.
+    std::uint32_t emptyBitsBefore(std::string_view rtlName, std::uint32_t bit);
     /// Adds a copy of the register unless one of its name is there.
     void addHardwareVariable(const HardwareVariable& variable);
     /// Adds a condition without a source line unless an equal one is there.

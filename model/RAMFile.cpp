@@ -1,5 +1,6 @@
 #include "model/RAMFile.h"
 
+#include <algorithm>
 #include <array>
 #include <istream>
 #include <optional>
@@ -26,6 +27,11 @@ std::optional<std::string_view> takeCell(std::string_view& row) {
 
 } // namespace
 
+RAMFile::Paths::Paths(const std::vector<Kernel>& kernels)
+    : index(KernelIndex::ofInstancePaths(kernels, longestLine)),
+      finder(index.texts()),
+      counted(kernels.size()) {}
+
 RAMFile::RAMFile(const std::string& path, const std::vector<Kernel>& projectKernels,
                  std::ostream& errors)
     : InputFile(path, errors), projectKernels_(&projectKernels) {}
@@ -38,6 +44,7 @@ bool RAMFile::parse() {
     if (!isOpen()) {
         return false;
     }
+    paths_.emplace(*projectKernels_);
     std::array<char, longestLine + 1> buffer{};
     while (!stream_.eof()) {
         lineNumber_ = line();
@@ -83,15 +90,36 @@ void RAMFile::matchRow(std::string_view row) {
     if (!name || !cellType || cellType->find("RAMB") == std::string_view::npos) {
         return;
     }
-    for (const Kernel& kernel : *projectKernels_) {
-        for (const std::string& path : kernel.instancePaths()) {
-            if (name->find(path) != std::string_view::npos) {
-                diagnostic_.remark(lineNumber_, "block RAM " + quoted(*name) +
-                                                    " belongs to kernel " + quoted(kernel.name()) +
-                                                    "; its name is not stored");
+    if (const Owners owners = ownersOf(*name); owners.count > 0) {
+        diagnostic_.remark(lineNumber_, "block RAM " + quoted(*name) + " belongs to " +
+                                            described(owners) + "; its name is not stored");
+    }
+}
+
+RAMFile::Owners RAMFile::ownersOf(std::string_view name) {
+    // Only the first remarks are kept: for the others it is enough that there is an owner.
+    const bool isKept = diagnostic_.remarks().size() < Diagnostic::mostRemarks;
+    Owners owners;
+    paths_->counted.clear();
+    paths_->finder.forEachIn(name, [&](std::uint32_t path) {
+        for (const std::uint32_t kernel : paths_->index.kernelsOf(path)) {
+            if (paths_->counted.set(kernel)) {
+                owners.first = std::min(owners.first, kernel);
+                ++owners.count;
             }
         }
+        return isKept;
+    });
+    return owners;
+}
+
+std::string RAMFile::described(const Owners& owners) const {
+    std::string result = "kernel " + quoted((*projectKernels_)[owners.first].name());
+    if (owners.count > 1) {
+        result += " and " + std::to_string(owners.count - 1);
+        result += owners.count == 2 ? " more kernel" : " more kernels";
     }
+    return result;
 }
 
 } // namespace consolidator

@@ -11,8 +11,8 @@
 //     6. Memory Utilization - Instantiated              the other wanted table
 //     7. Memory Utilization - Instantiated              ends it
 //
-// Headings are whole lines, to the letter. A row matches an instance of a kernel if its first cell
-// contains the instance path and its second cell contains "RAMB". Rows of fewer cells match
+// Headings are whole lines, to the letter. A row belongs to a kernel if its first cell contains one
+// of the kernel's instance paths and its second cell contains "RAMB". Rows of fewer cells match
 // nothing.
 //
 // This is the one file of model/ that knows the base of the readers.
@@ -20,11 +20,16 @@
 
 #include "consolidated/InputFile.h"
 #include "model/Kernel.h"
+#include "model/KernelIndex.h"
+#include "model/Marks.h"
+#include "model/PathFinder.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <iostream>
+#include <limits>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <streambuf>
 #include <string>
@@ -36,7 +41,8 @@ namespace consolidator {
 /// Matches the report's cells against the kernels of a project.
 ///
 /// The project's kernels stay as they are: their lists of BRAM names are not filled from the
-/// report, which debuggers rely on. What matched is noted in the diagnostic.
+/// report, which debuggers rely on. What matched is noted in the diagnostic, once per row with the
+/// first of its kernels and the number of the others.
 class RAMFile final : public InputFile {
 public:
     /// The most characters that a line may have.
@@ -54,13 +60,31 @@ public:
     bool parse() override;
 
 private:
+    /// The instance paths of all kernels.
+    struct Paths {
+        explicit Paths(const std::vector<Kernel>& kernels);
+
+        KernelIndex index;
+        PathFinder finder;
+        Marks counted; ///< The kernels that were found for a row.
+    };
+
+    /// The kernels that a block RAM belongs to.
+    struct Owners {
+        std::uint32_t first = std::numeric_limits<std::uint32_t>::max();
+        std::size_t count = 0;
+    };
+
     void parseLine(std::string_view text);
     void enterSection(std::string_view text);
     void matchRow(std::string_view row);
+    Owners ownersOf(std::string_view name);
+    std::string described(const Owners& owners) const;
 
     const std::vector<Kernel>* projectKernels_;
-    std::uint32_t section_ = 0; ///< 3 or 6 inside a wanted table, 4 or 7 behind it, else 0.
-    bool pastContents_ = false; ///< The table of contents is over.
+    std::optional<Paths> paths_; ///< While reading.
+    std::uint32_t section_ = 0;  ///< 3 or 6 inside a wanted table, 4 or 7 behind it, else 0.
+    bool pastContents_ = false;  ///< The table of contents is over.
     std::uint64_t lineNumber_ = 0;
 };
 

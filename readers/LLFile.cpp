@@ -1,6 +1,5 @@
 #include "readers/LLFile.h"
 
-#include <algorithm>
 #include <array>
 #include <istream>
 #include <locale>
@@ -13,26 +12,13 @@ namespace {
 
 constexpr std::string_view netPrefix = "Net=";
 
-/// Whether the net's last component is the hardware name of an argument or variable of the kernel
-/// and one of the kernel's instance paths occurs in the net.
-bool owns(const Kernel& kernel, std::string_view net) {
-    const std::string_view component = net.substr(net.rfind('/') + 1);
-    const auto isNamedSo = [component](const Variable& variable) {
-        return variable.hardwareName == component;
-    };
-    return (std::ranges::any_of(kernel.arguments(), isNamedSo) ||
-            std::ranges::any_of(kernel.variables(), isNamedSo)) &&
-           std::ranges::any_of(kernel.instancePaths(), [net](const std::string& path) {
-               return net.find(path) != std::string_view::npos;
-           });
-}
-
 } // namespace
 
 bool LLFile::parse() {
     if (!isOpen()) {
         return false;
     }
+    matcher_.emplace(kernels_, longestLine);
     const bool readToItsEnd = readLines();
     if (strangers_ > 0) {
         diagnostic_.remark(firstStranger_, "the first of " + std::to_string(strangers_) +
@@ -47,6 +33,7 @@ bool LLFile::readLines() {
     while (!stream_.eof()) {
         lineNumber_ = line();
         const std::string text(readLine(buffer));
+        budget_.lineRead(text.size());
         if (!stream_.bad() && !handleLine(text)) {
             return false;
         }
@@ -116,26 +103,57 @@ void LLFile::cutBitIndex(Bit& bit) {
 }
 
 void LLFile::addToKernels(const Bit& bit) {
-    // Setting the same location twice changes nothing, so it does not matter how many paths and
-    // names of a kernel match.
-    bool owned = false;
-    for (Kernel& kernel : kernels_) {
-        if (!owns(kernel, bit.net)) {
-            continue;
+    const auto owners = matcher_->owners(bit.net, budget_.mostOwners());
+    if (owners.empty()) {
+        if (strangers_++ == 0) {
+            firstStranger_ = lineNumber_;
         }
-        owned = true;
-        if (bit.number < bitLimit) {
-            kernel.addHardwareLocation(bit.net, bit.number, bit.address, bit.offset);
-        } else {
-            diagnostic_.remark(lineNumber_, "bit " + std::to_string(bit.number) + " of " +
-                                                quoted(bit.net) +
-                                                " is skipped: registers of up to " +
-                                                std::to_string(bitLimit) + " bits are kept");
+        return;
+    }
+    if (bit.number >= bitLimit) {
+        remarkOnSkipped(bit, "registers of up to " + std::to_string(bitLimit) + " bits are kept");
+        return;
+    }
+    if (!addToKernel(kernels_[owners.front()], bit)) {
+        return;
+    }
+    for (const std::uint32_t owner : owners.subspan(1)) {
+        if (!budget_.mayShare()) {
+            remarkOnSkipped(bit, "so many nets belong to several kernels that only the first "
+                                 "kernels of this one get it");
+            return;
+        }
+        if (!addToFurtherKernel(kernels_[owner], bit)) {
+            return;
         }
     }
-    if (!owned && strangers_++ == 0) {
-        firstStranger_ = lineNumber_;
+}
+
+bool LLFile::addToKernel(Kernel& kernel, const Bit& bit) {
+    // The first bit, which is the only one of most registers, has none before it.
+    if (bit.number > 0 && !budget_.takeEmptyBits(kernel.emptyBitsBefore(bit.net, bit.number))) {
+        remarkOnSkipped(bit, "the registers of this file have too many bits that it does not name");
+        return false;
     }
+    kernel.addHardwareLocation(bit.net, bit.number, bit.address, bit.offset);
+    return true;
+}
+
+bool LLFile::addToFurtherKernel(Kernel& kernel, const Bit& bit) {
+    const std::size_t registersBefore = kernel.hardwareVariables().size();
+    if (!addToKernel(kernel, bit)) {
+        return false;
+    }
+    budget_.shareLocation();
+    if (kernel.hardwareVariables().size() > registersBefore) {
+        budget_.shareRegister(bit.net.size());
+    }
+    return true;
+}
+
+void LLFile::remarkOnSkipped(const Bit& bit, const std::string& reason) {
+    diagnostic_.remark(lineNumber_, "bit " + std::to_string(bit.number) + " of " + quoted(bit.net) +
+                                        " is skipped: " + reason);
 }
 
 } // namespace consolidator

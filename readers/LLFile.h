@@ -30,6 +30,8 @@
 
 #include "consolidated/InputFile.h"
 #include "model/Kernel.h"
+#include "readers/LocationBudget.h"
+#include "readers/NetMatcher.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -47,8 +49,9 @@ public:
     static constexpr std::size_t longestLine = 2046;
 
     /// Bits of a register are numbered below this. A register's list has an entry for each bit up
-    /// to the highest one seen, so the number decides how much memory it takes. Real registers stay
-    /// below a hundred thousand bits; lines beyond the limit are skipped.
+    /// to the highest one seen, so the number decides how much of the database it takes. Real
+    /// registers stay below a hundred thousand bits; lines beyond the limit are skipped, and so is
+    /// what goes beyond the LocationBudget.
     static constexpr std::uint32_t bitLimit = std::uint32_t{1} << 24;
 
     using InputFile::InputFile;
@@ -56,6 +59,9 @@ public:
     /// Gives the reader the kernels to match nets against; it works on this copy. To be called
     /// before parse().
     void setKernels(std::vector<Kernel> kernels) { kernels_ = std::move(kernels); }
+
+    /// Gives the reader another budget than the usual one. To be called before parse().
+    void setBudget(const LocationBudget& budget) { budget_ = budget; }
 
     /// Adds the locations of the nets that belong to the kernels. Fails in silence when the file is
     /// not open or cannot be read, and on a line that is too long or begins with another word than
@@ -78,7 +84,12 @@ private:
     bool readLines();
     bool handleLine(const std::string& text);
     void addToKernels(const Bit& bit);
+    bool addToKernel(Kernel& kernel, const Bit& bit);
+    bool addToFurtherKernel(Kernel& kernel, const Bit& bit);
+    void remarkOnSkipped(const Bit& bit, const std::string& reason);
 
+    std::optional<NetMatcher> matcher_; ///< Of the base's kernels.
+    LocationBudget budget_;
     std::uint64_t lineNumber_ = 0;
     std::uint64_t strangers_ = 0; ///< Lines whose net belongs to no kernel.
     std::uint64_t firstStranger_ = 0;

@@ -1,0 +1,62 @@
+#include "model/KernelIndex.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+namespace consolidator {
+
+KernelIndex KernelIndex::ofInstancePaths(const std::vector<Kernel>& kernels, std::size_t longest) {
+    std::vector<Entry> entries;
+    for (std::uint32_t i = 0; i < kernels.size(); ++i) {
+        for (const std::string& path : kernels[i].instancePaths()) {
+            if (path.size() <= longest) {
+                entries.push_back({path, i});
+            }
+        }
+    }
+    return KernelIndex(std::move(entries));
+}
+
+KernelIndex KernelIndex::ofHardwareNames(const std::vector<Kernel>& kernels) {
+    std::vector<Entry> entries;
+    for (std::uint32_t i = 0; i < kernels.size(); ++i) {
+        for (const Variable& argument : kernels[i].arguments()) {
+            entries.push_back({argument.hardwareName, i});
+        }
+        for (const Variable& variable : kernels[i].variables()) {
+            entries.push_back({variable.hardwareName, i});
+        }
+    }
+    return KernelIndex(std::move(entries));
+}
+
+KernelIndex::KernelIndex(std::vector<Entry> entries) {
+    std::ranges::sort(entries);
+    const auto repeats = std::ranges::unique(entries);
+    entries.erase(repeats.begin(), repeats.end());
+    kernels_.reserve(entries.size());
+    for (const Entry& entry : entries) {
+        if (texts_.empty() || texts_.back() != entry.text) {
+            texts_.push_back(entry.text);
+            ends_.push_back(kernels_.size());
+        }
+        kernels_.push_back(entry.kernel);
+        ++ends_.back();
+    }
+}
+
+std::optional<std::uint32_t> KernelIndex::find(std::string_view text) const {
+    const auto found = std::ranges::lower_bound(texts_, text);
+    if (found == texts_.end() || *found != text) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint32_t>(found - texts_.begin());
+}
+
+std::span<const std::uint32_t> KernelIndex::kernelsOf(std::uint32_t number) const {
+    const std::size_t first = number == 0 ? 0 : ends_[number - 1];
+    return std::span(kernels_).subspan(first, ends_[number] - first);
+}
+
+} // namespace consolidator

@@ -1,0 +1,57 @@
+// Which kernels of a list have a text: an instance path, or the hardware name of a variable.
+#pragma once
+
+#include "model/Kernel.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace consolidator {
+
+/// The distinct texts in ascending order, each with its kernels.
+///
+/// The texts are views of the kernels' own: the kernels must outlive the index, stay where they
+/// are, and keep these texts. Adding registers to them is harmless.
+///
+/// Texts come from files that may be made to do harm, so they are sorted and not hashed: memory and
+/// time depend on how much text there is and on nothing else.
+class KernelIndex {
+public:
+    /// The instance paths of the kernels that have at most `longest` bytes.
+    static KernelIndex ofInstancePaths(const std::vector<Kernel>& kernels, std::size_t longest);
+
+    /// The hardware names of the kernels' arguments and variables.
+    static KernelIndex ofHardwareNames(const std::vector<Kernel>& kernels);
+
+    /// A text's number is its position here.
+    const std::vector<std::string_view>& texts() const { return texts_; }
+
+    /// The number of the text.
+    std::optional<std::uint32_t> find(std::string_view text) const;
+
+    /// The positions of the kernels that have the text of this number, ascending and each once.
+    std::span<const std::uint32_t> kernelsOf(std::uint32_t number) const;
+
+    /// How many kernels all the texts have, together.
+    std::size_t entryCount() const { return kernels_.size(); }
+
+private:
+    struct Entry {
+        std::string_view text;
+        std::uint32_t kernel;
+
+        auto operator<=>(const Entry&) const = default;
+    };
+
+    explicit KernelIndex(std::vector<Entry> entries);
+
+    std::vector<std::string_view> texts_;
+    std::vector<std::size_t> ends_;      ///< Per text, where its kernels end in the list.
+    std::vector<std::uint32_t> kernels_; ///< The kernels of the first text, of the second, …
+};
+
+} // namespace consolidator
