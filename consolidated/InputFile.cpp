@@ -4,6 +4,7 @@
 #include <cstring>
 #include <fstream>
 #include <locale>
+#include <new>
 #include <utility>
 
 namespace consolidator {
@@ -13,6 +14,9 @@ InputFile::InputFile(const std::string& path, std::ostream& errors)
     stream_.imbue(std::locale::classic());
     errno = 0;
     if (static_cast<std::filebuf&>(*source_).open(path, std::ios::in) == nullptr) {
+        if (errno == ENOMEM) {
+            throw std::bad_alloc(); // which says nothing about the file
+        }
         diagnostic_.stop(0, std::string("cannot be opened: ") + std::strerror(errno));
         stream_.setstate(std::ios::failbit);
     }

@@ -1,16 +1,22 @@
 // The consolidator's entry point.
 
 #include "driver/Driver.h"
+#include "driver/Process.h"
 
 #include <exception>
 #include <iostream>
+#include <new>
 
 int main(int argc, char** argv) {
+    consolidator::prepareProcess();
     try {
         return consolidator::run(argc, argv, std::cout, std::cerr);
+    } catch (const std::bad_alloc&) {
+        // An allocation that did not go through the handler which prepareProcess() sets.
+        consolidator::endForLackOfMemory();
     } catch (const std::exception& error) {
-        // Only a machine without memory leads here.
+        // Only sizes that no memory can hold lead here.
         std::cerr << "consolidator: " << error.what() << std::endl;
-        return 2;
+        return consolidator::outOfMemoryStatus;
     }
 }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <exception>
 #include <memory>
 #include <new>
@@ -24,6 +25,28 @@ constexpr int largestBlock = 512 * 1024 * 1024;
 struct ParserFree {
     void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
 };
+/// Runs `allocate` until it gives memory. Expat, being C, would take a failure for a fault of the
+/// document; the program's handler for a lack of memory comes first, as with `new`.
+template <typename Allocate>
+void* withNewHandler(Allocate allocate) {
+    void* memory = nullptr;
+    while ((memory = allocate()) == nullptr) {
+        const std::new_handler handler = std::get_new_handler();
+        if (handler == nullptr) {
+            break;
+        }
+        handler();
+    }
+    return memory;
+}
+
+const XML_Memory_Handling_Suite memoryOfParsers = {
+    [](std::size_t size) { return withNewHandler([=] { return std::malloc(size); }); },
+    [](void* memory, std::size_t size) {
+        return withNewHandler([=] { return std::realloc(memory, size); });
+    },
+    std::free};
+
 using Parser = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserFree>;
 
 /// The row of this name; null if there is none. Tables are short, a search from the front is
@@ -43,7 +66,7 @@ public:
           rootName_(rootName),
           rootKind_(rootKind),
           root_(root),
-          parser_(XML_ParserCreate(nullptr)) {
+          parser_(XML_ParserCreate_MM(nullptr, &memoryOfParsers, nullptr)) {
         if (!parser_) {
             throw std::bad_alloc();
         }
