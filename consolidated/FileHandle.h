@@ -17,8 +17,8 @@ struct FileCloser {
 /// Closes its file when it goes out of scope.
 using FileHandle = std::unique_ptr<std::FILE, FileCloser>;
 
-/// Opens `path` in a mode of std::fopen; null when that fails. Throws when there is no memory for it,
-/// which says nothing about the file.
+/// Opens `path` in a mode of std::fopen; null when that fails. Throws when there is no memory for
+/// it, which says nothing about the file.
 inline FileHandle openFile(const std::string& path, const char* mode) {
     FileHandle file(std::fopen(path.c_str(), mode));
     if (!file && errno == ENOMEM) {

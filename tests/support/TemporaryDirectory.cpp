@@ -44,4 +44,14 @@ bool TemporaryDirectory::has(std::string_view name) const {
     return std::filesystem::exists(path(name));
 }
 
+std::map<std::string, std::string> TemporaryDirectory::contents() const {
+    std::map<std::string, std::string> result;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(directory_)) {
+        const std::string name = entry.path().lexically_relative(directory_).string();
+        const bool isPlain = entry.symlink_status().type() == std::filesystem::file_type::regular;
+        result[name] = isPlain ? read(name) : "(no regular file)";
+    }
+    return result;
+}
+
 } // namespace consolidator::test

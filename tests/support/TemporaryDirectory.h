@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,10 @@ public:
     std::string read(std::string_view name) const;
 
     bool has(std::string_view name) const;
+
+    /// Every entry in it, in folders too, by name: a regular file's bytes, and a word for what is
+    /// no regular file. To be compared before and after something that must touch nothing else.
+    std::map<std::string, std::string> contents() const;
 
 private:
     std::filesystem::path directory_;

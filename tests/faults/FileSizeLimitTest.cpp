@@ -1,0 +1,181 @@
+// Outputs that stop growing half-way: at the limit of file sizes and on a full device.
+
+#include "tests/support/Bytes.h"
+#include "tests/support/Command.h"
+#include "tests/support/PlainKernels.h"
+#include "tests/support/Repeated.h"
+#include "tests/support/TemporaryDirectory.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unistd.h>
+
+namespace consolidator::test {
+
+namespace {
+
+constexpr std::size_t sectionCount = 3;
+constexpr std::size_t tableEnd = 16 + 24 * sectionCount;
+
+/// Whether `piece` could stand in the place of a whole header and table: cut off, never written
+/// (a hole), or with sizes that are smaller because a payload did not go out.
+bool isHeaderOf(std::string_view piece, std::string_view whole) {
+    if (piece.find_first_not_of('\0') == std::string_view::npos) {
+        return true;
+    }
+    for (std::size_t i = 0; i < piece.size(); ++i) {
+        const bool isSizeOrOffset = i >= 16 && (i - 16) % 24 >= 8;
+        if (piece[i] != whole[i] && !isSizeOrOffset) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// The size that the table entry for the section of this type records.
+std::string recordedSize(const std::string& database, std::uint32_t type) {
+    for (std::size_t at = 16; at + 24 <= tableEnd; at += 24) {
+        if (database.compare(at, 4, u32(type)) == 0) {
+            return database.substr(at + 16, 4);
+        }
+    }
+    return "";
+}
+
+struct FileSizeLimit : testing::Test {
+    /// A run that makes a database of a blob and one kernel with a name of this length.
+    void prepare(std::size_t nameLength, std::size_t blobLength) {
+        const std::string name(nameLength, 'k');
+        const std::string blob = repeated("blob", blobLength / 4);
+        directory.write("good.hier", name + "\ntype: c\n");
+        directory.write("dwarf", blob);
+        json = plainJson({{name, 1}});
+        whole = DatabaseBuilder()
+                    .section(1, blob)
+                    .section(3, json)
+                    .section(2, plainKernelData({{name, 1}}))
+                    .bytes();
+    }
+
+    void expectPartOfWhole(const std::string& database, std::size_t limit) const {
+        EXPECT_LE(database.size(), limit);
+        const std::string_view part = database;
+        EXPECT_TRUE(isHeaderOf(part.substr(0, tableEnd), whole)) << "limit " << limit;
+        if (database.size() <= tableEnd) {
+            return;
+        }
+        EXPECT_EQ(part.substr(tableEnd),
+                  std::string_view(whole).substr(tableEnd, database.size() - tableEnd))
+            << "limit " << limit;
+        if (database.starts_with(std::string_view(whole).substr(0, 16))) {
+            const std::string size = recordedSize(database, 3);
+            EXPECT_TRUE(size == u32(0) || size == u32(static_cast<std::uint32_t>(json.size())))
+                << "limit " << limit;
+        }
+    }
+
+    /// Makes the database under a limit, and then reads what is there of it.
+    void expectRunUnder(std::size_t limit) const {
+        directory.write("db", "");
+        auto rest = directory.contents();
+        EXPECT_EQ(runConsolidator(directory.path("."),
+                                  {"-f", "db", "-d", "dwarf", "-h", "good.hier"},
+                                  limited(RLIMIT_FSIZE, limit)),
+                  CommandResult{});
+        auto contents = directory.contents();
+        expectPartOfWhole(contents["db"], limit);
+        contents["db"] = rest["db"];
+        EXPECT_EQ(contents, rest) << "limit " << limit;
+    }
+
+    TemporaryDirectory directory;
+    std::string json;
+    std::string whole;
+};
+
+TEST_F(FileSizeLimit, OfEverySizeLeavesTheFrontOfASmallDatabase) {
+    prepare(10, 40);
+    const std::size_t step = 3; // odd, so that every kind of place is met
+    for (std::size_t limit = 0; limit < whole.size(); limit += step) {
+        expectRunUnder(limit);
+    }
+    expectRunUnder(whole.size() - 1);
+}
+
+TEST_F(FileSizeLimit, OfAllBytesIsNone) {
+    prepare(10, 40);
+    expectRunUnder(whole.size());
+    EXPECT_EQ(directory.read("db"), whole);
+}
+
+TEST_F(FileSizeLimit, LeavesTheFrontOfALargeDatabase) {
+    prepare(50000, 40000);
+    for (std::size_t limit = 0; limit < whole.size(); limit += 4999) {
+        expectRunUnder(limit);
+        // Whatever is left can be added to.
+        EXPECT_EQ(runConsolidator(directory.path("."), {"-f", "db", "-h", "good.hier"}),
+                  CommandResult{})
+            << "limit " << limit;
+    }
+}
+
+TEST_F(FileSizeLimit, NeverLeavesARecordOfAJsonTextThatIsMissing) {
+    // The JSON text is longer than any buffer and goes beyond the limit. Whether the table can be
+    // written after that depends on what is left in the buffer.
+    prepare(200000, 400000);
+    expectRunUnder(tableEnd + 400000 + 100000);
+    const std::string database = directory.read("db");
+    EXPECT_NE(recordedSize(database, 3), u32(static_cast<std::uint32_t>(json.size())));
+}
+
+TEST_F(FileSizeLimit, CutsADumpOff) {
+    prepare(20000, 20000);
+    directory.write("db", whole);
+    const std::string blob = directory.read("dwarf");
+    for (const std::size_t limit : {0, 1, 4095, 4096, 4097, 19999, 20000}) {
+        const auto inDump = [=](const std::string& text) { return text.substr(0, limit); };
+        const auto limitation = limited(RLIMIT_FSIZE, limit);
+        auto expected = directory.contents();
+        expected["out"] = inDump(blob);
+        EXPECT_EQ(runConsolidator(directory.path("."), {"-f", "db", "-u", "out"}, limitation),
+                  CommandResult{});
+        EXPECT_EQ(directory.contents(), expected) << limit;
+        expected["out"] = inDump(json);
+        EXPECT_EQ(runConsolidator(directory.path("."), {"-f", "db", "-j", "out"}, limitation),
+                  CommandResult{});
+        EXPECT_EQ(directory.contents(), expected) << limit;
+    }
+}
+
+TEST_F(FileSizeLimit, OfNothingLetsFailuresBeSaid) {
+    EXPECT_EQ(runConsolidator(directory.path("."), {"-f", "missing/db", "-u", "out"},
+                              [] {
+                                  limited(RLIMIT_FSIZE, 0)();
+                                  unread(STDOUT_FILENO)();
+                                  redirected(STDERR_FILENO, "/dev/full")();
+                              }),
+              (CommandResult{1, "", ""}));
+}
+
+TEST_F(FileSizeLimit, IsNotNeededForAFullDevice) {
+    prepare(200000, 400000);
+    const auto before = directory.contents();
+    EXPECT_EQ(
+        runConsolidator(directory.path("."), {"-f", "/dev/full", "-d", "dwarf", "-h", "good.hier"}),
+        CommandResult{});
+    EXPECT_EQ(directory.contents(), before);
+    directory.write("db", whole);
+    const auto withDatabase = directory.contents();
+    for (const char* option : {"-u", "-j"}) {
+        EXPECT_EQ(runConsolidator(directory.path("."), {"-f", "db", option, "/dev/full"}),
+                  CommandResult{});
+        EXPECT_EQ(directory.contents(), withDatabase);
+    }
+}
+
+} // namespace
+
+} // namespace consolidator::test
