@@ -3,6 +3,7 @@
 
 #include "tests/support/Command.h"
 #include "tests/support/PlainKernels.h"
+#include "tests/support/Repeated.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/UsageText.h"
 
@@ -59,11 +60,16 @@ struct StandardStreams : testing::Test {
 };
 
 TEST_F(StandardStreams, ThatAreClosedKeepMessagesOutOfTheDatabase) {
+    // So many messages that the database could not hide them by being written over them.
+    constexpr std::size_t messages = 100;
+    std::vector<std::string> arguments{"-c", "-f", "db", "-h", "good.hier"};
+    for (std::size_t i = 0; i < messages; ++i) {
+        arguments.insert(arguments.end(), {"-h", "bad.hier"});
+    }
     for (const std::vector<int>& descriptors : choicesOfDescriptors()) {
         auto expected = directory.contents();
         expected["db"] = good;
-        expectClosed(descriptors, {"-c", "-f", "db", "-h", "bad.hier", "-h", "good.hier"},
-                     {0, "", "Parse error\n"});
+        expectClosed(descriptors, arguments, {0, "", repeated("Parse error\n", messages)});
         EXPECT_EQ(directory.contents(), expected) << testing::PrintToString(descriptors);
     }
 }
