@@ -112,6 +112,15 @@ Content expectedBack(const Content& content, const std::vector<SectionEntry>& se
     return back;
 }
 
+/// Reads the file, which has this content, and writes it. Returns its sections from then on.
+std::vector<SectionEntry> writeAnew(const fuzz::MemoryFile& file, const Content& content) {
+    ConsolidatedFile database; // its end closes the file
+    fuzz::require(database.open(file.path(), false, false), "a file is opened for adding");
+    fuzz::require(fuzz::same(database.kernels(), content.kernels), "reading twice is the same");
+    database.write();
+    return database.sections();
+}
+
 /// Requires that both dumps of the file give the first section's bytes, or nothing at all.
 void checkDumps(const fuzz::MemoryFile& file, fuzz::MemoryFile& output) {
     const std::string bytes = file.bytes();
@@ -141,14 +150,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const bool isWhole = original.readExisting(file.path());
     const Content content = contentOf(original, isWhole);
 
-    ConsolidatedFile database;
-    fuzz::require(database.open(file.path(), false, false), "a file is opened for adding");
-    fuzz::require(fuzz::same(database.kernels(), content.kernels), "reading twice is the same");
-    database.write();
-    requireLayout(file.bytes(), database.sections());
+    const std::vector<SectionEntry> sections = writeAnew(file, content);
+    requireLayout(file.bytes(), sections);
 
     std::string json;
-    const Content expected = expectedBack(content, database.sections(), json);
+    const Content expected = expectedBack(content, sections, json);
     ConsolidatedFile again;
     const bool isWholeAgain = again.readExisting(file.path());
     const Content back = contentOf(again, isWholeAgain);
@@ -157,7 +163,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::require(back.dwarf == expected.dwarf, "the DWARF blob is read back");
     fuzz::require(fuzz::same(back.kernels, expected.kernels), "the kernels are read back");
 
-    const auto& sections = database.sections();
     const auto lastJson = std::find_if(sections.rbegin(), sections.rend(), [](const auto& entry) {
         return entry.is(SectionType::KernelJson);
     });
