@@ -46,7 +46,8 @@ std::vector<Kernel> kernelsOf(std::string_view definitions) {
         std::string_view line = definitions.substr(0, end);
         definitions.remove_prefix(end == std::string_view::npos ? definitions.size() : end + 1);
         const std::string_view word = takeWord(line);
-        const std::string value(takeWord(line));
+        std::string value(takeWord(line));
+        std::erase(value, '\0'); // which a stored text does not keep
         if (word == "kernel" || kernels.empty()) {
             kernels.emplace_back().setName(value);
         } else if (word == "path") {
