@@ -55,7 +55,7 @@ struct Stacks {
             operands.pop();
             const std::string left = operands.top();
             operands.pop();
-            operands.push(operators.top() + " " + right + " " + left);
+            operands.push(operators.top().append(" ").append(right).append(" ").append(left));
             operators.pop();
         }
         return true;
