@@ -132,6 +132,19 @@ TEST(Kernel, ALocationOfAKnownRegisterJoinsIt) {
     EXPECT_THAT(kernel.hardwareVariables()[1].locations, ElementsAre(LogicLocation{3, 4}));
 }
 
+TEST(Kernel, TellsHowManyEmptyBitsALocationWouldAdd) {
+    Kernel kernel;
+    EXPECT_EQ(kernel.emptyBitsBefore("/n", 0), 0);
+    EXPECT_EQ(kernel.emptyBitsBefore("/n", 5), 5);
+    kernel.addHardwareLocation("/n", 5, 1, 2);
+    EXPECT_EQ(kernel.emptyBitsBefore("/n", 3), 0);
+    EXPECT_EQ(kernel.emptyBitsBefore("/n", 5), 0);
+    EXPECT_EQ(kernel.emptyBitsBefore("/n", 6), 0);
+    EXPECT_EQ(kernel.emptyBitsBefore("/n", 8), 2);
+    EXPECT_EQ(kernel.emptyBitsBefore("/m", 8), 8);
+    EXPECT_EQ(kernel.hardwareVariables().size(), 1);
+}
+
 TEST(Kernel, ABuiltRegisterIsAddedAsACopyUnlessItsNameIsKnown) {
     HardwareVariable built("/n");
     built.setLocation(0, 1, 2);

@@ -50,6 +50,13 @@ Remark match(std::uint64_t line, const std::string& cell,
                       "\"; its name is not stored"};
 }
 
+/// The remark on a match with a kernel and others.
+Remark matchOfSeveral(std::uint64_t line, const std::string& cell, const std::string& kernel,
+                      const std::string& others) {
+    return {line, "block RAM \"" + cell + "\" belongs to kernel \"" + kernel + "\" and " + others +
+                      "; its name is not stored"};
+}
+
 /// A report, of which the rows begin at line 3.
 std::string report(const std::string& rows) {
     return heading8 + "\n" + heading3 + "\n" + rows;
@@ -148,7 +155,7 @@ TEST(RAMFile, ReadsAFileNamedByItsPath) {
 TEST(RAMFile, LeavesTheProjectsKernelsAsTheyAre) {
     const std::vector<Kernel> kernels = {sampleKernel(), kernelAt("checksum", {"top/k_1"})};
     const std::string before = formOf(kernels);
-    EXPECT_EQ(matchesOf(matchingRow, kernels).size(), 2U);
+    EXPECT_EQ(matchesOf(matchingRow, kernels).size(), 1U);
     EXPECT_EQ(formOf(kernels), before);
     EXPECT_THAT(kernels.front().brams(), ElementsAre("buffer_U", "table_U"));
     EXPECT_THAT(kernels.back().brams(), IsEmpty());
@@ -397,14 +404,36 @@ TEST(RAMFile, MatchesAnEmptyPathWithEveryBlockRam) {
     EXPECT_THAT(matchesOf("|RAMB|", kernels), IsEmpty());
 }
 
-TEST(RAMFile, MatchesARowOncePerPathAndKernel) {
+TEST(RAMFile, MatchesARowOnceHoweverManyPathsAndKernelsItHas) {
     const std::vector<Kernel> kernels = {kernelAt("k", {"top/k_1", "top/other", "k_1/sub", "top"}),
                                          kernelAt("m", {"top/m_1"}), kernelAt("n", {"sub"}),
                                          kernelAt("k", {"top/k_1/sub"})};
     EXPECT_THAT(matchesOf("|top/k_1/sub|RAMB|", kernels),
-                ElementsAre(match(3, "top/k_1/sub", "k"), match(3, "top/k_1/sub", "k"),
-                            match(3, "top/k_1/sub", "k"), match(3, "top/k_1/sub", "n"),
-                            match(3, "top/k_1/sub", "k")));
+                ElementsAre(matchOfSeveral(3, "top/k_1/sub", "k", "2 more kernels")));
+    EXPECT_THAT(matchesOf("|top/m_1/sub|RAMB|", kernels),
+                ElementsAre(matchOfSeveral(3, "top/m_1/sub", "k", "2 more kernels")));
+    EXPECT_THAT(matchesOf("|m/sub|RAMB|", kernels), ElementsAre(match(3, "m/sub", "n")));
+    EXPECT_THAT(matchesOf("|top|RAMB|", kernels), ElementsAre(match(3, "top", "k")));
+    EXPECT_THAT(matchesOf("|m/subtop|RAMB|", kernels),
+                ElementsAre(matchOfSeveral(3, "m/subtop", "k", "1 more kernel")));
+}
+
+TEST(RAMFile, FindsPathsOfEveryLengthThatARowCanHave) {
+    const std::string longest(2039, 'x'); // its row is a line of 2046 characters
+    const std::vector<Kernel> kernels = {kernelAt("k", {longest}), kernelAt("m", {longest + "x"})};
+    EXPECT_THAT(matchesOf("|" + longest + "|RAMB|", kernels), ElementsAre(match(3, longest, "k")));
+    EXPECT_THAT(matchesOf(longest + "|RAMB|", kernels), IsEmpty());
+}
+
+TEST(RAMFile, ReadsManyRowsForManyKernels) {
+    constexpr std::size_t count = 20000;
+    std::vector<Kernel> kernels;
+    std::string rows;
+    for (std::size_t i = 0; i < count; ++i) {
+        kernels.push_back(kernelAt("k", {"top/k_" + std::to_string(i) + "/", "top/shared"}));
+        rows += "|top/k_" + std::to_string(count - 1 - i) + "/ram|RAMB|\n|top/shared/ram|RAMB|\n";
+    }
+    EXPECT_EQ(readReport(report(rows), kernels).diagnostic.remarkCount(), 2 * count);
 }
 
 TEST(RAMFile, MatchesEqualRowsEach) {

@@ -843,6 +843,132 @@ TEST(LLFile, RemarksOnceOnNetsThatBelongToNoKernel) {
                 ElementsAre(remarkAt(2, "the first of 3 lines whose net belongs to no kernel")));
 }
 
+TEST(LLFile, RemarksOnceOnASkippedBitOfSeveralKernels) {
+    const std::string line = bitOf("top/k_1/state_r[16777216]");
+    EXPECT_THAT(readWith(line, {usual, usual}).diagnostic.remarks(),
+                ElementsAre(remarkAt(1, "bit 16777216 of \"/top/k_1/state_r\" is skipped")));
+}
+
+// What a file may add beyond its own size
+
+/// What the reader makes of a text within this budget; it must read it to its end.
+Reading readWithin(const LocationBudget& budget, const std::string& text,
+                   const std::vector<Kernel>& kernels) {
+    LLFile file(std::make_unique<std::stringbuf>(text));
+    file.setKernels(kernels);
+    file.setBudget(budget);
+    EXPECT_TRUE(file.parse());
+    return {true, file.kernels(), file.diagnostic()};
+}
+
+constexpr std::uint64_t noLimit = std::uint64_t{1} << 40;
+
+TEST(LLFile, SkipsBitsThatWouldAddTooManyEmptyOnes) {
+    const Place empty{0, 0};
+    const Reading reading =
+        readWithin(LocationBudget(4, noLimit),
+                   bitOf("top/k_1/a/state_r[3]") +     // takes three
+                       bitOf("top/k_1/a/state_r[0]") + // fills one of them, which gives none back
+                       bitOf("top/k_1/b/state_r[2]") + // would take two
+                       bitOf("top/k_1/a/state_r[6]") + // two
+                       bitOf("top/k_1/a/state_r[4]") + // none
+                       bitOf("top/k_1/a/state_r[6]") + // the last one
+                       bitOf("top/k_1/a/state_r[8]") + // one more
+                       bitOf("top/k_1/c/state_r"),     // none
+                   {usual});
+    EXPECT_THAT(registersOf(reading.kernels.at(0)),
+                ElementsAre(Register{"/top/k_1/a/state_r",
+                                     {place, empty, empty, place, place, empty, place}},
+                            Register{"/top/k_1/c/state_r", {place}}));
+    EXPECT_THAT(reading.diagnostic.remarks(),
+                ElementsAre(remarkAt(3, "bit 2 of \"/top/k_1/b/state_r\" is skipped"),
+                            remarkAt(4, "bit 6 of \"/top/k_1/a/state_r\" is skipped"),
+                            remarkAt(7, "bit 8 of \"/top/k_1/a/state_r\" is skipped")));
+}
+
+TEST(LLFile, CountsTheEmptyBitsOfEachKernel) {
+    const Reading reading =
+        readWithin(LocationBudget(3, noLimit), bitOf("top/k_1/state_r[2]"), {usual, usual, usual});
+    EXPECT_EQ(registersOf(reading.kernels.at(0)), usualRegister({{0, 0}, {0, 0}, place}));
+    EXPECT_THAT(registersOf(reading.kernels.at(1)), IsEmpty());
+    EXPECT_THAT(registersOf(reading.kernels.at(2)), IsEmpty());
+    EXPECT_THAT(reading.diagnostic.remarks(), ElementsAre(remarkAt(1, "bit 2 of ")));
+}
+
+TEST(LLFile, CountsTheBitsThatARegisterOfTheKernelHas) {
+    Kernel kernel = usual;
+    kernel.addHardwareLocation("/top/k_1/state_r", 9, 7, 7);
+    const Reading reading =
+        readWithin(LocationBudget(1, noLimit), bitOf("top/k_1/state_r[11]"), {kernel});
+    EXPECT_EQ(registersOf(reading.kernels.at(0)).at(0).second.size(), 12);
+    EXPECT_THAT(reading.diagnostic.remarks(), IsEmpty());
+}
+
+TEST(LLFile, GivesNetsToTheirFirstKernelOnlyWhenTheyAddTooMuch) {
+    // A line of 60 bytes allows 960. A further kernel takes 8 for the location and 128 + 16 for the
+    // register, so the seventh still begins below the limit and the eighth does not.
+    const std::string line = bitOf("top/k_1/state_r", "1000000 0x00001a00 64 DIE0 0");
+    ASSERT_EQ(line.size() - 1, 60);
+    const std::vector<Kernel> kernels(20, usual);
+    const Reading reading = readWithin(LocationBudget(0, 0), line, kernels);
+    for (std::size_t i = 0; i < kernels.size(); ++i) {
+        EXPECT_EQ(registersOf(reading.kernels[i]).size(), i <= 7 ? 1 : 0) << i;
+    }
+    EXPECT_THAT(reading.diagnostic.remarks(), ElementsAre(remarkAt(1, "only the first kernels")));
+}
+
+TEST(LLFile, AllowsMoreSharingWithEveryLine) {
+    const std::vector<Kernel> kernels(20, usual);
+    const Reading reading = readWithin(
+        LocationBudget(0, 0), usualLine + usualLine + usualLine + usualLine + usualLine, kernels);
+    EXPECT_EQ(registersOf(reading.kernels.back()), usualRegister());
+}
+
+// Many kernels and lines: looking at every kernel for every line would take minutes
+
+TEST(LLFile, ReadsManyLinesForManyKernelsOfOnePath) {
+    constexpr std::size_t count = 20000;
+    std::vector<Kernel> kernels;
+    std::string text;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string name = "state_" + std::to_string(i);
+        kernels.push_back(kernelAt({"top/k_1"}, {name}));
+        text += bitOf("top/k_1/" + name);
+    }
+    const Reading reading = readWith(text, kernels);
+    for (std::size_t i = 0; i < count; ++i) {
+        EXPECT_EQ(registersOf(reading.kernels[i]),
+                  only("/top/k_1/state_" + std::to_string(i), {place}));
+    }
+}
+
+TEST(LLFile, ReadsManyLinesForManyKernelsOfOneName) {
+    constexpr std::size_t count = 20000;
+    std::vector<Kernel> kernels;
+    std::string text;
+    for (std::size_t i = 0; i < count; ++i) {
+        kernels.push_back(kernelAt({"top/k_" + std::to_string(i) + "/"}));
+        text += bitOf("top/k_" + std::to_string(i) + "/state_r");
+    }
+    const Reading reading = readWith(text, kernels);
+    for (std::size_t i = 0; i < count; ++i) {
+        EXPECT_EQ(registersOf(reading.kernels[i]),
+                  only("/top/k_" + std::to_string(i) + "/state_r", {place}));
+    }
+}
+
+TEST(LLFile, ReadsManyLinesThatBelongToManyKernels) {
+    constexpr std::size_t count = 20000;
+    std::string text;
+    for (std::size_t i = 0; i < count; ++i) {
+        text += bitOf("top/k_1/" + std::to_string(i) + "/state_r");
+    }
+    const std::vector<Kernel> kernels(count, usual);
+    const Reading reading = readWithin(LocationBudget(0, 0), text, kernels);
+    EXPECT_EQ(registersOf(reading.kernels[0]).size(), count);
+    EXPECT_THAT(registersOf(reading.kernels[count - 1]), IsEmpty());
+}
+
 TEST(LLFile, RemarksOnNothingInAPlainFile) {
     EXPECT_THAT(remarksOn("; comment\nRevision 3\n" + usualLine + bitOf("top/k_1/state_r[1]") +
                           "Bit 1 0x1 1 DIE0 0 Ram=B:BIT0\nBit 1 0x1 1 DIE0 0\n\n"),

@@ -23,8 +23,10 @@ std::string OddLogicLocations::mostlyFirst(const Choices& choices, std::size_t t
 }
 
 Kernel OddLogicLocations::kernel(const std::string& name) {
-    const Choices paths = {"top/k_1", "top/k_10", "/top/k_1", "",  "k_1/inst",   "top", "/",
-                           "inst",    "x",        "/n",       "n", "top/k_1[2]", "k_"};
+    const Choices paths = {"top/k_1", "top/k_10", "/top/k_1", "",       "k_1/inst", "top",
+                           "/",       "inst",     "x",        "/n",     "n",        "top/k_1[2]",
+                           "k_",      "//",       "///",      "op/k_1", "p/",       "k",
+                           "/k_1/",   "k_2",      "top/k_1/n"};
     const Choices names = {"n",  "n_r", "n",    "state", "",      "a[2]_x",
                            "n]", "k_1", "n[1]", "n[2",   "Net=n", "top"};
     Kernel kernel;
@@ -47,7 +49,8 @@ Kernel OddLogicLocations::kernel(const std::string& name) {
 
 std::vector<Kernel> OddLogicLocations::kernels() {
     std::vector<Kernel> result;
-    for (std::size_t count = below(4) + below(3); count > 0; --count) {
+    const std::size_t most = onceIn(10) ? 60 : 4; // now and then, many that have much in common
+    for (std::size_t count = below(most) + below(3); count > 0; --count) {
         result.push_back(kernel("kernel_" + std::to_string(count)));
     }
     return result;
