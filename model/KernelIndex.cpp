@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <string>
-#include <utility>
 
 namespace consolidator {
 
@@ -11,7 +10,7 @@ KernelIndex KernelIndex::ofInstancePaths(const std::vector<Kernel>& kernels, std
     for (std::uint32_t i = 0; i < kernels.size(); ++i) {
         for (const std::string& path : kernels[i].instancePaths()) {
             if (path.size() <= longest) {
-                entries.push_back({path, i});
+                entries.emplace_back(path, i);
             }
         }
     }
@@ -22,10 +21,10 @@ KernelIndex KernelIndex::ofHardwareNames(const std::vector<Kernel>& kernels) {
     std::vector<Entry> entries;
     for (std::uint32_t i = 0; i < kernels.size(); ++i) {
         for (const Variable& argument : kernels[i].arguments()) {
-            entries.push_back({argument.hardwareName, i});
+            entries.emplace_back(argument.hardwareName, i);
         }
         for (const Variable& variable : kernels[i].variables()) {
-            entries.push_back({variable.hardwareName, i});
+            entries.emplace_back(variable.hardwareName, i);
         }
     }
     return KernelIndex(std::move(entries));
@@ -33,15 +32,14 @@ KernelIndex KernelIndex::ofHardwareNames(const std::vector<Kernel>& kernels) {
 
 KernelIndex::KernelIndex(std::vector<Entry> entries) {
     std::ranges::sort(entries);
-    const auto repeats = std::ranges::unique(entries);
-    entries.erase(repeats.begin(), repeats.end());
+    entries.erase(std::unique(entries.begin(), entries.end()), entries.end());
     kernels_.reserve(entries.size());
-    for (const Entry& entry : entries) {
-        if (texts_.empty() || texts_.back() != entry.text) {
-            texts_.push_back(entry.text);
+    for (const auto& [text, kernel] : entries) {
+        if (texts_.empty() || texts_.back() != text) {
+            texts_.push_back(text);
             ends_.push_back(kernels_.size());
         }
-        kernels_.push_back(entry.kernel);
+        kernels_.push_back(kernel);
         ++ends_.back();
     }
 }

@@ -8,6 +8,7 @@
 #include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace consolidator {
@@ -40,12 +41,7 @@ public:
     std::size_t entryCount() const { return kernels_.size(); }
 
 private:
-    struct Entry {
-        std::string_view text;
-        std::uint32_t kernel;
-
-        auto operator<=>(const Entry&) const = default;
-    };
+    using Entry = std::pair<std::string_view, std::uint32_t>; ///< A text and one of its kernels.
 
     explicit KernelIndex(std::vector<Entry> entries);
 
