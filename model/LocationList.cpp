@@ -85,15 +85,17 @@ std::span<const LogicLocation> LocationList::zeros() {
 
 std::vector<LocationList::Beyond> LocationList::entriesInUse() const {
     std::vector<Beyond> entries;
-    std::uint32_t bit = 0;
-    forEachRun([&](std::span<const LogicLocation> run) {
-        for (const LogicLocation& location : run) {
-            if (location != LogicLocation()) {
-                entries.push_back({bit, location});
-            }
-            ++bit;
+    const auto add = [&entries](std::uint32_t bit, const LogicLocation& location) {
+        if (location != LogicLocation()) {
+            entries.push_back({bit, location});
         }
-    });
+    };
+    for (std::uint32_t bit = 0; bit < row_.size(); ++bit) {
+        add(bit, row_[bit]);
+    }
+    for (const Beyond& entry : sortedBeyond()) {
+        add(entry.bit, entry.location);
+    }
     return entries;
 }
 

@@ -49,7 +49,7 @@ public:
     const_iterator begin() const;
     const_iterator end() const;
 
-    /// Equal entries, however they are stored.
+    /// Equal entries, however they are stored. Takes time in the bits that were set.
     bool operator==(const LocationList& other) const;
 
 private:

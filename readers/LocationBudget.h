@@ -13,15 +13,15 @@ namespace consolidator {
 /// line whose net belongs to thousands of kernels adds a location to each of them.
 class LocationBudget {
 public:
-    /// So many pairs of zeros may be added. Each takes 8 bytes in the kernel data and 8 characters
-    /// in the JSON, "[ 0, 0], " without its blank: this is what a database below 2 GiB, the end of
-    /// its signed offsets, has room for. One register may take a seventh of it.
+    /// So many pairs of zeros may be added. Each takes 8 bytes in the kernel data and 9 in the JSON
+    /// ("[ 0, 0], "): this is what a database below 2 GiB, the end of its signed offsets, has room
+    /// for. One register may take a seventh of it.
     static constexpr std::uint64_t emptyBitLimit = std::uint64_t{7} << 24;
 
     /// So many bytes may be added by giving lines to more kernels than one: a part that is there
     /// from the start, enough for any real design, and one that grows with the file, so that a
     /// large file whose nets have a dozen owners each is read whole.
-    static constexpr std::uint64_t freeSharing = std::uint64_t{256} << 20;
+    static constexpr std::uint64_t freeSharing = std::uint64_t{64} << 20;
     static constexpr std::uint64_t sharingPerByte = 16;
 
     /// A budget of other sizes shows at the tenth line what this one shows at the millionth.
