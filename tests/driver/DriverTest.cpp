@@ -2,9 +2,9 @@
 
 #include "driver/Driver.h"
 
-#include "tests/support/ArgumentVector.h"
 #include "tests/support/Bytes.h"
 #include "tests/support/Command.h"
+#include "tests/support/DriverRun.h"
 #include "tests/support/PlainKernels.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/UsageText.h"
@@ -14,26 +14,11 @@
 
 #include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace consolidator::test {
 
 namespace {
-
-int runOn(std::vector<std::string> words, std::ostream& out, std::ostream& err) {
-    words.insert(words.begin(), "consolidator");
-    const ArgumentVector vector(std::move(words));
-    return run(vector.count(), vector.pointers(), out, err);
-}
-
-/// Runs the driver in this process; `words` come behind the program's name.
-CommandResult runDriver(const std::vector<std::string>& words) {
-    std::ostringstream out;
-    std::ostringstream err;
-    const int status = runOn(words, out, err);
-    return {status, out.str(), err.str()};
-}
 
 const CommandResult success{};
 
@@ -410,13 +395,13 @@ TEST_F(Driver, FlushesEachLine) {
     std::ostringstream unused;
     FlushNotingBuffer versions;
     std::ostream out(&versions);
-    runOn({"-v"}, out, unused);
+    runDriver({"-v"}, out, unused);
     EXPECT_THAT(versions.flushed(),
                 testing::ElementsAre("Consolidated version: 1.1\n", versions.str()));
 
     FlushNotingBuffer messages;
     std::ostream err(&messages);
-    runOn({"-u", "x"}, unused, err);
+    runDriver({"-u", "x"}, unused, err);
     EXPECT_THAT(messages.flushed(), testing::ElementsAre("Unable to open \n"));
 }
 
@@ -424,7 +409,7 @@ TEST_F(Driver, FlushesTheUsage) {
     std::ostringstream unused;
     FlushNotingBuffer buffer;
     std::ostream out(&buffer);
-    runOn({}, out, unused);
+    runDriver({}, out, unused);
     const std::string message = "Error: A consolidated file must be specified\n";
     EXPECT_THAT(buffer.flushed(), testing::Contains(message));
     EXPECT_THAT(buffer.flushed(),

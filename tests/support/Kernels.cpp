@@ -6,6 +6,51 @@
 
 namespace consolidator::test {
 
+namespace {
+
+/// Locations by bit, however the program keeps them.
+template <typename Locations>
+std::vector<KnownPlace> placesOf(const Locations& locations) {
+    std::vector<KnownPlace> places;
+    for (std::uint32_t bit = 0; bit < locations.size(); ++bit) {
+        const LogicLocation location = locations[bit];
+        places.push_back({location.address, location.offset});
+    }
+    return places;
+}
+
+std::vector<KnownVariable> variablesOf(const std::vector<Variable>& variables) {
+    std::vector<KnownVariable> result;
+    for (const Variable& variable : variables) {
+        KnownVariable known{variable.sourceName, variable.hardwareName, variable.typeText};
+        for (const auto& locations : variable.locations) {
+            known.instances.push_back(placesOf(locations));
+        }
+        result.push_back(known);
+    }
+    return result;
+}
+
+} // namespace
+
+KnownKernel knownFrom(const Kernel& kernel) {
+    KnownKernel result;
+    result.name = kernel.name();
+    result.instancePaths = kernel.instancePaths();
+    result.type = static_cast<std::uint32_t>(kernel.type());
+    result.arguments = variablesOf(kernel.arguments());
+    result.variables = variablesOf(kernel.variables());
+    for (const HardwareVariable& variable : kernel.hardwareVariables()) {
+        result.registers.push_back({variable.name, placesOf(variable.locations)});
+    }
+    for (const BreakableCondition& condition : kernel.breakableConditions()) {
+        result.conditions.push_back(
+            {condition.kind, condition.condition, condition.line, condition.file});
+    }
+    result.brams = kernel.brams();
+    return result;
+}
+
 Kernel kernelNamed(std::string_view name, KernelType type) {
     Kernel kernel;
     kernel.setName(name);

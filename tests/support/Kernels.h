@@ -3,6 +3,7 @@
 
 #include "model/Kernel.h"
 #include "tests/support/Bytes.h"
+#include "tests/support/KnownKernels.h"
 
 #include <string>
 #include <string_view>
@@ -14,6 +15,9 @@ Kernel kernelNamed(std::string_view name, KernelType type = KernelType::Unknown)
 
 /// The kernel as it is read from a database that holds record(fields).
 Kernel kernelOf(const Record& fields);
+
+/// All that the kernel holds. What the JSON form derives from other fields has its default.
+KnownKernel knownFrom(const Kernel& kernel);
 
 std::vector<std::string> namesOf(const std::vector<Kernel>& kernels);
 

@@ -37,13 +37,33 @@ std::string quote(const std::string& name) {
     return '"' + name + '"';
 }
 
-std::string variableJson(const KnownVariable& known) {
-    return "[ " + quote(known.sourceName) + ", " + quote(known.hardwareName) + ", " +
-           quote(known.typeText) + ", " + std::to_string(known.bitWidth) + "]";
+/// Address and offset, between brackets that the caller chooses.
+std::string placeText(const KnownPlace& known) {
+    return std::to_string(known.address) + ", " + std::to_string(known.offset);
 }
 
 std::string placeJson(const KnownPlace& known) {
-    return "[ " + std::to_string(known.address) + ", " + std::to_string(known.offset) + "]";
+    return "[ " + placeText(known) + "]";
+}
+
+std::string instancesJson(const std::vector<std::vector<KnownPlace>>& instances) {
+    std::size_t number = 0;
+    return ", [ " +
+           joined(instances,
+                  [&](const std::vector<KnownPlace>& places) {
+                      const auto bitJson = [](const KnownPlace& place) {
+                          return "{ " + placeText(place) + "}";
+                      };
+                      return R"({ "Instance" : )" + std::to_string(number++) + R"(, "Bits" : [)" +
+                             joined(places, bitJson) + "]}";
+                  }) +
+           "]";
+}
+
+std::string variableJson(const KnownVariable& known) {
+    return "[ " + quote(known.sourceName) + ", " + quote(known.hardwareName) + ", " +
+           quote(known.typeText) + ", " + std::to_string(known.bitWidth) +
+           (known.instances.empty() ? "" : instancesJson(known.instances)) + "]";
 }
 
 std::string registerJson(const KnownRegister& known) {
@@ -57,9 +77,11 @@ std::string conditionJson(const KnownCondition& known) {
         result += R"("Start":true, )";
     } else if (known.kind == 1) {
         result += R"("Stop":true, )";
-    } else {
+    } else if (known.kind == 2) {
         result += R"("File":)" + quote(known.file) + R"(, "Line":)" + std::to_string(known.line);
         result += ", ";
+    } else {
+        result += R"("Error":1, )";
     }
     return result + R"("Cond":)" + quote(known.text) + "}";
 }
@@ -69,24 +91,34 @@ std::string kernelJson(const KnownKernel& known) {
     const auto pathJson = [&](const std::string& path) { return quote(path + known.pathSuffix); };
     std::string result = R"({ "Name" : )" + quote(known.name);
     result += R"(, "Instance Paths" : [ )" + joined(known.instancePaths, pathJson);
-    result += R"( ], "Type" : )" + quote(typeLabels.at(known.type));
+    result += R"( ], "Type" : )" +
+              quote(known.type < typeLabels.size() ? typeLabels[known.type] : "Unknown");
     result += R"(, "Arguments" : [ )" + joined(known.arguments, variableJson);
     result += R"(], "Variables" : [ )" + joined(known.variables, variableJson);
     if (!known.registers.empty()) {
         result += R"(], "Hardware Variables" : [ )" + joined(known.registers, registerJson);
     }
     result += R"(], "Breakable Conditions" : [)" + joined(known.conditions, conditionJson);
+    if (!known.brams.empty()) {
+        result += R"(], "BRAMs" : [ )" + joined(known.brams, quote);
+    }
     return result + "] }";
 }
 
+std::string placeBytes(const KnownPlace& known) {
+    return location(known.address, known.offset);
+}
+
+std::string instanceBytes(const std::vector<KnownPlace>& places) {
+    return list(each(places, placeBytes));
+}
+
 std::string variableBytes(const KnownVariable& known) {
-    return variable(known.sourceName, known.hardwareName, known.typeText);
+    return variable(known.sourceName, known.hardwareName, known.typeText,
+                    each(known.instances, instanceBytes));
 }
 
 std::string registerBytes(const KnownRegister& known) {
-    const auto placeBytes = [](const KnownPlace& place) {
-        return location(place.address, place.offset);
-    };
     return hardwareVariable(known.netName, each(known.places, placeBytes));
 }
 
@@ -95,24 +127,25 @@ std::string conditionBytes(const KnownCondition& known) {
                            : condition(known.kind, known.text);
 }
 
-std::string kernelBytes(const KnownKernel& known) {
+} // namespace
+
+std::string knownRecord(const KnownKernel& known) {
     return record({.name = known.name,
                    .instancePaths = known.instancePaths,
                    .type = known.type,
                    .arguments = each(known.arguments, variableBytes),
                    .variables = each(known.variables, variableBytes),
                    .hardwareVariables = each(known.registers, registerBytes),
-                   .conditions = each(known.conditions, conditionBytes)});
+                   .conditions = each(known.conditions, conditionBytes),
+                   .brams = known.brams});
 }
-
-} // namespace
 
 std::string knownJson(const std::vector<KnownKernel>& kernels) {
     return R"({  "Kernels" : [ )" + joined(kernels, kernelJson) + " ] }" + '\0';
 }
 
 std::string knownKernelData(const std::vector<KnownKernel>& kernels) {
-    return list(each(kernels, kernelBytes));
+    return list(each(kernels, knownRecord));
 }
 
 std::string knownDatabase(const std::vector<KnownKernel>& kernels) {

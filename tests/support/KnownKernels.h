@@ -12,43 +12,58 @@
 
 namespace consolidator::test {
 
-/// An argument or local variable without locations.
-struct KnownVariable {
-    std::string sourceName;
-    std::string hardwareName;
-    std::string typeText;
-    unsigned bitWidth = 32; ///< In JSON only.
-};
-
 /// Where one bit lies.
 struct KnownPlace {
     std::uint32_t address = 0;
     std::uint32_t offset = 0;
+
+    bool operator==(const KnownPlace&) const = default;
+};
+
+/// An argument or local variable.
+struct KnownVariable {
+    std::string sourceName;
+    std::string hardwareName;
+    std::string typeText;
+    unsigned bitWidth = 32;                              ///< In JSON only.
+    std::vector<std::vector<KnownPlace>> instances = {}; ///< No input file gives these.
+
+    bool operator==(const KnownVariable&) const = default;
 };
 
 struct KnownRegister {
     std::string netName;
     std::vector<KnownPlace> places;
+
+    bool operator==(const KnownRegister&) const = default;
 };
 
 /// A condition; only one of kind 2, which belongs to a source line, has the last two fields.
 struct KnownCondition {
-    std::uint32_t kind = 0; ///< At most 2.
+    std::uint32_t kind = 0;
     std::string text;
     std::uint32_t line = 0;
     std::string file = {};
+
+    bool operator==(const KnownCondition&) const = default;
 };
 
 struct KnownKernel {
     std::string name = {};
     std::vector<std::string> instancePaths = {};
-    std::uint32_t type = 3; ///< At most 4.
+    std::uint32_t type = 3;
     std::vector<KnownVariable> arguments = {};
     std::vector<KnownVariable> variables = {};
     std::vector<KnownRegister> registers = {};
     std::vector<KnownCondition> conditions = {}; ///< As they come out, translated.
     std::string pathSuffix = "/inst";            ///< In JSON only.
+    std::vector<std::string> brams = {};         ///< No input file gives these.
+
+    bool operator==(const KnownKernel&) const = default;
 };
+
+/// The kernel's binary form.
+std::string knownRecord(const KnownKernel& kernel);
 
 /// The payload of the JSON section.
 std::string knownJson(const std::vector<KnownKernel>& kernels);

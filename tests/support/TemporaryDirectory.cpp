@@ -6,11 +6,21 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace consolidator::test {
 
-TemporaryDirectory::TemporaryDirectory() {
-    std::string name = (std::filesystem::temp_directory_path() / "consolidator-XXXXXX").string();
+TemporaryDirectory::TemporaryDirectory()
+    : TemporaryDirectory(std::filesystem::temp_directory_path()) {}
+
+TemporaryDirectory TemporaryDirectory::inMemory() {
+    const std::filesystem::path memory = "/dev/shm";
+    return TemporaryDirectory(
+        access(memory.c_str(), W_OK) == 0 ? memory : std::filesystem::temp_directory_path());
+}
+
+TemporaryDirectory::TemporaryDirectory(const std::filesystem::path& parent) {
+    std::string name = (parent / "consolidator-XXXXXX").string();
     if (mkdtemp(name.data()) == nullptr) {
         throw std::runtime_error("cannot make a temporary directory");
     }

@@ -12,6 +12,11 @@ namespace consolidator::test {
 class TemporaryDirectory {
 public:
     TemporaryDirectory();
+
+    /// One whose files are kept in memory where the system offers that, for tests that write
+    /// thousands of them.
+    static TemporaryDirectory inMemory();
+
     ~TemporaryDirectory();
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
@@ -32,6 +37,8 @@ public:
     std::map<std::string, std::string> contents() const;
 
 private:
+    explicit TemporaryDirectory(const std::filesystem::path& parent);
+
     std::filesystem::path directory_;
 };
 
