@@ -113,7 +113,7 @@ struct InputDamage : testing::Test {
             run.expectAnotherRunToKeepAll();
         };
         check("undamaged", bytes);
-        forEachDamage(bytes, 4000, check);
+        forEachDamage(bytes, 20000, check);
     }
 
     /// For readers that need to know the project's kernels.
@@ -243,7 +243,7 @@ TEST_F(InputDamage, Dwarf) {
     const std::string bytes = "\x7f"
                               "dwarf metadata\n";
     const std::string path = run.directory.path("dwarf");
-    forEachDamage(bytes, 4000, [&](const std::string& what, const std::string& damaged) {
+    forEachDamage(bytes, 20000, [&](const std::string& what, const std::string& damaged) {
         SCOPED_TRACE(what);
         run.begin(what);
         run.directory.write("db", good);
