@@ -65,6 +65,9 @@ std::string versionMessage(const std::string& path, const NaiveDatabase& databas
 struct DatabaseDamage : testing::Test {
     /// An add run with one hierarchy file, and another one after it.
     void expectGoodRuns(const std::string& what, const std::string& bytes) {
+        if (HasFailure()) {
+            return; // one damage at a time
+        }
         SCOPED_TRACE(what);
         run.begin(what);
         run.directory.write("db", bytes);
@@ -82,6 +85,9 @@ struct DatabaseDamage : testing::Test {
 
     /// An add run that names the project.
     void expectGoodRunForProject(const std::string& what, const std::string& bytes) {
+        if (HasFailure()) {
+            return; // one damage at a time
+        }
         SCOPED_TRACE(what);
         run.begin(what);
         run.directory.write("db", bytes);
@@ -104,6 +110,9 @@ struct DatabaseDamage : testing::Test {
 
     /// Dumps of both kinds, which never change the database.
     void expectGoodDumps(const std::string& what, const std::string& bytes) {
+        if (HasFailure()) {
+            return; // one damage at a time
+        }
         SCOPED_TRACE(what);
         run.begin(what);
         run.directory.write("db", bytes);

@@ -18,7 +18,7 @@ namespace consolidator::test {
 
 namespace {
 
-constexpr std::uint32_t seeds = 500;
+constexpr std::uint32_t seeds = 200;
 
 /// Tests on a database, "db", and a hierarchy file, "new.hier", of one kernel.
 struct DatabaseProperties : testing::Test {

@@ -21,7 +21,7 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::uint32_t seeds = 300;
+constexpr std::uint32_t seeds = 200;
 
 /// A list of what toJson() makes of each element.
 template <typename Element, typename ToJson>

@@ -36,7 +36,7 @@ std::string RandomRecords::text() {
     if (random_.onceIn(6)) {
         return {};
     }
-    const std::string piece = texts_ == Texts::Clean ? cleanText() : anyText();
+    std::string piece = texts_ == Texts::Clean ? cleanText() : anyText();
     if (!random_.onceIn(40)) {
         return piece;
     }
