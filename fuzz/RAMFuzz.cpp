@@ -2,11 +2,13 @@
 // splitProject).
 //
 // Checks what holds for every reader (see checkReader); that reading always succeeds and makes no
-// kernels, and that the matches are those that a walk over all lines, kernels and paths finds.
+// kernels, and that the matching rows are those that a walk over all lines, kernels and paths
+// finds.
 
 #include "fuzz/Fuzzing.h"
 #include "model/RAMFile.h"
 
+#include <algorithm>
 #include <sstream>
 
 using namespace consolidator; // NOLINT(google-build-using-namespace)
@@ -30,29 +32,27 @@ std::vector<std::string> linesOf(const std::string& text) {
     return lines;
 }
 
-/// How many pairs of a kernel's path and this row match.
-std::uint64_t matchesOfRow(const std::string& row, const std::vector<Kernel>& kernels) {
+/// Whether a path of any kernel matches this row.
+bool matchesRow(const std::string& row, const std::vector<Kernel>& kernels) {
     if (row.empty()) {
-        return 0;
+        return false;
     }
     const std::size_t first = row.find('|', 1);
     const std::size_t second =
         first == std::string::npos ? std::string::npos : row.find('|', first + 1);
     if (second == std::string::npos ||
         row.substr(first, second - first).find("RAMB") == std::string::npos) {
-        return 0;
+        return false;
     }
     const std::string name = row.substr(1, first - 1);
-    std::uint64_t matches = 0;
-    for (const Kernel& kernel : kernels) {
-        for (const std::string& path : kernel.instancePaths()) {
-            matches += name.find(path) != std::string::npos ? 1 : 0;
-        }
-    }
-    return matches;
+    return std::ranges::any_of(kernels, [&name](const Kernel& kernel) {
+        return std::ranges::any_of(kernel.instancePaths(), [&name](const std::string& path) {
+            return name.find(path) != std::string::npos;
+        });
+    });
 }
 
-std::uint64_t matchesOf(const std::string& text, const std::vector<Kernel>& kernels) {
+std::uint64_t matchingRows(const std::string& text, const std::vector<Kernel>& kernels) {
     std::uint64_t matches = 0;
     bool pastContents = false;
     bool inTable = false;
@@ -62,7 +62,7 @@ std::uint64_t matchesOf(const std::string& text, const std::vector<Kernel>& kern
                 line == "7. Memory Utilization - Instantiated") {
                 inTable = false;
             } else if (!line.starts_with('-')) {
-                matches += matchesOfRow(line, kernels);
+                matches += matchesRow(line, kernels) ? 1 : 0;
             }
             continue;
         }
@@ -87,7 +87,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::require(reading.kernels.empty(), "a report makes no kernels");
     fuzz::require(fuzz::same(before, input.kernels), "a report leaves the project as it is");
     fuzz::require(errors.str().empty(), "a report says nothing");
-    fuzz::require(reading.remarkCount == matchesOf(input.text, input.kernels),
-                  "a report's matches are all found");
+    fuzz::require(reading.remarkCount == matchingRows(input.text, input.kernels),
+                  "a report's matching rows are all found");
     return 0;
 }
