@@ -10,6 +10,7 @@
 #include <limits>
 #include <locale>
 #include <tuple>
+#include <stdio_ext.h>
 #include <unistd.h>
 #include <utility>
 
@@ -310,6 +311,7 @@ void ConsolidatedFile::writeJson(SectionEntry& entry) {
     }
     // Half a document is none. The kernel data, which nothing else can replace, gets its place.
     entry.size = 0;
+    __fpurge(stream_.get()); // what could not be written would stand in the way of going back
     seek(stream_.get(), entry.offset);
     jsonGivenUp_ = true;
 }

@@ -7,7 +7,8 @@ FileBuffer::FileBuffer(std::FILE* file, std::uint64_t limit) : file_(file), limi
 }
 
 bool FileBuffer::finish() {
-    return passBlock();
+    // The C file has a buffer too, and would tell only later that there is no room for it.
+    return passBlock() && std::fflush(file_) == 0;
 }
 
 FileBuffer::int_type FileBuffer::overflow(int_type character) {

@@ -23,8 +23,7 @@ public:
     /// `file` is not owned and must outlive the buffer. At most `limit` bytes are written to it.
     FileBuffer(std::FILE* file, std::uint64_t limit);
 
-    /// Passes on what is left. True when all that was written to the stream has been taken by the
-    /// file.
+    /// Passes on what is left. True when all that was written to the stream is in the file.
     bool finish();
 
     /// How many bytes have been passed on.

@@ -60,7 +60,7 @@ TEST(LocationBudget, AsksForOneOwnerMoreThanItCanPayFor) {
     EXPECT_EQ(budget.mostOwners(), 4);
     budget.shareRegister(0);
     EXPECT_EQ(budget.mostOwners(), 2);
-    EXPECT_EQ(LocationBudget().mostOwners(), 256U * 1024 * 1024 / 8 + 2);
+    EXPECT_EQ(LocationBudget().mostOwners(), 64U * 1024 * 1024 / 8 + 2);
 }
 
 } // namespace
