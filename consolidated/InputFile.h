@@ -67,6 +67,12 @@ protected:
     /// The line, counted from 1, of the next byte that the stream will deliver.
     std::uint64_t line() { return buffer_.line(); }
 
+    /// What of the input is in memory already, for readers of huge files: they may take lines from
+    /// there, skip what they took, and go on with the stream, which must be good. See
+    /// LineCountingBuffer.
+    std::string_view ahead() const { return buffer_.ahead(); }
+    void skip(std::size_t bytes, std::uint64_t newlines) { buffer_.skip(bytes, newlines); }
+
     /// Reads one line as std::istream::getline does and returns it up to its first zero byte; it
     /// lives in `buffer`. A line that does not fit into all but one of the buffer's characters
     /// comes in part and leaves the stream failed; so does a line at the end of the stream, which

@@ -5,13 +5,22 @@
 namespace consolidator {
 
 LineCountingBuffer::LineCountingBuffer(std::streambuf& source)
-    : source_(source), block_(blockSize), counted_(block_.data()) {
-    setg(block_.data(), block_.data(), block_.data());
+    : source_(source),
+      block_(std::make_unique_for_overwrite<char[]>(blockSize)),
+      counted_(block_.get()) {
+    setg(block_.get(), block_.get(), block_.get());
 }
 
 std::uint64_t LineCountingBuffer::line() {
     countUpTo(gptr());
     return newlines_ + 1;
+}
+
+void LineCountingBuffer::skip(std::size_t bytes, std::uint64_t newlines) {
+    countUpTo(gptr());
+    setg(eback(), gptr() + bytes, egptr());
+    counted_ = gptr();
+    newlines_ += newlines;
 }
 
 void LineCountingBuffer::countUpTo(const char* end) {
@@ -24,14 +33,14 @@ void LineCountingBuffer::countUpTo(const char* end) {
 LineCountingBuffer::int_type LineCountingBuffer::underflow() {
     countUpTo(egptr());
     // Until bytes have come the buffer is empty, also when the source throws.
-    setg(block_.data(), block_.data(), block_.data());
-    counted_ = block_.data();
+    setg(block_.get(), block_.get(), block_.get());
+    counted_ = block_.get();
     const std::streamsize came =
-        source_.sgetn(block_.data(), static_cast<std::streamsize>(block_.size()));
+        source_.sgetn(block_.get(), static_cast<std::streamsize>(blockSize));
     if (came <= 0) {
         return traits_type::eof();
     }
-    setg(block_.data(), block_.data(), block_.data() + came);
+    setg(block_.get(), block_.get(), block_.get() + came);
     return traits_type::to_int_type(*gptr());
 }
 

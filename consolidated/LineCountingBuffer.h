@@ -3,8 +3,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <streambuf>
-#include <vector>
+#include <string_view>
 
 namespace consolidator {
 
@@ -19,24 +20,32 @@ namespace consolidator {
 /// sets its bad bit.
 class LineCountingBuffer final : public std::streambuf {
 public:
+    /// The most bytes that are in memory at a time.
+    static constexpr std::size_t blockSize = std::size_t{256} * 1024;
+
     /// `source` is not owned and must outlive this buffer.
     explicit LineCountingBuffer(std::streambuf& source);
 
     /// The line, counted from 1, of the next byte to be read.
     std::uint64_t line();
 
+    /// The bytes that are in the block already and will be read next. Reading a file a byte at a
+    /// time through its stream costs many times what looking at them here does.
+    std::string_view ahead() const { return {gptr(), egptr()}; }
+
+    /// Goes on behind the first `bytes` of ahead(), among which there are so many newlines.
+    void skip(std::size_t bytes, std::uint64_t newlines);
+
 protected:
     int_type underflow() override;
 
 private:
-    static constexpr std::size_t blockSize = std::size_t{64} * 1024;
-
     void countUpTo(const char* end);
 
     std::streambuf& source_;
-    std::vector<char> block_;
-    std::uint64_t newlines_ = 0; ///< Newlines before `counted_`.
-    const char* counted_;        ///< Newlines of the block are counted up to here.
+    std::unique_ptr<char[]> block_; ///< Not filled with zeros first.
+    std::uint64_t newlines_ = 0;    ///< Newlines before `counted_`.
+    const char* counted_;           ///< Newlines of the block are counted up to here.
 };
 
 } // namespace consolidator

@@ -3,6 +3,7 @@
 
 #include "model/LocationList.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <iosfwd>
@@ -40,6 +41,11 @@ struct HardwareVariable {
     /// each takes its 8 bytes when the register is written: whoever takes bit numbers from a file
     /// bounds them first.
     void setLocation(std::uint32_t bit, std::uint32_t address, std::uint32_t offset);
+
+    /// How many pairs of zeros setting this bit would add before it.
+    std::uint32_t emptyBitsBefore(std::uint32_t bit) const {
+        return bit - std::min(bit, locations.size());
+    }
 
     /// Writes the JSON form, with nothing before or after it.
     void writeJson(std::ostream& out) const;

@@ -29,16 +29,17 @@ void Kernel::addVariable(std::string_view sourceName, std::string_view hardwareN
     addTo(variables_, sourceName, hardwareName, typeText);
 }
 
-void Kernel::addHardwareLocation(std::string_view rtlName, std::uint32_t bit, std::uint32_t address,
-                                 std::uint32_t offset) {
+std::size_t Kernel::addHardwareLocation(std::string_view rtlName, std::uint32_t bit,
+                                        std::uint32_t address, std::uint32_t offset) {
     const auto make = [&] { return HardwareVariable(rtlName); };
-    hardwareVariables_.findOrAdd(rtlName, make).first.setLocation(bit, address, offset);
+    HardwareVariable& variable = hardwareVariables_.findOrAdd(rtlName, make).first;
+    variable.setLocation(bit, address, offset);
+    return hardwareVariables_.positionOf(variable);
 }
 
 std::uint32_t Kernel::emptyBitsBefore(std::string_view rtlName, std::uint32_t bit) {
     const HardwareVariable* variable = hardwareVariables_.find(rtlName);
-    const std::size_t size = variable == nullptr ? 0 : variable->locations.size();
-    return size < bit ? bit - static_cast<std::uint32_t>(size) : 0;
+    return variable == nullptr ? bit : variable->emptyBitsBefore(bit);
 }
 
 void Kernel::addHardwareVariable(const HardwareVariable& variable) {

@@ -76,9 +76,14 @@ public:
     void addVariable(std::string_view sourceName, std::string_view hardwareName,
                      std::string_view typeText);
     /// Sets where one bit of the register `rtlName` lies, adding the register if it is new. The
-    /// caller bounds `bit`, see HardwareVariable::setLocation.
-    void addHardwareLocation(std::string_view rtlName, std::uint32_t bit, std::uint32_t address,
-                             std::uint32_t offset);
+    /// caller bounds `bit`, see HardwareVariable::setLocation. Returns the register's position.
+    std::size_t addHardwareLocation(std::string_view rtlName, std::uint32_t bit,
+                                    std::uint32_t address, std::uint32_t offset);
+    /// The same for the register at a position below the number of registers.
+    void setHardwareLocation(std::size_t position, std::uint32_t bit, std::uint32_t address,
+                             std::uint32_t offset) {
+        hardwareVariables_.at(position).setLocation(bit, address, offset);
+    }
     /// How many pairs of zeros addHardwareLocation() would add to the register for the bits below
     /// `bit`, which is what a small file can make large.
     std::uint32_t emptyBitsBefore(std::string_view rtlName, std::uint32_t bit);

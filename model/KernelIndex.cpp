@@ -44,14 +44,6 @@ KernelIndex::KernelIndex(std::vector<Entry> entries) {
     }
 }
 
-std::optional<std::uint32_t> KernelIndex::find(std::string_view text) const {
-    const auto found = std::ranges::lower_bound(texts_, text);
-    if (found == texts_.end() || *found != text) {
-        return std::nullopt;
-    }
-    return static_cast<std::uint32_t>(found - texts_.begin());
-}
-
 std::span<const std::uint32_t> KernelIndex::kernelsOf(std::uint32_t number) const {
     const std::size_t first = number == 0 ? 0 : ends_[number - 1];
     return std::span(kernels_).subspan(first, ends_[number] - first);

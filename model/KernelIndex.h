@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -18,8 +17,7 @@ namespace consolidator {
 /// The texts are views of the kernels' own: the kernels must outlive the index, stay where they
 /// are, and keep these texts. Adding registers to them is harmless.
 ///
-/// Texts come from files that may be made to do harm, so they are sorted and not hashed: memory and
-/// time depend on how much text there is and on nothing else.
+/// The texts are sorted, which takes little memory, and gives PathFinder the order that it needs.
 class KernelIndex {
 public:
     /// The instance paths of the kernels that have at most `longest` bytes.
@@ -30,9 +28,6 @@ public:
 
     /// A text's number is its position here.
     const std::vector<std::string_view>& texts() const { return texts_; }
-
-    /// The number of the text.
-    std::optional<std::uint32_t> find(std::string_view text) const;
 
     /// The positions of the kernels that have the text of this number, ascending and each once.
     std::span<const std::uint32_t> kernelsOf(std::uint32_t number) const;

@@ -88,11 +88,16 @@ std::uint32_t PathFinder::childOf(std::uint32_t node, std::uint8_t label) const 
     if (node == root) {
         return starts_[label];
     }
-    const auto first = labels_.begin() + firstChild_[node];
-    const auto last = labels_.begin() + firstChild_[node + 1];
-    const auto child = std::lower_bound(first, last, label);
-    return child == last || *child != label ? root
-                                            : static_cast<std::uint32_t>(child - labels_.begin());
+    const std::uint32_t first = firstChild_[node];
+    const std::uint32_t count = firstChild_[node + 1] - first;
+    if (count == 1) { // most nodes: paths differ in few places
+        return labels_[first] == label ? first : root;
+    }
+    const auto children = std::span(labels_).subspan(first, count);
+    const auto child = std::ranges::lower_bound(children, label);
+    return child == children.end() || *child != label
+               ? root
+               : first + static_cast<std::uint32_t>(child - children.begin());
 }
 
 std::uint32_t PathFinder::next(std::uint32_t node, std::uint8_t label) const {

@@ -66,6 +66,14 @@ public:
         return {items_.back(), true};
     }
 
+    /// The position of the element that find() or findOrAdd() gave.
+    std::size_t positionOf(const Element& element) const {
+        return static_cast<std::size_t>(&element - items_.data());
+    }
+
+    /// The element at a position, to be changed but for its key.
+    Element& at(std::size_t position) { return items_[position]; }
+
     /// Appends the element, whether or not its key is there already.
     Element& append(Element element) {
         items_.push_back(std::move(element));

@@ -6,10 +6,14 @@
 
 namespace consolidator {
 
+/// White space of the C locale, whatever locale the program runs in: blank, tab, newline, vertical
+/// tab, form feed, carriage return.
+constexpr bool isSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
 /// Takes the first word off the front of `text`, with the white space before it; empty when there
-/// is no word left. White space is that of the C locale, whatever locale the program runs in:
-/// blank, tab, newline, vertical tab, form feed, carriage return. So the words are those that a
-/// standard stream extracts.
+/// is no word left. The words are those that a standard stream extracts.
 std::string_view takeWord(std::string_view& text);
 
 /// The words of `text`, each behind prefixOf(word), separated by one blank. White space behind the

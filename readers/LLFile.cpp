@@ -1,16 +1,27 @@
 #include "readers/LLFile.h"
 
+#include "model/Words.h"
+
+#include <algorithm>
 #include <array>
 #include <istream>
-#include <locale>
 #include <optional>
-#include <sstream>
 
 namespace consolidator {
 
 namespace {
 
 constexpr std::string_view netPrefix = "Net=";
+constexpr std::string_view headerWord = "Revision";
+
+bool contains(std::string_view text, std::string_view part) {
+    return text.find(part) != std::string_view::npos;
+}
+
+/// Whether the first word is "Bit", and stands where tools put it.
+bool beginsWithBit(std::string_view line) {
+    return line.starts_with("Bit ") || line.starts_with("Bit\t");
+}
 
 } // namespace
 
@@ -19,6 +30,7 @@ bool LLFile::parse() {
         return false;
     }
     matcher_.emplace(kernels_, longestLine);
+    knownNets_.emplace(kernels_);
     const bool readToItsEnd = readLines();
     if (strangers_ > 0) {
         diagnostic_.remark(firstStranger_, "the first of " + std::to_string(strangers_) +
@@ -32,128 +44,187 @@ bool LLFile::readLines() {
     std::array<char, longestLine + 1> buffer{};
     while (!stream_.eof()) {
         lineNumber_ = line();
-        const std::string text(readLine(buffer));
-        budget_.lineRead(text.size());
-        if (!stream_.bad() && !handleLine(text)) {
-            return false;
-        }
-        if (stuck()) {
-            return stopAtLine(lineNumber_, longestLine);
+        if (!takeUsualLines()) {
+            const std::string text(readLine(buffer));
+            if (!stream_.bad() && !handleLine(text)) {
+                return false;
+            }
+            if (stuck()) {
+                return stopAtLine(lineNumber_, longestLine);
+            }
         }
         stream_ >> std::ws;
     }
     return true;
 }
 
-bool LLFile::handleLine(const std::string& text) {
-    if (text.starts_with(';') || text.find("Revision") != std::string::npos) {
+bool LLFile::takeUsualLines() {
+    const std::string_view block = ahead();
+    const std::uint64_t firstLine = lineNumber_;
+    std::size_t start = 0;   // of the next line
+    std::size_t nextNet = 0; // where the next "Net=" stands, once it is not before `start`
+    while (start < block.size()) {
+        const std::size_t length = std::min(block.find('\n', start), block.size()) - start;
+        const std::string_view line = block.substr(start, length);
+        if (start + length == block.size() || length > longestLine) {
+            break; // the line goes on in the next block, or is too long
+        }
+        if (!line.starts_with(';')) {
+            if (!beginsWithBit(line)) {
+                break;
+            }
+            if (nextNet < start) {
+                nextNet = std::min(block.find(netPrefix, start), block.size());
+            }
+            if (nextNet < start + length && !takeUsualLine(line)) {
+                break;
+            }
+        }
+        start += length;
+        // The newline, and what else the stream would pass over before the next line.
+        for (; start < block.size() && isSpace(block[start]); ++start) {
+            lineNumber_ += block[start] == '\n' ? 1 : 0;
+        }
+    }
+    skip(start, lineNumber_ - firstLine);
+    return start > 0;
+}
+
+bool LLFile::takeUsualLine(std::string_view line) {
+    if (contains(line, std::string_view("\0", 1))) {
+        return false;
+    }
+    if (contains(line, headerWord)) {
         return true;
     }
-    std::istringstream fields(text);
-    fields.imbue(std::locale::classic());
-    std::string first;
-    fields >> first;
+    if (!bit_.scan(line)) {
+        return false;
+    }
+    addToKernels(line.size());
+    return true;
+}
+
+bool LLFile::handleLine(const std::string& text) {
+    if (text.starts_with(';') || contains(text, headerWord)) {
+        return true;
+    }
+    std::string_view words = text;
+    const std::string_view first = takeWord(words);
     if (first != "Bit") {
         return stop(lineNumber_, "the line begins with " + quoted(first) + ", not with \"Bit\"");
     }
-    const std::optional<Bit> bit = readBit(fields);
+    if (!contains(text, netPrefix)) {
+        return true;
+    }
+    const std::optional<BitLine> bit = BitLine::read(text);
     if (!bit) {
         diagnostic_.remark(lineNumber_, "the numbers of the line cannot be read");
-    } else if (!bit->net.empty()) {
-        addToKernels(*bit);
+        return true;
     }
+    bit_ = *bit;
+    addToKernels(text.size());
     return true;
 }
 
-std::optional<LLFile::Bit> LLFile::readBit(std::istream& fields) {
-    std::uint64_t position = 0;
-    std::uint64_t address = 0;
-    std::string place;
-    std::uint32_t number = 0;
-    Bit bit;
-    fields >> std::dec >> position >> std::hex >> address >> std::dec >> bit.offset >> place >>
-        number;
-    if (fields.fail()) {
-        return std::nullopt;
+void LLFile::addToKernels(std::size_t lineLength) {
+    if (bit_.net.empty()) {
+        return;
     }
-    bit.address = static_cast<std::uint32_t>(address);
-    std::string net;
-    for (std::string word; fields >> word;) {
-        if (word.starts_with(netPrefix)) {
-            net = word.substr(netPrefix.size());
-        }
+    budget_.lineRead(lineLength);
+    if (!matcher_->knowsName(bit_.net)) {
+        noteStranger();
+        return;
     }
-    if (!net.empty()) {
-        bit.net += '/';
-        bit.net += net;
-        cutBitIndex(bit);
-    }
-    return bit;
-}
-
-void LLFile::cutBitIndex(Bit& bit) {
-    const std::size_t bracket = bit.net.rfind('[');
-    if (bit.net.ends_with(']') && bracket != std::string::npos) {
-        // A number that cannot be read is 0, one that is too large is the largest.
-        std::istringstream index(bit.net.substr(bracket + 1));
-        index.imbue(std::locale::classic());
-        index >> bit.number;
-        bit.net.resize(bracket);
+    const auto registers = knownNets_->find(bit_.net);
+    if (registers.empty()) {
+        addToOwners();
+    } else if (mayHave(bit_.number)) {
+        addToRegisters(registers);
     }
 }
 
-void LLFile::addToKernels(const Bit& bit) {
-    const auto owners = matcher_->owners(bit.net, budget_.mostOwners());
+void LLFile::addToOwners() {
+    const auto owners = matcher_->owners(bit_.net, budget_.mostOwners());
     if (owners.empty()) {
-        if (strangers_++ == 0) {
-            firstStranger_ = lineNumber_;
-        }
+        noteStranger();
         return;
     }
-    if (bit.number >= bitLimit) {
-        remarkOnSkipped(bit, "registers of up to " + std::to_string(bitLimit) + " bits are kept");
+    if (!mayHave(bit_.number)) {
         return;
     }
-    if (!addToKernel(kernels_[owners.front()], bit)) {
-        return;
-    }
-    for (const std::uint32_t owner : owners.subspan(1)) {
-        if (!budget_.mayShare()) {
-            remarkOnSkipped(bit, "so many nets belong to several kernels that only the first "
-                                 "kernels of this one get it");
+    std::vector<KnownNets::Place> registers;
+    for (const std::uint32_t owner : owners) {
+        Kernel& kernel = kernels_[owner];
+        const bool isFurther = !registers.empty();
+        if ((isFurther && !mayShare()) ||
+            !mayLeaveEmpty(kernel.emptyBitsBefore(bit_.net, bit_.number))) {
             return;
         }
-        if (!addToFurtherKernel(kernels_[owner], bit)) {
+        const std::size_t registersBefore = kernel.hardwareVariables().size();
+        const std::size_t position =
+            kernel.addHardwareLocation(bit_.net, bit_.number, bit_.address, bit_.offset);
+        if (isFurther) {
+            budget_.shareLocation();
+            if (kernel.hardwareVariables().size() > registersBefore) {
+                budget_.shareRegister(bit_.net.size());
+            }
+        }
+        registers.push_back({owner, static_cast<std::uint32_t>(position)});
+    }
+    knownNets_->add(bit_.net, registers); // all of them: nothing was skipped
+}
+
+void LLFile::addToRegisters(std::span<const KnownNets::Place> registers) {
+    bool isFurther = false;
+    for (const auto& [owner, position] : registers) {
+        Kernel& kernel = kernels_[owner];
+        const HardwareVariable& variable = kernel.hardwareVariables()[position];
+        if ((isFurther && !mayShare()) || !mayLeaveEmpty(variable.emptyBitsBefore(bit_.number))) {
             return;
         }
+        kernel.setHardwareLocation(position, bit_.number, bit_.address, bit_.offset);
+        if (isFurther) {
+            budget_.shareLocation();
+        }
+        isFurther = true;
     }
 }
 
-bool LLFile::addToKernel(Kernel& kernel, const Bit& bit) {
-    // The first bit, which is the only one of most registers, has none before it.
-    if (bit.number > 0 && !budget_.takeEmptyBits(kernel.emptyBitsBefore(bit.net, bit.number))) {
-        remarkOnSkipped(bit, "the registers of this file have too many bits that it does not name");
+bool LLFile::mayHave(std::uint32_t bitNumber) {
+    if (bitNumber >= bitLimit) {
+        remarkOnSkipped("registers of up to " + std::to_string(bitLimit) + " bits are kept");
         return false;
     }
-    kernel.addHardwareLocation(bit.net, bit.number, bit.address, bit.offset);
     return true;
 }
 
-bool LLFile::addToFurtherKernel(Kernel& kernel, const Bit& bit) {
-    const std::size_t registersBefore = kernel.hardwareVariables().size();
-    if (!addToKernel(kernel, bit)) {
+bool LLFile::mayShare() {
+    if (!budget_.mayShare()) {
+        remarkOnSkipped(
+            "so many nets belong to several kernels that only the first kernels of this "
+            "one get it");
         return false;
-    }
-    budget_.shareLocation();
-    if (kernel.hardwareVariables().size() > registersBefore) {
-        budget_.shareRegister(bit.net.size());
     }
     return true;
 }
 
-void LLFile::remarkOnSkipped(const Bit& bit, const std::string& reason) {
-    diagnostic_.remark(lineNumber_, "bit " + std::to_string(bit.number) + " of " + quoted(bit.net) +
-                                        " is skipped: " + reason);
+bool LLFile::mayLeaveEmpty(std::uint32_t emptyBits) {
+    if (!budget_.takeEmptyBits(emptyBits)) {
+        remarkOnSkipped("the registers of this file have too many bits that it does not name");
+        return false;
+    }
+    return true;
+}
+
+void LLFile::noteStranger() {
+    if (strangers_++ == 0) {
+        firstStranger_ = lineNumber_;
+    }
+}
+
+void LLFile::remarkOnSkipped(const std::string& reason) {
+    diagnostic_.remark(lineNumber_, "bit " + std::to_string(bit_.number) + " of " +
+                                        quoted(bit_.net) + " is skipped: " + reason);
 }
 
 } // namespace consolidator

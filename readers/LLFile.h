@@ -30,14 +30,17 @@
 
 #include "consolidated/InputFile.h"
 #include "model/Kernel.h"
+#include "readers/BitLine.h"
+#include "readers/KnownNets.h"
 #include "readers/LocationBudget.h"
 #include "readers/NetMatcher.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <istream>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -70,27 +73,28 @@ public:
     bool parse() override;
 
 private:
-    /// One bit of a net.
-    struct Bit {
-        std::string net; ///< Empty if the line names none.
-        std::uint32_t number = 0;
-        std::uint32_t address = 0;
-        std::uint32_t offset = 0;
-    };
-
-    static std::optional<Bit> readBit(std::istream& fields);
-    static void cutBitIndex(Bit& bit);
-
     bool readLines();
+    bool takeUsualLines();
+    bool takeUsualLine(std::string_view line);
     bool handleLine(const std::string& text);
-    void addToKernels(const Bit& bit);
-    bool addToKernel(Kernel& kernel, const Bit& bit);
-    bool addToFurtherKernel(Kernel& kernel, const Bit& bit);
-    void remarkOnSkipped(const Bit& bit, const std::string& reason);
 
-    std::optional<NetMatcher> matcher_; ///< Of the base's kernels.
-    LocationBudget budget_;
+    void addToKernels(std::size_t lineLength);
+    void addToOwners();
+    void addToRegisters(std::span<const KnownNets::Place> registers);
+
+    // Whether the bit may be added; each one remarks on it if not.
+    bool mayHave(std::uint32_t bitNumber);
+    bool mayShare();
+    bool mayLeaveEmpty(std::uint32_t emptyBits);
+
+    void noteStranger();
+    void remarkOnSkipped(const std::string& reason);
+
+    BitLine bit_; ///< Of the line.
     std::uint64_t lineNumber_ = 0;
+    std::optional<NetMatcher> matcher_;  ///< Of the base's kernels.
+    std::optional<KnownNets> knownNets_; ///< In the base's kernels.
+    LocationBudget budget_;
     std::uint64_t strangers_ = 0; ///< Lines whose net belongs to no kernel.
     std::uint64_t firstStranger_ = 0;
 };

@@ -31,11 +31,21 @@ NetMatcher::NetMatcher(const std::vector<Kernel>& kernels, std::size_t longestNe
     : paths_(KernelIndex::ofInstancePaths(kernels, longestNet)),
       names_(KernelIndex::ofHardwareNames(kernels)),
       finder_(paths_.texts()),
-      isOwner_(kernels.size()) {}
+      isOwner_(kernels.size()) {
+    nameNumbers_.reserve(names_.texts().size());
+    for (const std::string_view name : names_.texts()) {
+        nameNumbers_.emplace(name, static_cast<std::uint32_t>(nameNumbers_.size()));
+    }
+}
+
+std::optional<std::uint32_t> NetMatcher::nameOf(std::string_view net) const {
+    const auto found = nameNumbers_.find(net.substr(net.rfind('/') + 1));
+    return found == nameNumbers_.end() ? std::nullopt : std::optional(found->second);
+}
 
 std::span<const std::uint32_t> NetMatcher::owners(std::string_view net, std::size_t most) {
     owners_.clear();
-    const auto name = names_.find(net.substr(net.rfind('/') + 1));
+    const auto name = nameOf(net);
     if (!name) {
         return {};
     }

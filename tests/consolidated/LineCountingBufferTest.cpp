@@ -22,7 +22,7 @@ namespace consolidator::test {
 
 namespace {
 
-constexpr std::size_t block = std::size_t{64} * 1024;
+constexpr std::size_t block = LineCountingBuffer::blockSize;
 
 /// A text in memory behind a LineCountingBuffer, and a stream over it.
 struct Text {
@@ -295,6 +295,44 @@ TEST(LineCountingBuffer, MakesTheStreamBadOnADirectory) {
     stream >> word;
     EXPECT_TRUE(stream.bad());
     EXPECT_FALSE(stream.eof());
+}
+
+TEST(LineCountingBuffer, ShowsWhatIsInTheBlockAndSkipsIt) {
+    Text text("one\ntwo\nthree\nfour");
+    EXPECT_EQ(text.buffer.ahead(), "");
+    text.stream.peek();
+    EXPECT_EQ(text.buffer.ahead(), "one\ntwo\nthree\nfour");
+    text.buffer.skip(8, 2);
+    EXPECT_EQ(text.buffer.ahead(), "three\nfour");
+    EXPECT_EQ(text.buffer.line(), 3U);
+    std::string word;
+    text.stream >> word;
+    EXPECT_EQ(word, "three");
+    text.buffer.skip(1, 1);
+    EXPECT_EQ(text.buffer.line(), 4U);
+    text.stream >> word;
+    EXPECT_EQ(word, "four");
+    EXPECT_EQ(text.buffer.ahead(), "");
+    EXPECT_EQ(text.buffer.line(), 4U);
+}
+
+TEST(LineCountingBuffer, CountsLinesThatWereReadBeforeASkip) {
+    Text text("one\ntwo\nthree\nfour\nfive");
+    std::string word;
+    text.stream >> word >> word;
+    text.buffer.skip(7, 2);
+    EXPECT_EQ(text.buffer.line(), 4U);
+}
+
+TEST(LineCountingBuffer, GoesOnInTheNextBlockAfterASkip) {
+    Text text(std::string(block, '\n') + "x\ny");
+    text.stream.peek();
+    EXPECT_EQ(text.buffer.ahead().size(), block);
+    text.buffer.skip(block, block);
+    EXPECT_EQ(text.buffer.line(), block + 1);
+    EXPECT_EQ(text.stream.get(), 'x');
+    EXPECT_EQ(text.stream.get(), '\n');
+    EXPECT_EQ(text.buffer.line(), block + 2);
 }
 
 TEST(LineCountingBuffer, GoesOnAfterTheStreamIsCleared) {

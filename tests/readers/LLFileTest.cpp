@@ -833,8 +833,12 @@ TEST(LLFile, RemarksOnBitsThatItSkips) {
 }
 
 TEST(LLFile, RemarksOnNumbersThatCannotBeRead) {
-    EXPECT_THAT(remarksOn(";\n" + withFields("1 0x 64 DIE0 0") + usualLine + "Bit 1\n"),
+    EXPECT_THAT(remarksOn(";\n" + withFields("1 0x 64 DIE0 0") + usualLine + "Bit 1 Net=a\n"),
                 ElementsAre(remarkAt(2, "numbers"), remarkAt(4, "numbers")));
+}
+
+TEST(LLFile, DoesNotLookAtTheNumbersOfALineWithoutANet) {
+    EXPECT_THAT(remarksOn("Bit 1\nBit x\nBit\nBit 1 0x 64 DIE0 0\n"), IsEmpty());
 }
 
 TEST(LLFile, RemarksOnceOnNetsThatBelongToNoKernel) {
