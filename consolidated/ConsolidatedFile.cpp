@@ -9,8 +9,9 @@
 #include <exception>
 #include <limits>
 #include <locale>
-#include <tuple>
+#include <new>
 #include <stdio_ext.h>
+#include <tuple>
 #include <unistd.h>
 #include <utility>
 
@@ -22,6 +23,10 @@ static_assert(sizeof(ConsolidatedFile::Header) == 16);
 
 constexpr std::uint64_t tableOffset = sizeof(ConsolidatedFile::Header);
 constexpr std::int32_t largestPosition = std::numeric_limits<std::int32_t>::max();
+
+/// A table of so many entries, and the three that a run may add, ends at a position.
+constexpr std::uint32_t mostEntries =
+    (largestPosition - sizeof(ConsolidatedFile::Header)) / sizeof(SectionEntry) - 3;
 
 // Sections of a damaged file may overlap, and its table may name one place a million times. What
 // all its sections together may have is more than any whole file needs, and little enough that a
@@ -99,6 +104,9 @@ bool ConsolidatedFile::readExisting(const std::string& path) {
 
 bool ConsolidatedFile::readTable(std::FILE* file, std::uint32_t count) {
     for (std::uint32_t i = 0; i < count; ++i) {
+        if (i == mostEntries) {
+            return false; // no payload could be reached behind them
+        }
         SectionEntry entry;
         if (std::fread(&entry, sizeof entry, 1, file) != 1) {
             return false;
@@ -195,6 +203,8 @@ void ConsolidatedFile::addInputFile(InputFile& reader) {
         if (reader.isOpen() && !reader.parse()) {
             return;
         }
+    } catch (const std::bad_alloc&) {
+        throw; // no fault of the input: what other inputs have added would be lost in silence
     } catch (const std::exception& error) {
         reader.noteFailure(error.what());
         return;

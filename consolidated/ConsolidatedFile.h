@@ -47,10 +47,11 @@ namespace consolidator {
 /// not supported: a JSON document that would reach beyond is left out, with a size of 0, and
 /// sections that would begin beyond are left out with their entries.
 ///
-/// A damaged or hostile file costs no more than its size: reading ends, as at any damage, when the
-/// sections together have been more than four times the file's size and 64 KiB, which only
-/// overlapping ones can be. When it is written again, each kind of section comes 16 times, and
-/// more often only while the sections of the kind hold less than 1 MiB.
+/// What a damaged or hostile file costs is bounded by its size: reading ends, as at any damage,
+/// when the sections together have been more than four times the file's size and 64 KiB, which only
+/// overlapping ones can be. When it is written again, each kind of section comes at most 16 times,
+/// and more often only while the sections of the kind hold less than 1 MiB; entries beyond that
+/// leave a gap between the table and the first payload.
 class ConsolidatedFile {
 public:
     /// The first 16 bytes of the file.
@@ -87,7 +88,7 @@ public:
     /// whose reader throws, adds nothing.
     void addInputFile(InputFile& reader);
 
-    /// Merges a kernel into the first one of its name (see Kernel::merge), or appends a copy if the
+    /// Merges a kernel into the first one of its name (see Kernel::merge), or appends it if the
     /// name is new.
     void mergeKernel(Kernel kernel);
 

@@ -2,8 +2,15 @@
 
 namespace consolidator {
 
-FileBuffer::FileBuffer(std::FILE* file, std::uint64_t limit) : file_(file), limit_(limit) {
-    setp(block_.data(), block_.data() + block_.size());
+namespace {
+
+constexpr std::size_t blockSize = std::size_t{64} * 1024;
+
+} // namespace
+
+FileBuffer::FileBuffer(std::FILE* file, std::uint64_t limit)
+    : file_(file), limit_(limit), block_(std::make_unique_for_overwrite<char[]>(blockSize)) {
+    setp(block_.get(), block_.get() + blockSize);
 }
 
 bool FileBuffer::finish() {
@@ -24,7 +31,7 @@ FileBuffer::int_type FileBuffer::overflow(int_type character) {
 
 std::streamsize FileBuffer::xsputn(const char* text, std::streamsize length) {
     // What is longer than the block need not go through it.
-    if (length < static_cast<std::streamsize>(block_.size())) {
+    if (length < static_cast<std::streamsize>(blockSize)) {
         return std::streambuf::xsputn(text, length);
     }
     return passBlock() && pass(text, static_cast<std::size_t>(length)) ? length : 0;
@@ -43,8 +50,8 @@ bool FileBuffer::pass(const char* text, std::size_t length) {
 
 bool FileBuffer::passBlock() {
     const auto length = static_cast<std::size_t>(pptr() - pbase());
-    setp(block_.data(), block_.data() + block_.size());
-    return length == 0 ? !failed_ : pass(block_.data(), length);
+    setp(block_.get(), block_.get() + blockSize);
+    return length == 0 ? !failed_ : pass(block_.get(), length);
 }
 
 } // namespace consolidator

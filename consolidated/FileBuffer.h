@@ -1,10 +1,10 @@
 // A stream buffer that writes to a C file: text goes out as it is made, however long it gets.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <streambuf>
 
 namespace consolidator {
@@ -42,7 +42,7 @@ private:
     std::uint64_t limit_;
     std::uint64_t written_ = 0;
     bool failed_ = false;
-    std::array<char, std::size_t{64} * 1024> block_;
+    std::unique_ptr<char[]> block_;
 };
 
 } // namespace consolidator

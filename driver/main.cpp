@@ -15,7 +15,7 @@ int main(int argc, char** argv) {
         // An allocation that did not go through the handler which prepareProcess() sets.
         consolidator::endForLackOfMemory();
     } catch (const std::exception& error) {
-        // Only sizes that no memory can hold lead here.
+        // Nothing is known that would lead here; a run that ends so must not look well.
         std::cerr << "consolidator: " << error.what() << std::endl;
         return consolidator::outOfMemoryStatus;
     }

@@ -1,9 +1,9 @@
 #include "model/KeyedHash.h"
 
-#include <array>
-#include <bit>
+#include <chrono>
 #include <cstddef>
-#include <random>
+#include <cstring>
+#include <sys/random.h>
 
 namespace consolidator {
 
@@ -13,6 +13,7 @@ constexpr std::uint64_t prime = (std::uint64_t{1} << 61) - 1;
 
 /// Pieces of 56 bits are below the prime, so different texts have different coefficients.
 constexpr std::size_t pieceSize = 7;
+constexpr std::uint64_t pieceMask = (std::uint64_t{1} << (8 * pieceSize)) - 1;
 
 __extension__ using Product = unsigned __int128;
 
@@ -25,9 +26,14 @@ std::uint64_t multiply(std::uint64_t a, std::uint64_t b) {
     return sum >= prime ? sum - prime : sum;
 }
 
+/// Without the system's random numbers, the time and where the stack lies have to do: a run must
+/// not fail for want of a secret.
 std::uint64_t drawKey() {
-    std::random_device device;
-    const std::uint64_t drawn = (std::uint64_t{device()} << 32) | device();
+    std::uint64_t drawn = 0;
+    if (getrandom(&drawn, sizeof drawn, GRND_NONBLOCK) != sizeof drawn) {
+        const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+        drawn = static_cast<std::uint64_t>(now) ^ reinterpret_cast<std::uintptr_t>(&drawn);
+    }
     return drawn % (prime - 2) + 2; // neither 0 nor 1, which would hash little or nothing
 }
 
@@ -43,13 +49,27 @@ void KeyedHash::addPiece(std::uint64_t piece) {
     value_ = multiply(sum >= prime ? sum - prime : sum, key());
 }
 
+std::uint64_t KeyedHash::value() const {
+    // The finalizer of MurmurHash3 (fmix64), which maps no two values to the same.
+    std::uint64_t mixed = value_;
+    mixed = (mixed ^ (mixed >> 33)) * 0xFF51AFD7ED558CCD;
+    mixed = (mixed ^ (mixed >> 33)) * 0xC4CEB9FE1A85EC53;
+    return mixed ^ (mixed >> 33);
+}
+
 KeyedHash& KeyedHash::add(std::string_view text) {
     addPiece(text.size());
-    while (!text.empty()) {
-        std::array<char, sizeof(std::uint64_t)> bytes{};
-        text.remove_prefix(text.copy(bytes.data(), pieceSize));
-        addPiece(std::bit_cast<std::uint64_t>(bytes));
+    std::uint64_t piece = 0;
+    while (text.size() >= sizeof piece) {
+        std::memcpy(&piece, text.data(), sizeof piece);
+        addPiece(piece & pieceMask);
+        text.remove_prefix(pieceSize);
     }
+    piece = 0;
+    for (const char c : text) {
+        piece = piece << 8 | static_cast<unsigned char>(c);
+    }
+    addPiece(piece);
     return *this;
 }
 

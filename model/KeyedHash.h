@@ -14,7 +14,8 @@ namespace consolidator {
 ///
 /// It is the value of a polynomial at the key, modulo the prime 2^61 - 1, with the pieces of the
 /// input as coefficients (Carter and Wegman's construction): whatever two different inputs of n
-/// bytes are chosen, at most about n in 2^61 keys give them the same hash.
+/// bytes are chosen, at most about n in 2^61 keys give them the same value. Inputs that differ in
+/// one place have values in arithmetic progression, so the bits are mixed at the end.
 class KeyedHash {
 public:
     /// Adds a text, with its length: "ab" and "c" are another input than "a" and "bc".
@@ -22,8 +23,8 @@ public:
 
     KeyedHash& add(std::uint32_t number);
 
-    /// The hash of what was added so far, below 2^61. Its low bits are as good as the others.
-    std::uint64_t value() const { return value_; }
+    /// The hash of what was added so far. All its bits depend on all of the input.
+    std::uint64_t value() const;
 
 private:
     void addPiece(std::uint64_t piece);

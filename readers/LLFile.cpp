@@ -32,6 +32,8 @@ bool LLFile::parse() {
     matcher_.emplace(kernels_, longestLine);
     knownNets_.emplace(kernels_);
     const bool readToItsEnd = readLines();
+    knownNets_.reset(); // they look into the kernels, which the project takes now
+    matcher_.reset();
     if (strangers_ > 0) {
         diagnostic_.remark(firstStranger_, "the first of " + std::to_string(strangers_) +
                                                " lines whose net belongs to no kernel");

@@ -20,33 +20,14 @@ namespace lmx60 {
 namespace {
 
 constexpr int firstBlock = 256 * 1024;
-constexpr int largestBlock = 512 * 1024 * 1024;
+constexpr int largestBlock = 256 * 1024 * 1024;
+
+/// With this much unused and the largest block behind it, the parser's buffer still is below 2 GiB.
+constexpr XML_Index largestPart = 512 * 1024 * 1024;
 
 struct ParserFree {
     void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
 };
-/// Runs `allocate` until it gives memory. Expat, being C, would take a failure for a fault of the
-/// document; the program's handler for a lack of memory comes first, as with `new`.
-template <typename Allocate>
-void* withNewHandler(Allocate allocate) {
-    void* memory = nullptr;
-    while ((memory = allocate()) == nullptr) {
-        const std::new_handler handler = std::get_new_handler();
-        if (handler == nullptr) {
-            break;
-        }
-        handler();
-    }
-    return memory;
-}
-
-const XML_Memory_Handling_Suite memoryOfParsers = {
-    [](std::size_t size) { return withNewHandler([=] { return std::malloc(size); }); },
-    [](void* memory, std::size_t size) {
-        return withNewHandler([=] { return std::realloc(memory, size); });
-    },
-    std::free};
-
 using Parser = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserFree>;
 
 /// The row of this name; null if there is none. Tables are short, a search from the front is
@@ -66,7 +47,7 @@ public:
           rootName_(rootName),
           rootKind_(rootKind),
           root_(root),
-          parser_(XML_ParserCreate_MM(nullptr, &memoryOfParsers, nullptr)) {
+          parser_(XML_ParserCreate(nullptr)) {
         if (!parser_) {
             throw std::bad_alloc();
         }
@@ -77,15 +58,20 @@ public:
 
     void read(std::istream& stream) {
         int blockSize = firstBlock;
+        XML_Index fed = 0;
         bool more = true;
         while (more) {
             // To be asked for first: a new buffer makes the parser forget it.
             const XML_Index before = XML_GetCurrentByteIndex(parser_.get());
             void* const block = XML_GetBuffer(parser_.get(), blockSize);
             if (block == nullptr) {
-                throw fault(ErrorCode::CannotRead, "one of its parts is too large");
+                if (fed - before > largestPart) {
+                    throw fault(ErrorCode::CannotRead, "one of its parts is too large");
+                }
+                throw std::bad_alloc();
             }
             stream.read(static_cast<char*>(block), blockSize);
+            fed += stream.gcount();
             more = stream.good();
             if (stream.bad()) {
                 throw c_lmx_exception(ErrorCode::CannotRead, documentName_ + ": cannot be read");
@@ -111,6 +97,9 @@ private:
         }
         if (failure_) {
             std::rethrow_exception(failure_);
+        }
+        if (XML_GetErrorCode(parser_.get()) == XML_ERROR_NO_MEMORY) {
+            throw std::bad_alloc(); // no fault of the document
         }
         throw fault(ErrorCode::NotWellFormed, XML_ErrorString(XML_GetErrorCode(parser_.get())));
     }

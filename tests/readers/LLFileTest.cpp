@@ -941,7 +941,7 @@ TEST(LLFile, ReadsManyLinesForManyKernelsOfOnePath) {
     }
     const Reading reading = readWith(text, kernels);
     for (std::size_t i = 0; i < count; ++i) {
-        EXPECT_EQ(registersOf(reading.kernels[i]),
+        ASSERT_EQ(registersOf(reading.kernels[i]),
                   only("/top/k_1/state_" + std::to_string(i), {place}));
     }
 }
@@ -956,7 +956,7 @@ TEST(LLFile, ReadsManyLinesForManyKernelsOfOneName) {
     }
     const Reading reading = readWith(text, kernels);
     for (std::size_t i = 0; i < count; ++i) {
-        EXPECT_EQ(registersOf(reading.kernels[i]),
+        ASSERT_EQ(registersOf(reading.kernels[i]),
                   only("/top/k_" + std::to_string(i) + "/state_r", {place}));
     }
 }
