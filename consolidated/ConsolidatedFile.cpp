@@ -39,6 +39,9 @@ constexpr std::uint64_t readingsOfFile = 4;
 constexpr std::size_t mostRepeats = 16;
 constexpr std::uint64_t repeatAllowance = std::uint64_t{1024} * 1024;
 
+/// A dump copies so many bytes at a time.
+constexpr std::size_t copyBlock = std::size_t{256} * 1024;
+
 /// Goes to an offset from the start of the file. Offsets are signed 32-bit numbers: the higher
 /// half of a stored 64-bit offset is not looked at.
 bool seek(std::FILE* file, std::uint64_t offset) {
@@ -81,6 +84,7 @@ private:
 
 bool ConsolidatedFile::open(const std::string& path, bool create, bool dumpOnly) {
     header_ = Header();
+    dumpOnly_ = dumpOnly;
     if (!create) {
         readExisting(path);
     }
@@ -116,12 +120,26 @@ bool ConsolidatedFile::readTable(std::FILE* file, std::uint32_t count) {
     return true;
 }
 
+std::size_t ConsolidatedFile::sectionsToRead() const {
+    if (!dumpOnly_) {
+        return sections_.size();
+    }
+    // What is behind the last project name cannot change it, and what is before it can: reading
+    // ends at the first section that cannot be read.
+    const auto last = std::find_if(sections_.rbegin(), sections_.rend(), [](const auto& entry) {
+        return entry.is(SectionType::ProjectName);
+    });
+    return static_cast<std::size_t>(sections_.rend() - last);
+}
+
 bool ConsolidatedFile::readSections(std::FILE* file) {
     std::uint64_t left = readingAllowance + readingsOfFile * sizeOf(file);
-    for (SectionEntry& entry : sections_) {
+    const std::size_t count = sectionsToRead();
+    for (std::size_t i = 0; i < sections_.size(); ++i) {
+        SectionEntry& entry = sections_[i];
         entry.size = cappedLength(entry.size);
-        if (entry.is(SectionType::KernelJson)) {
-            continue; // rendered anew whenever the file is written
+        if (entry.is(SectionType::KernelJson) || i >= count) {
+            continue; // JSON is rendered anew whenever the file is written
         }
         if (!seek(file, entry.offset)) {
             return false;
@@ -142,25 +160,33 @@ bool ConsolidatedFile::readSections(std::FILE* file) {
 bool ConsolidatedFile::readSection(std::FILE* file, const SectionEntry& entry) {
     switch (static_cast<SectionType>(entry.type)) {
     case SectionType::Dwarf:
-        if (!readBytes(file, entry.size, dwarf_.emplace())) {
-            dwarf_.reset();
-            return false;
-        }
-        return true;
-    case SectionType::ProjectName: {
-        std::string name;
-        if (!readBytes(file, entry.size, name)) {
-            return false;
-        }
-        project_ = name.substr(0, name.find('\0'));
-        return true;
-    }
+        return dumpOnly_ ? skipBytes(file, entry.size) : readDwarf(file, entry.size);
+    case SectionType::ProjectName:
+        return readProject(file, entry.size);
     case SectionType::KernelData:
-        return readKernels(file);
+        return dumpOnly_ ? readList(file, [file] { return Kernel::skip(file); })
+                         : readKernels(file);
     case SectionType::KernelJson:
         break;
     }
     return false;
+}
+
+bool ConsolidatedFile::readDwarf(std::FILE* file, std::uint32_t size) {
+    if (!readBytes(file, size, dwarf_.emplace())) {
+        dwarf_.reset();
+        return false;
+    }
+    return true;
+}
+
+bool ConsolidatedFile::readProject(std::FILE* file, std::uint32_t size) {
+    std::string name;
+    if (!readBytes(file, size, name)) {
+        return false;
+    }
+    project_ = name.substr(0, name.find('\0'));
+    return true;
 }
 
 bool ConsolidatedFile::readKernels(std::FILE* file) {
@@ -342,13 +368,38 @@ void ConsolidatedFile::dumpSection(SectionType type, const std::string& outputPa
         return;
     }
     const FileHandle output = openFile(outputPath, "w");
+    if (output && !copySection(type, output.get())) {
+        // The file got shorter meanwhile, or the disk failed.
+        __fpurge(output.get());
+        std::ignore = ftruncate(fileno(output.get()), 0);
+    }
+}
+
+bool ConsolidatedFile::copySection(SectionType type, std::FILE* output) {
     const auto entry = std::ranges::find_if(
         sections_, [type](const SectionEntry& candidate) { return candidate.is(type); });
-    std::string payload;
-    if (output && entry != sections_.end() && seek(stream_.get(), entry->offset) &&
-        readBytes(stream_.get(), entry->size, payload)) {
-        std::fwrite(payload.data(), 1, payload.size(), output.get());
+    if (entry == sections_.end()) {
+        return false;
     }
+    // Most sections that cannot be read reach behind the end. To be told so beforehand matters
+    // where the output cannot be taken back, as on a pipe.
+    const std::uint64_t size = sizeOf(stream_.get());
+    if (!seek(stream_.get(), entry->offset) ||
+        static_cast<std::uint64_t>(std::ftell(stream_.get())) + entry->size > size) {
+        return false;
+    }
+    std::vector<char> block(copyBlock);
+    for (std::uint64_t left = entry->size; left > 0;) {
+        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(left, block.size()));
+        if (std::fread(block.data(), 1, wanted, stream_.get()) < wanted) {
+            return false;
+        }
+        if (std::fwrite(block.data(), 1, wanted, output) < wanted) {
+            return true; // cut off where the disk is full
+        }
+        left -= wanted;
+    }
+    return true;
 }
 
 void ConsolidatedFile::printHeader(std::ostream& out) const {

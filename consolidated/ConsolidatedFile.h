@@ -69,6 +69,9 @@ public:
     /// Reads what the file at `path` holds, unless `create` is set, then opens it: for reading if
     /// `dumpOnly` is set, else for writing, which empties it. Returns false when it cannot be
     /// opened; that it could not be read is no failure.
+    ///
+    /// For a dump only header, table and project name are kept, which are the same as without:
+    /// DWARF and kernels are passed over, and not even that behind the last project name.
     bool open(const std::string& path, bool create, bool dumpOnly);
 
     /// Adds the content of the file at `path`. False when it is not a whole consolidated file; what
@@ -119,9 +122,14 @@ private:
     };
 
     bool readTable(std::FILE* file, std::uint32_t count);
+    std::size_t sectionsToRead() const;
     bool readSections(std::FILE* file);
     bool readSection(std::FILE* file, const SectionEntry& entry);
+    bool readDwarf(std::FILE* file, std::uint32_t size);
+    bool readProject(std::FILE* file, std::uint32_t size);
     bool readKernels(std::FILE* file);
+
+    bool copySection(SectionType type, std::FILE* output);
 
     bool hasSection(SectionType type) const;
     bool writeSection(SectionEntry& entry);
@@ -132,6 +140,7 @@ private:
     void writeHeaderAndTable();
 
     FileHandle stream_;
+    bool dumpOnly_ = false; ///< No more is read than a dump needs.
     Header header_;
     std::vector<SectionEntry> sections_; ///< In file order.
     std::string project_;

@@ -1,6 +1,7 @@
 #include "model/BinaryForm.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <utility>
 
@@ -93,6 +94,28 @@ bool readLocations(std::FILE* stream, std::uint32_t count, std::vector<LogicLoca
 bool readBytes(std::FILE* stream, std::size_t size, std::string& bytes) {
     bytes.clear();
     return readOnto(stream, size, bytes);
+}
+
+bool skipText(std::FILE* stream) {
+    std::uint32_t length = 0;
+    return readNumber(stream, length) && skipBytes(stream, cappedLength(length));
+}
+
+bool skipLocations(std::FILE* stream, std::uint32_t count) {
+    return skipBytes(stream, std::uint64_t{count} * sizeof(LogicLocation));
+}
+
+bool skipBytes(std::FILE* stream, std::uint64_t size) {
+    // Seeking would be no quicker over the few bytes of a record, and goes behind the end as well.
+    std::array<char, 4096> block; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    while (size > 0) {
+        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(size, block.size()));
+        if (std::fread(block.data(), 1, wanted, stream) < wanted) {
+            return false;
+        }
+        size -= wanted;
+    }
+    return true;
 }
 
 } // namespace consolidator

@@ -48,6 +48,12 @@ bool readText(std::FILE* stream, std::string& text);
 /// false; the whole pairs that came stay.
 bool readLocations(std::FILE* stream, std::uint32_t count, std::vector<LogicLocation>& locations);
 
+/// Each passes over what its namesake above reads: it takes as many bytes off the stream and
+/// returns the same, but keeps nothing.
+bool skipText(std::FILE* stream);
+bool skipLocations(std::FILE* stream, std::uint32_t count);
+bool skipBytes(std::FILE* stream, std::uint64_t size);
+
 /// Writes the count of the elements, then each one by writeOne(element), which returns the bytes
 /// that went out.
 template <typename Elements, typename WriteOne>

@@ -23,6 +23,13 @@ bool BreakableCondition::readFields(std::FILE* stream) {
     return kind != FileLine || (readNumber(stream, line) && readText(stream, file));
 }
 
+bool BreakableCondition::skip(std::FILE* stream) {
+    std::uint32_t kind = Start;
+    std::uint32_t line = 0;
+    return readNumber(stream, kind) && skipText(stream) &&
+           (kind != FileLine || (readNumber(stream, line) && skipText(stream)));
+}
+
 bool BreakableCondition::operator==(const BreakableCondition& other) const {
     return std::tie(kind, line, condition, file) ==
            std::tie(other.kind, other.line, other.condition, other.file);

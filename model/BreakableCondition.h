@@ -51,6 +51,10 @@ struct BreakableCondition {
     /// Writes the binary form and returns the number of bytes that went out; 0 for a null stream.
     std::uint32_t write(std::FILE* stream) const;
 
+    /// Passes over a record: reads as many bytes as reading it does and returns whether it would be
+    /// valid, but keeps nothing.
+    static bool skip(std::FILE* stream);
+
 private:
     bool readFields(std::FILE* stream);
 };

@@ -44,6 +44,12 @@ HardwareVariable HardwareVariable::read(std::FILE* stream) {
     return variable;
 }
 
+bool HardwareVariable::skip(std::FILE* stream) {
+    std::uint32_t count = 0;
+    return skipText(stream) && readNumber(stream, count) &&
+           skipLocations(stream, cappedLength(count));
+}
+
 bool HardwareVariable::readFields(std::FILE* stream) {
     std::uint32_t count = 0;
     if (!readText(stream, name) || !readNumber(stream, count)) {

@@ -57,6 +57,10 @@ struct HardwareVariable {
     /// holds what came before it.
     static HardwareVariable read(std::FILE* stream);
 
+    /// Passes over a record: reads as many bytes as reading it does and returns whether it would be
+    /// valid, but keeps nothing.
+    static bool skip(std::FILE* stream);
+
 private:
     bool readFields(std::FILE* stream);
 };

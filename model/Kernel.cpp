@@ -183,6 +183,20 @@ bool Kernel::read(std::FILE* stream) {
            readList(stream, readBram);
 }
 
+bool Kernel::skip(std::FILE* stream) {
+    if (stream == nullptr) {
+        return false;
+    }
+    std::uint32_t type = 0;
+    const auto text = [stream] { return skipText(stream); };
+    const auto variable = [stream] { return Variable::skip(stream); };
+    return skipText(stream) && readList(stream, text) && readNumber(stream, type) &&
+           readList(stream, variable) && readList(stream, variable) &&
+           readList(stream, [stream] { return HardwareVariable::skip(stream); }) &&
+           readList(stream, [stream] { return BreakableCondition::skip(stream); }) &&
+           readList(stream, text);
+}
+
 bool Kernel::readType(std::FILE* stream) {
     std::uint32_t type = 0;
     if (!readNumber(stream, type)) {

@@ -124,6 +124,9 @@ public:
     /// (not valid) included.
     bool read(std::FILE* stream);
 
+    /// Passes over a record: reads as many bytes as read() and returns the same, but keeps nothing.
+    static bool skip(std::FILE* stream);
+
 private:
     struct ByText {
         std::string_view operator()(const std::string& text) const { return text; }

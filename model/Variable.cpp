@@ -61,6 +61,15 @@ Variable Variable::read(std::FILE* stream) {
     return variable;
 }
 
+bool Variable::skip(std::FILE* stream) {
+    const auto skipInstance = [stream] {
+        std::uint32_t count = 0;
+        return readNumber(stream, count) && skipLocations(stream, count);
+    };
+    return skipText(stream) && skipText(stream) && skipText(stream) &&
+           readList(stream, skipInstance);
+}
+
 bool Variable::readFields(std::FILE* stream) {
     std::uint32_t instances = 0;
     if (!readText(stream, sourceName) || !readText(stream, hardwareName) ||

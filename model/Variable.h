@@ -55,6 +55,10 @@ struct Variable {
     /// holds what came before it.
     static Variable read(std::FILE* stream);
 
+    /// Passes over a record: reads as many bytes as reading it does and returns whether it would be
+    /// valid, but keeps nothing.
+    static bool skip(std::FILE* stream);
+
 private:
     bool readFields(std::FILE* stream);
 };

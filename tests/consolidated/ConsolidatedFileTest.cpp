@@ -120,6 +120,57 @@ TEST_F(Opening, ForADumpReadsTheFileAndLeavesIt) {
     EXPECT_EQ(directory_.read("db.bin"), content);
 }
 
+/// Sections in every order that matters: what is behind the last project name, before it, and
+/// between two of them, whole and not.
+std::vector<std::string> databasesToDumpFrom() {
+    const std::string kernels = list({record({.name = "k", .brams = {"b"}}), record({})});
+    const std::string blob(70, 'd');
+    return {
+        DatabaseBuilder().section(0, "demo").section(1, blob).section(2, kernels).bytes(),
+        DatabaseBuilder().section(2, kernels).section(0, "demo").section(1, blob).bytes(),
+        DatabaseBuilder().section(0, "a").section(2, kernels).section(0, "b").bytes(),
+        DatabaseBuilder().section(0, "a").section(2, u32(3) + kernels).section(0, "b").bytes(),
+        DatabaseBuilder().section(1, blob).section(3, "json").section(0, "demo").bytes(),
+        DatabaseBuilder().section(0, "a").section(7, "").section(0, "b").bytes(),
+        DatabaseBuilder().section(1, blob).section(2, kernels).bytes(),
+        header(3) + entry(0, 88, 1) + entry(1, 88, 200000) + entry(0, 89, 1) + "ab",
+        header(3) + entry(0, 88, 1) + entry(2, 1000, 5) + entry(0, 89, 1) + "ab",
+        header(3) + entry(2, 88, 8) + entry(0, 88, largest) + entry(0, 89, 1) + u32(0),
+    };
+}
+
+TEST_F(Opening, ForADumpFindsTheProjectThatReadingFindsAndKeepsNoPayload) {
+    for (const std::string& whole : databasesToDumpFrom()) {
+        for (std::size_t length = 0; length <= whole.size(); ++length) {
+            read(whole.substr(0, length));
+            ConsolidatedFile dumped;
+            ASSERT_TRUE(dumped.open(directory_.path("db.bin"), false, true));
+            EXPECT_EQ(dumped.project(), file_.project());
+            EXPECT_EQ(dumped.header().majorVersion, file_.header().majorVersion);
+            EXPECT_EQ(dumped.sections().size(), file_.sections().size());
+            EXPECT_EQ(dumped.dwarf(), std::nullopt);
+            EXPECT_THAT(dumped.kernels(), IsEmpty());
+        }
+    }
+}
+
+TEST_F(Opening, ForADumpStopsWhereReadingStopsOnOverlappingSections) {
+    for (const std::uint32_t count : {1U, 3U, 60U, 61U, 70U, 80U, 200U}) {
+        // Each section is the blob, behind whose last one the project gets another name.
+        const std::string blob(1100, 'd');
+        const std::uint32_t payload = 16 + 24 * (count + 1);
+        std::string content = header(count + 1);
+        for (std::uint32_t i = 0; i < count; ++i) {
+            content += entry(1, payload, 1100);
+        }
+        content += entry(0, payload, 1) + blob;
+        read(content);
+        ConsolidatedFile dumped;
+        ASSERT_TRUE(dumped.open(directory_.path("db.bin"), false, true));
+        EXPECT_EQ(dumped.project(), file_.project()) << count;
+    }
+}
+
 TEST_F(Opening, InCreateModeEmptiesTheFileWithoutReadingIt) {
     const std::string path =
         directory_.write("db.bin", DatabaseBuilder().section(0, "demo").version(2, 7).bytes());
@@ -696,6 +747,33 @@ TEST_F(Dumping, CopiesTheSectionOfTheGivenType) {
                                         std::pair(SectionType::Dwarf, std::string())}) {
         file_.dumpSection(type, directory_.path("out"));
         EXPECT_EQ(directory_.read("out"), payload);
+    }
+}
+
+TEST_F(Dumping, CopiesSectionsOfAnySize) {
+    for (const std::size_t size : {0, 1, 4096, 262143, 262144, 262145, 600000}) {
+        std::string payload(size, 'j');
+        for (std::size_t i = 0; i < size; i += 1000) {
+            payload[i] = static_cast<char>(i / 1000);
+        }
+        const std::string path =
+            directory_.write("db.bin", DatabaseBuilder().section(3, payload).bytes() + "behind");
+        ConsolidatedFile file;
+        ASSERT_TRUE(file.open(path, false, true));
+        file.dumpSection(SectionType::KernelJson, directory_.path("out"));
+        EXPECT_TRUE(directory_.read("out") == payload) << size;
+    }
+}
+
+TEST_F(Dumping, OfASectionThatReachesBehindTheEndGivesNothing) {
+    const std::string whole = DatabaseBuilder().section(3, std::string(600000, 'j')).bytes();
+    for (const std::size_t missing : {1, 300000, 600000}) {
+        directory_.write("db.bin", whole.substr(0, whole.size() - missing));
+        ConsolidatedFile file;
+        ASSERT_TRUE(file.open(directory_.path("db.bin"), false, true));
+        directory_.write("out", "before");
+        file.dumpSection(SectionType::KernelJson, directory_.path("out"));
+        EXPECT_EQ(directory_.read("out"), "") << missing;
     }
 }
 

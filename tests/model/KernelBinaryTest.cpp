@@ -135,6 +135,35 @@ TEST(KernelBinary, AFileThatRefusesEverythingTakesNothing) {
     EXPECT_EQ(sampleKernel().write(full.get()), 0U);
 }
 
+/// Reads one copy of the bytes and passes over another.
+void expectToSkipLikeReading(std::string_view bytes) {
+    const FileHandle toRead = fileWith(bytes);
+    const FileHandle toSkip = fileWith(bytes);
+    Kernel kernel;
+    EXPECT_EQ(Kernel::skip(toSkip.get()), kernel.read(toRead.get()));
+    EXPECT_EQ(std::ftell(toSkip.get()), std::ftell(toRead.get()));
+}
+
+TEST(KernelBinary, SkippingGoesAsFarAsReadingWhereverTheRecordIsCutOff) {
+    const std::string whole = sampleRecord() + "behind";
+    for (std::size_t length = 0; length <= whole.size(); ++length) {
+        expectToSkipLikeReading(std::string_view(whole).substr(0, length));
+    }
+}
+
+TEST(KernelBinary, SkippingGoesAsFarAsReadingWhateverNumberIsDamaged) {
+    const std::string whole = sampleRecord() + record({}) + std::string(20000, '\0');
+    for (std::size_t i = 0; i + 4 <= sampleRecord().size(); ++i) {
+        for (const std::uint32_t number : {0U, 1U, 2U, 3U, 5000U, largest - 1, largest}) {
+            expectToSkipLikeReading(std::string(whole).replace(i, 4, u32(number)));
+        }
+    }
+}
+
+TEST(KernelBinary, SkippingWithoutAStreamFails) {
+    EXPECT_FALSE(Kernel::skip(nullptr));
+}
+
 TEST(KernelBinary, ReadingTakesBackWhatWasWritten) {
     const FileHandle file = fileWith(sampleRecord());
     Kernel read;
