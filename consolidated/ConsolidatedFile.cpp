@@ -5,10 +5,10 @@
 #include "model/JsonText.h"
 
 #include <algorithm>
-#include <array>
 #include <exception>
 #include <limits>
 #include <locale>
+#include <map>
 #include <new>
 #include <stdio_ext.h>
 #include <tuple>
@@ -28,15 +28,14 @@ constexpr std::int32_t largestPosition = std::numeric_limits<std::int32_t>::max(
 constexpr std::uint32_t mostEntries =
     (largestPosition - sizeof(ConsolidatedFile::Header)) / sizeof(SectionEntry) - 3;
 
-// Sections of a damaged file may overlap, and its table may name one place a million times. What
-// all its sections together may have is more than any whole file needs, and little enough that a
-// small file cannot keep a run busy or fill its memory.
-constexpr std::uint64_t readingAllowance = std::uint64_t{64} * 1024;
-constexpr std::uint64_t readingsOfFile = 4;
+/// Sections of a damaged file may overlap, and its table may name one place a million times. All
+/// its sections together may have as many bytes as the file and so many more.
+constexpr std::uint64_t overlapAllowance = std::uint64_t{64} * 1024;
 
-// Every section of a kind is written with the same content. Project names repeat by design, one a
-// run; other kinds only in files that were made by hand or damaged.
-constexpr std::size_t mostRepeats = 16;
+/// Every section of a kind is written with the same content. Project names repeat by design, one a
+/// run; other kinds only in files that were made by hand or damaged, where repeating them each time
+/// would double the file with every run. Further sections are written while their kind holds less
+/// than this.
 constexpr std::uint64_t repeatAllowance = std::uint64_t{1024} * 1024;
 
 /// A dump copies so many bytes at a time.
@@ -56,29 +55,10 @@ std::uint64_t sizeOf(std::FILE* file) {
     return static_cast<std::uint64_t>(std::max(0L, std::ftell(file)));
 }
 
-/// Counts the sections of each kind that are written.
-class WrittenSections {
-public:
-    /// Whether one more of the entry's kind may follow.
-    bool haveRoomFor(const SectionEntry& entry) const {
-        return entry.type >= kinds_.size() || kinds_[entry.type].count < mostRepeats ||
-               kinds_[entry.type].bytes < repeatAllowance;
-    }
-
-    void add(const SectionEntry& entry) {
-        if (entry.type < kinds_.size()) {
-            ++kinds_[entry.type].count;
-            kinds_[entry.type].bytes += entry.size;
-        }
-    }
-
-private:
-    struct Kind {
-        std::size_t count = 0;
-        std::uint64_t bytes = 0;
-    };
-    std::array<Kind, 4> kinds_; ///< By SectionType; sections of other types have no payload.
-};
+/// Sections of other types are kept in the table, without a payload.
+bool hasPayload(const SectionEntry& entry) {
+    return entry.type <= static_cast<std::uint32_t>(SectionType::KernelJson);
+}
 
 } // namespace
 
@@ -133,7 +113,7 @@ std::size_t ConsolidatedFile::sectionsToRead() const {
 }
 
 bool ConsolidatedFile::readSections(std::FILE* file) {
-    std::uint64_t left = readingAllowance + readingsOfFile * sizeOf(file);
+    std::uint64_t left = overlapAllowance + sizeOf(file);
     const std::size_t count = sectionsToRead();
     for (std::size_t i = 0; i < sections_.size(); ++i) {
         SectionEntry& entry = sections_[i];
@@ -264,11 +244,12 @@ void ConsolidatedFile::write() {
         sections_.push_back(SectionEntry::make(SectionType::KernelData, 0));
     }
     seek(stream_.get(), tableOffset + sizeof(SectionEntry) * sections_.size());
-    WrittenSections written;
+    std::map<std::uint32_t, std::uint64_t> written; // bytes of each kind
     std::vector<SectionEntry> kept;
     for (SectionEntry& entry : sections_) {
-        if (written.haveRoomFor(entry) && writeSection(entry)) {
-            written.add(entry);
+        std::uint64_t& bytes = written[entry.type];
+        if (bytes < repeatAllowance && writeSection(entry)) {
+            bytes += hasPayload(entry) ? entry.size : 0;
             kept.push_back(entry);
         }
     }
@@ -334,6 +315,10 @@ void ConsolidatedFile::writeKernels(SectionEntry& entry) {
 }
 
 void ConsolidatedFile::writeJson(SectionEntry& entry) {
+    entry.size = 0;
+    if (jsonGivenUp_) {
+        return; // it would not go out this time either
+    }
     kernels_.changeEach([](Kernel& kernel) { kernel.translateConditions(); });
     FileBuffer buffer(stream_.get(), largestPosition - entry.offset);
     std::ostream json(&buffer);
@@ -346,7 +331,6 @@ void ConsolidatedFile::writeJson(SectionEntry& entry) {
         return;
     }
     // Half a document is none. The kernel data, which nothing else can replace, gets its place.
-    entry.size = 0;
     __fpurge(stream_.get()); // what could not be written would stand in the way of going back
     seek(stream_.get(), entry.offset);
     jsonGivenUp_ = true;

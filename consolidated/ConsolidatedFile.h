@@ -48,10 +48,10 @@ namespace consolidator {
 /// sections that would begin beyond are left out with their entries.
 ///
 /// What a damaged or hostile file costs is bounded by its size: reading ends, as at any damage,
-/// when the sections together have been more than four times the file's size and 64 KiB, which only
-/// overlapping ones can be. When it is written again, each kind of section comes at most 16 times,
-/// and more often only while the sections of the kind hold less than 1 MiB; entries beyond that
-/// leave a gap between the table and the first payload.
+/// when the sections together have been 64 KiB longer than the file, which only overlapping ones
+/// can be. When it is written again, a kind of section is repeated only while its sections hold
+/// less than 1 MiB; entries beyond that go, and leave a gap between the table and the first
+/// payload.
 class ConsolidatedFile {
 public:
     /// The first 16 bytes of the file.

@@ -8,6 +8,7 @@
 #include "readers/HierarchyFile.h"
 #include "readers/KernelFile.h"
 #include "readers/LLFile.h"
+#include "readers/LocationBudget.h"
 
 #include <cstdint>
 #include <ostream>
@@ -64,10 +65,13 @@ void addAll(ConsolidatedFile& database, const std::vector<std::string>& paths, s
 /// Logic locations are matched against a copy of the project's kernels, which is merged back.
 void addLogicLocations(ConsolidatedFile& database, const std::vector<std::string>& paths,
                        std::ostream& err) {
+    LocationBudget budget; // one for all files of the run
     for (const std::string& path : paths) {
         LLFile reader(path, err);
         reader.setKernels(database.kernels());
+        reader.setBudget(budget);
         database.addInputFile(reader);
+        budget = reader.budget();
     }
 }
 

@@ -107,8 +107,11 @@ RAMFile::Owners RAMFile::ownersOf(std::string_view name) {
                 owners.first = std::min(owners.first, kernel);
                 ++owners.count;
             }
+            if (!isKept) {
+                return false;
+            }
         }
-        return isKept;
+        return true;
     });
     return owners;
 }

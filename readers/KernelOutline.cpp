@@ -80,30 +80,25 @@ void KernelOutline::addArgument() {
     const std::size_t before = kernel_.arguments().size();
     kernel_.addArgument(source, port, argumentType_.value);
     if (kernel_.arguments().size() > before) {
-        kernelCarries_ +=
-            bytesPerArgument + source.size() + port.size() + argumentType_.value.size();
-        checkCarried();
+        ownBytes_ += bytesPerArgument + source.size() + port.size() + argumentType_.value.size();
     }
     argumentName_ = {};
     argumentType_ = {};
 }
 
 void KernelOutline::addKernel() {
-    checkCarried();
-    carried_ += kernelCarries_;
+    carried_ += carriedBytes_;
+    if (carried_ > mostCarried) {
+        throw lmx60::Refusal("its kernels would take over more than " +
+                             std::to_string(mostCarried >> 20U) +
+                             " MiB of arguments from those before them");
+    }
+    carriedBytes_ += std::exchange(ownBytes_, 0);
     kernel_.setName(kernelName_.value);
     kernel_.addBreakableCondition(BreakableCondition::Start, startCondition);
     kernel_.addBreakableCondition(BreakableCondition::Stop, stopCondition);
     kernels_.push_back(kernel_);
     kernelName_ = {};
-}
-
-void KernelOutline::checkCarried() const {
-    if (carried_ + kernelCarries_ > mostCarried) {
-        throw lmx60::Refusal("its kernels, each with the arguments of those before it, would take "
-                             "more than " +
-                             std::to_string(mostCarried >> 20U) + " MiB");
-    }
 }
 
 } // namespace consolidator

@@ -16,10 +16,9 @@ namespace consolidator {
 /// the records there is only ever one kernel and one argument in memory.
 class KernelOutline {
 public:
-    /// So many bytes may the records of one document hold: each counts `bytesPerRecord`, and each
-    /// argument in it, its own or an earlier kernel's, `bytesPerArgument` and its three texts.
+    /// So many bytes may the kernels of one document take over from earlier ones, which grows with
+    /// the square of the document: each argument counts `bytesPerArgument` and its three texts.
     static constexpr std::uint64_t mostCarried = std::uint64_t{256} << 20U;
-    static constexpr std::uint64_t bytesPerRecord = 512;
     static constexpr std::uint64_t bytesPerArgument = 128;
 
     /// `reservedWords` gives arguments their source names and must outlive this object.
@@ -41,14 +40,14 @@ private:
 
     void addArgument();
     void addKernel();
-    void checkCarried() const;
 
     const HdlReservedWords& reservedWords_;
     std::vector<Kernel> kernels_;
-    std::uint64_t carried_ = 0; ///< What `kernels_` hold.
+    std::uint64_t carried_ = 0; ///< What `kernels_` have taken over.
 
     Kernel kernel_; ///< One for all, so that each has the arguments of those before it.
-    std::uint64_t kernelCarries_ = bytesPerRecord;
+    std::uint64_t ownBytes_ = 0;     ///< Of the arguments that it got from the open kernel,
+    std::uint64_t carriedBytes_ = 0; ///< and from those before.
 
     // The attributes of the element that is open. Empty in between.
     lmx60::Attribute<std::string> kernelName_;

@@ -158,22 +158,23 @@ void LLFile::addToOwners() {
     for (const std::uint32_t owner : owners) {
         Kernel& kernel = kernels_[owner];
         const bool isFurther = !registers.empty();
-        if ((isFurther && !mayShare()) ||
-            !mayLeaveEmpty(kernel.emptyBitsBefore(bit_.net, bit_.number))) {
+        if (isFurther && !mayShare()) {
             return;
+        }
+        if (!mayLeaveEmpty(kernel.emptyBitsBefore(bit_.net, bit_.number))) {
+            continue;
         }
         const std::size_t registersBefore = kernel.hardwareVariables().size();
         const std::size_t position =
             kernel.addHardwareLocation(bit_.net, bit_.number, bit_.address, bit_.offset);
-        if (isFurther) {
-            budget_.shareLocation();
-            if (kernel.hardwareVariables().size() > registersBefore) {
-                budget_.shareRegister(bit_.net.size());
-            }
+        if (isFurther && kernel.hardwareVariables().size() > registersBefore) {
+            budget_.shareRegister(bit_.net.size());
         }
         registers.push_back({owner, static_cast<std::uint32_t>(position)});
     }
-    knownNets_->add(bit_.net, registers); // all of them: nothing was skipped
+    if (registers.size() == owners.size()) {
+        knownNets_->add(bit_.net, registers);
+    }
 }
 
 void LLFile::addToRegisters(std::span<const KnownNets::Place> registers) {
@@ -181,13 +182,13 @@ void LLFile::addToRegisters(std::span<const KnownNets::Place> registers) {
     for (const auto& [owner, position] : registers) {
         Kernel& kernel = kernels_[owner];
         const HardwareVariable& variable = kernel.hardwareVariables()[position];
-        if ((isFurther && !mayShare()) || !mayLeaveEmpty(variable.emptyBitsBefore(bit_.number))) {
+        if (isFurther && !mayShare()) {
             return;
         }
-        kernel.setHardwareLocation(position, bit_.number, bit_.address, bit_.offset);
-        if (isFurther) {
-            budget_.shareLocation();
+        if (!mayLeaveEmpty(variable.emptyBitsBefore(bit_.number))) {
+            continue;
         }
+        kernel.setHardwareLocation(position, bit_.number, bit_.address, bit_.offset);
         isFurther = true;
     }
 }
@@ -207,6 +208,7 @@ bool LLFile::mayShare() {
             "one get it");
         return false;
     }
+    budget_.shareLocation();
     return true;
 }
 

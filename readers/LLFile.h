@@ -63,8 +63,10 @@ public:
     /// before parse().
     void setKernels(std::vector<Kernel> kernels) { kernels_ = std::move(kernels); }
 
-    /// Gives the reader another budget than the usual one. To be called before parse().
+    /// Gives the reader another budget than a fresh one, for example what another file has left. To
+    /// be called before parse().
     void setBudget(const LocationBudget& budget) { budget_ = budget; }
+    const LocationBudget& budget() const { return budget_; }
 
     /// Adds the locations of the nets that belong to the kernels. Fails in silence when the file is
     /// not open or cannot be read, and on a line that is too long or begins with another word than

@@ -1,4 +1,4 @@
-// How much a logic-location file may make of little.
+// How much the logic-location files of a run may make of little.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 namespace consolidator {
 
-/// What one file may still add to a database beyond what its own bytes pay for.
+/// What the files of a run may still add to a database beyond what their own bytes pay for.
 ///
 /// There are two ways to make gigabytes out of a small file, and real files use neither. A line for
 /// a high bit of a register adds pairs of zeros for all the bits below that no line names. And a

@@ -465,12 +465,12 @@ TEST_F(Reading, TakesSectionsThatOverlapAsOftenAsTheyAreNamed) {
     EXPECT_THAT(namesOf(file_.kernels()), ElementsAre("a", "b", "a", "b", "a", "b"));
 }
 
-// The file has 16 + 24 * 1000 + 100,000 bytes: 4 times that and 65,536 are 561,600 bytes, which the
-// sixth section exceeds.
-TEST_F(Reading, StopsWhenOverlappingSectionsAddUpToManyTimesTheFile) {
+// The file has 16 + 24 * 1000 + 100,000 bytes: with 65,536 more they are 189,552 bytes, which the
+// second section exceeds.
+TEST_F(Reading, StopsWhenOverlappingSectionsAddUpToMoreThanTheFile) {
     const std::string record100k = record({.name = std::string(100'000 - 36, 'n')});
     EXPECT_FALSE(read(overlapping(2, 1000, u32(1) + record100k)));
-    EXPECT_THAT(file_.kernels(), SizeIs(6));
+    EXPECT_THAT(file_.kernels(), SizeIs(2));
     EXPECT_THAT(file_.sections(), SizeIs(1000));
 }
 
@@ -680,41 +680,66 @@ TEST_F(Writing, OfAJsonTextThatDoesNotGoOutMakesItsSizeZero) {
     EXPECT_EQ(file_.sections()[0].size, 0U);
 }
 
-/// The sections that are left of 2,000 with this project name when the file is written again.
+/// The sections that are left of 2,001 with a project name of this length when the file is written
+/// again.
 std::size_t namesWritten(std::size_t length) {
     const TemporaryDirectory directory;
-    const std::string content = overlapping(0, 2000, std::string(length, 'p'));
+    const std::string content = overlapping(0, 2000, "");
     ConsolidatedFile file;
     EXPECT_TRUE(file.open(directory.write("db.bin", content), false, false));
+    file.setProject(std::string(length, 'p'));
     file.write();
     EXPECT_EQ(file.sections().back().type, 3U);
     return file.sections().size() - 1;
 }
 
 TEST_F(Writing, RepeatsASectionWhileItsKindHoldsLessThanAMebibyte) {
-    EXPECT_EQ(namesWritten(20), 2000U);
+    EXPECT_EQ(namesWritten(20), 2001U);
     EXPECT_EQ(namesWritten(1000), 1049U);
-}
-
-TEST_F(Writing, RepeatsASectionSixteenTimesHoweverLongItIs) {
-    EXPECT_EQ(namesWritten(100'000), 16U);
+    EXPECT_EQ(namesWritten(1'048'575), 2U);
+    EXPECT_EQ(namesWritten(1'048'576), 1U);
 }
 
 TEST_F(Writing, LeavesNoEntryForASectionThatIsNotRepeated) {
     DatabaseBuilder database;
-    for (int i = 0; i < 17; ++i) {
-        database.section(2, kernelData({std::string(70'000, 'n')}));
+    for (int i = 0; i < 3; ++i) {
+        database.section(2, kernelData({std::string(400'000, 'n')}));
     }
     const std::string path = directory_.write("db.bin", database.bytes());
     {
         ConsolidatedFile file;
         EXPECT_TRUE(file.open(path, false, false));
-        EXPECT_THAT(file.kernels(), SizeIs(17));
-        file.write();
-        EXPECT_EQ(file.header().sectionCount, 17U); // 16 of them, and JSON
+        EXPECT_THAT(file.kernels(), SizeIs(3));
+        file.write(); // the first section has all three kernels, more than a mebibyte
+        EXPECT_EQ(file.header().sectionCount, 2U);
+        EXPECT_EQ(file.sections()[0].offset, 16U + 24 * 4); // where the table of four would end
     }
     EXPECT_TRUE(file_.readExisting(path));
-    EXPECT_THAT(file_.kernels(), SizeIs(16 * 17));
+    EXPECT_THAT(file_.kernels(), SizeIs(3));
+}
+
+TEST_F(Writing, KeepsEveryEntryOfAnUnknownTypeWhateverItsSize) {
+    const std::string content =
+        header(3) + entry(4, 88, 9'000'000) + entry(4, 88, 9'000'000) + entry(5, 88, 9'000'000);
+    ConsolidatedFile file;
+    EXPECT_TRUE(file.open(directory_.write("db.bin", content), false, false));
+    file.write();
+    EXPECT_THAT(file.sections(), SizeIs(4)); // and JSON
+}
+
+// A thousand documents of 40 MB each would take minutes.
+TEST_F(Writing, RendersNoMoreJsonOnceItDoesNotGoOut) {
+    Kernel kernel = kernelNamed("k");
+    kernel.addHardwareLocation("/top/k/n", 4'000'000, 1, 2);
+    const std::string content = overlapping(3, 1000, "");
+    ASSERT_FALSE(file_.readExisting(directory_.path("none")));
+    ASSERT_TRUE(file_.readExisting(directory_.write("db.bin", content)));
+    ASSERT_TRUE(file_.open("/dev/full", true, false));
+    file_.mergeKernel(kernel);
+    file_.write();
+    for (const SectionEntry& section : file_.sections()) {
+        EXPECT_TRUE(section.type != 3 || section.size == 0);
+    }
 }
 
 TEST_F(Writing, ReadsBackWhatItWrote) {

@@ -226,7 +226,7 @@ TEST(LineCountingBuffer, KnowsTheLineWhereverANewlineStandsInABlock) {
 
 TEST(LineCountingBuffer, KnowsEveryLineOfALongText) {
     std::string content;
-    for (int i = 1; i <= 30000; ++i) {
+    for (int i = 1; i <= 100000; ++i) {
         content += "line " + std::to_string(i) + "\n";
     }
     ASSERT_GT(content.size(), 4 * block);

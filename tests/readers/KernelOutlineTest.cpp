@@ -135,17 +135,17 @@ TEST(KernelOutline, MeetsAllKindsOfDocuments) {
     EXPECT_LT(damagedAccepted, 200U);
 }
 
-// The limit: 256 kernels, each of which takes the first one's only argument over, are 1 MiB each.
+// The limit: each kernel behind the first one takes its only argument over, which is 1 MiB.
 
 constexpr std::size_t mebibyte = std::size_t{1} << 20U;
 
 const std::string beginning = "<project><platform><device><core>\n";
 const std::string end = "</core></device></platform></project>\n";
 
-/// The kernel of an argument with which it counts as 1 MiB, on one line.
+/// The kernel of an argument that counts as 1 MiB, on one line.
 std::string bigKernel() {
-    // 512 for the kernel, 128 for the argument, 2 for its two names.
-    const std::string type(mebibyte - 512 - 128 - 2, 't');
+    // 128 for the argument, 2 for its two names.
+    const std::string type(mebibyte - 128 - 2, 't');
     return "<kernel><arg name=\"n\" type=\"" + type + "\"/></kernel>\n";
 }
 
@@ -181,38 +181,39 @@ void expectTooLarge(const std::string& document, std::uint64_t line) {
 }
 
 TEST(KernelOutline, TakesAllThatTheLimitAllows) {
-    const Limited result = readLimited(beginning + bigKernel() + smallKernels(255) + end);
+    const Limited result = readLimited(beginning + bigKernel() + smallKernels(256) + end);
     EXPECT_TRUE(result.succeeded) << result.stop.text;
-    EXPECT_EQ(result.kernels, 256U);
+    EXPECT_EQ(result.kernels, 257U);
 }
 
 TEST(KernelOutline, RefusesADocumentAtTheKernelThatIsTooMuch) {
     // The first kernel stands on line 2, and what comes behind the last one is never read.
-    const std::string tooMuch = beginning + bigKernel() + smallKernels(256);
-    expectTooLarge(tooMuch + end, 258);
-    expectTooLarge(tooMuch + smallKernels(1000) + "<damaged", 258);
+    const std::string tooMuch = beginning + bigKernel() + smallKernels(257);
+    expectTooLarge(tooMuch + end, 259);
+    expectTooLarge(tooMuch + smallKernels(1000) + "<damaged", 259);
 }
 
-TEST(KernelOutline, RefusesADocumentAtTheArgumentThatIsTooMuch) {
-    expectTooLarge(beginning + bigKernel() + smallKernels(254) +
-                       "<kernel>\n<arg name=\"n\"/>\n<arg name=\"m\"/>\n</kernel>" + end,
-                   259);
+TEST(KernelOutline, CountsNeitherKernelsNorTheirOwnArguments) {
+    EXPECT_TRUE(readLimited(beginning + smallKernels(600'000) + end).succeeded);
+    EXPECT_TRUE(readLimited(beginning + bigKernel() + smallKernels(255) +
+                            "<kernel><arg name=\"m\"/></kernel>" + end)
+                    .succeeded);
 }
 
 TEST(KernelOutline, CountsBothNamesOfAnArgument) {
     const auto documentWith = [](const std::string& name) {
-        // 512 + 128 and two names, four times as the kernels are four.
-        return beginning + "<kernel><arg name=\"" + name + "\"/></kernel>\n" + smallKernels(3) +
+        // 128 and two names, four times as four kernels take them over.
+        return beginning + "<kernel><arg name=\"" + name + "\"/></kernel>\n" + smallKernels(4) +
                end;
     };
-    const std::size_t fits = (64 * mebibyte - 512 - 128) / 2;
+    const std::size_t fits = (64 * mebibyte - 128) / 2;
     EXPECT_TRUE(readLimited(documentWith(std::string(fits, 'n'))).succeeded);
-    expectTooLarge(documentWith(std::string(fits + 1, 'n')), 5);
+    expectTooLarge(documentWith(std::string(fits + 1, 'n')), 6);
 }
 
 TEST(KernelOutline, DoesNotCountArgumentsThatAreKnown) {
     const std::string known = repeated("<arg name=\"n\" type=\"other\"/>", 1000);
-    const std::string kernels = bigKernel() + "<kernel>" + known + "</kernel>" + smallKernels(254);
+    const std::string kernels = bigKernel() + "<kernel>" + known + "</kernel>" + smallKernels(255);
     EXPECT_TRUE(readLimited(beginning + kernels + end).succeeded);
 }
 

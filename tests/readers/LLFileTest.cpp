@@ -896,7 +896,17 @@ TEST(LLFile, CountsTheEmptyBitsOfEachKernel) {
     EXPECT_EQ(registersOf(reading.kernels.at(0)), usualRegister({{0, 0}, {0, 0}, place}));
     EXPECT_THAT(registersOf(reading.kernels.at(1)), IsEmpty());
     EXPECT_THAT(registersOf(reading.kernels.at(2)), IsEmpty());
-    EXPECT_THAT(reading.diagnostic.remarks(), ElementsAre(remarkAt(1, "bit 2 of ")));
+    EXPECT_THAT(reading.diagnostic.remarks(),
+                ElementsAre(remarkAt(1, "bit 2 of "), remarkAt(1, "bit 2 of ")));
+}
+
+TEST(LLFile, SkipsOnlyTheKernelWhoseRegisterIsTooShort) {
+    Kernel longer = usual;
+    longer.addHardwareLocation("/top/k_1/state_r", 2, 7, 7);
+    const Reading reading =
+        readWithin(LocationBudget(1, noLimit), bitOf("top/k_1/state_r[2]"), {usual, longer});
+    EXPECT_THAT(registersOf(reading.kernels.at(0)), IsEmpty());
+    EXPECT_EQ(registersOf(reading.kernels.at(1)), usualRegister({{0, 0}, {0, 0}, place}));
 }
 
 TEST(LLFile, CountsTheBitsThatARegisterOfTheKernelHas) {
