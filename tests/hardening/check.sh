@@ -13,7 +13,7 @@ missing=0
 
 # expect WHAT PATTERN, and what readelf tells on standard input
 expect() {
-    if grep --quiet --extended-regexp "$2" <<<"$(cat)"; then
+    if grep --quiet --extended-regexp "$2"; then
         echo "present: $1"
     else
         echo "MISSING: $1"
