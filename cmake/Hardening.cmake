@@ -3,17 +3,20 @@
 # program lies at another address in every run, with its tables of functions read-only.
 #
 # They are on the interface library consolidator_hardening, which our own targets link privately, so
-# that no other project is compiled with them. tests/hardening/check.sh looks for them in the program.
+# that no other project is compiled with them. A program of another project that takes in our sources
+# and links our static libraries is linked with the options for the linker, as privately linked
+# libraries pass those on; nothing that is installed carries any of them. tests/hardening/check.sh
+# looks for them in the program.
 
 include(CheckCXXCompilerFlag)
 include(CheckPIESupported)
 
 add_library(consolidator_hardening INTERFACE)
 
-# This variable makes the code independent of its position; linking it with -pie is up to CMake, which
-# only does it after this check.
+# This property makes the code of all that link the library independent of its position; linking it
+# with -pie is up to CMake, which only does it after this check.
 check_pie_supported(LANGUAGES CXX)
-set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set_target_properties(consolidator_hardening PROPERTIES INTERFACE_POSITION_INDEPENDENT_CODE ON)
 
 # CMake takes our libraries' code for that of shared ones, whose functions somebody may replace at run
 # time. Nobody does: calls inside a file may be resolved, and inlined, as ever.
