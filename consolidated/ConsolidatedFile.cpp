@@ -38,8 +38,12 @@ constexpr std::uint64_t overlapAllowance = std::uint64_t{64} * 1024;
 /// than this.
 constexpr std::uint64_t repeatAllowance = std::uint64_t{1024} * 1024;
 
+/// Records are small and many. More than this saves little, and makes blocks of JSON text, which
+/// are twice as large, go through the buffer in whole.
+constexpr std::size_t recordBuffer = std::size_t{32} * 1024;
+
 /// A dump copies so many bytes at a time.
-constexpr std::size_t copyBlock = std::size_t{256} * 1024;
+constexpr std::size_t copyBlock = std::size_t{128} * 1024;
 
 /// Goes to an offset from the start of the file. Offsets are signed 32-bit numbers: the higher
 /// half of a stored 64-bit offset is not looked at.
@@ -69,11 +73,15 @@ bool ConsolidatedFile::open(const std::string& path, bool create, bool dumpOnly)
         readExisting(path);
     }
     stream_ = openFile(path, dumpOnly ? "r" : "w");
+    if (!dumpOnly) {
+        setBuffer(stream_, recordBuffer);
+    }
     return stream_ != nullptr;
 }
 
 bool ConsolidatedFile::readExisting(const std::string& path) {
-    const FileHandle file = openFile(path, "r");
+    FileHandle file = openFile(path, "r");
+    setBuffer(file, recordBuffer);
     Header found;
     if (!file || std::fread(&found, sizeof found, 1, file.get()) != 1 ||
         found.magic != magicNumber) {

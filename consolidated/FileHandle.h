@@ -2,16 +2,22 @@
 #pragma once
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
 #include <memory>
 #include <new>
 #include <string>
+#include <vector>
 
 namespace consolidator {
 
 /// Closes a file for FileHandle.
 struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
+
+    /// What the file is read or written through, if it is not the library's own small buffer. It
+    /// must live until the file is closed.
+    std::vector<char> buffer;
 };
 
 /// Closes its file when it goes out of scope.
@@ -25,6 +31,15 @@ inline FileHandle openFile(const std::string& path, const char* mode) {
         throw std::bad_alloc();
     }
     return file;
+}
+
+/// Gives a file that was just opened a buffer of this size: a system call moves so many bytes.
+inline void setBuffer(FileHandle& file, std::size_t size) {
+    if (file) {
+        std::vector<char>& buffer = file.get_deleter().buffer;
+        buffer.resize(size);
+        std::setvbuf(file.get(), buffer.data(), _IOFBF, buffer.size());
+    }
 }
 
 } // namespace consolidator

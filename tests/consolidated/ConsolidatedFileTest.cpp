@@ -776,7 +776,7 @@ TEST_F(Dumping, CopiesTheSectionOfTheGivenType) {
 }
 
 TEST_F(Dumping, CopiesSectionsOfAnySize) {
-    for (const std::size_t size : {0, 1, 4096, 262143, 262144, 262145, 600000}) {
+    for (const std::size_t size : {0, 1, 4096, 131071, 131072, 131073, 600000}) {
         std::string payload(size, 'j');
         for (std::size_t i = 0; i < size; i += 1000) {
             payload[i] = static_cast<char>(i / 1000);
