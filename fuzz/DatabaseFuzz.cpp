@@ -121,12 +121,16 @@ std::vector<SectionEntry> writeAnew(const fuzz::MemoryFile& file, const Content&
     return database.sections();
 }
 
-/// Requires that both dumps of the file give the first section's bytes, or nothing at all.
+/// Requires that both dumps of the file give the first section's bytes, or nothing at all, and
+/// find the project that reading the whole file finds.
 void checkDumps(const fuzz::MemoryFile& file, fuzz::MemoryFile& output) {
     const std::string bytes = file.bytes();
+    ConsolidatedFile whole;
+    whole.readExisting(file.path());
     for (const SectionType type : {SectionType::Dwarf, SectionType::KernelJson}) {
         ConsolidatedFile database;
         fuzz::require(database.open(file.path(), false, true), "a file is opened for a dump");
+        fuzz::require(database.project() == whole.project(), "a dump finds the project");
         database.dumpSection(type, output.path());
         const auto& sections = database.sections();
         const auto entry = std::ranges::find_if(
