@@ -4,7 +4,7 @@
 //     bench_generate database FILE [SETTING=NUMBER]...                 to a file
 //
 // Settings: kernels, instances, variables, bits; for ll also with-net and of-kernels (percent) and
-// registers; for ll, xml and blob the length, mib.
+// registers, for xml arguments (percent); for ll, xml and blob the length, mib.
 
 #include "bench/LargeProject.h"
 #include "consolidated/ConsolidatedFile.h"
@@ -27,6 +27,7 @@ using namespace consolidator::bench;
 struct Settings {
     Shape shape;
     Lines lines;
+    std::uint32_t argumentShare = 10;
     std::uint32_t mebibytes = 1;
 
     /// False for a word that is no setting.
@@ -52,7 +53,8 @@ private:
         for (const Row& row : {Row{"kernels", shape.kernels}, Row{"instances", shape.instances},
                                Row{"variables", shape.variables}, Row{"bits", shape.bits},
                                Row{"with-net", lines.withNet}, Row{"of-kernels", lines.ofKernels},
-                               Row{"registers", lines.registers}, Row{"mib", mebibytes}}) {
+                               Row{"registers", lines.registers}, Row{"arguments", argumentShare},
+                               Row{"mib", mebibytes}}) {
             if (row.name == name) {
                 return &row.field;
             }
@@ -103,7 +105,7 @@ bool writeText(std::ostream& out, const std::string& kind, const Settings& setti
     } else if (kind == "ll") {
         writeLogicLocations(out, settings.shape, settings.lines, settings.bytes());
     } else if (kind == "xml") {
-        writeKernelXml(out, settings.bytes());
+        writeKernelXml(out, settings.argumentShare, settings.bytes());
     } else if (kind == "blob") {
         writeBlob(out, settings.bytes());
     } else {

@@ -146,9 +146,13 @@ void writeArgument(Text& text, std::uint32_t i) {
          << "dataWidth=\"512\" portType=\"addressable\" base=\"0x0\"/>\n"
          << "     <arg name=\"argument_" << i << "\" addressQualifier=\"1\" id=\"" << i
          << "\" port=\"port_" << i << "\" size=\"0x8\" offset=\"0x10\" hostOffset=\"0x0\" "
-         << "hostSize=\"0x8\" type=\"int*\"/>\n"
-         << "     <rtlPort name=\"signal_" << i << "\" object=\"argument_" << i
-         << "\" protocol=\"handshake\"/>\n";
+         << "hostSize=\"0x8\" type=\"int*\"/>\n";
+}
+
+void writeSignal(Text& text, std::uint32_t i) {
+    text << "     <module name=\"module_" << i << "\" instName=\"module_" << i
+         << "_U0\" type=\"leaf\">\n      <rtlPort name=\"signal_" << i << "\" object=\"value_" << i
+         << "\" protocol=\"handshake\"/>\n     </module>\n";
 }
 
 Kernel namedKernel(const Shape& shape, std::uint32_t number) {
@@ -198,13 +202,19 @@ void writeHls(std::ostream& out, const Shape& shape) {
     text << "End Function compute\n";
 }
 
-void writeKernelXml(std::ostream& out, std::uint64_t bytes) {
+void writeKernelXml(std::ostream& out, std::uint32_t argumentShare, std::uint64_t bytes) {
     Output text(out);
+    std::uint32_t arguments = 0;
     text << "<project name=\"large\">\n <platform vendor=\"none\" name=\"board\">\n"
             "  <device name=\"device\">\n   <core name=\"core\" target=\"hw\" type=\"clc\">\n"
             "    <kernel name=\"kernel_0\" language=\"c\" hash=\"0\">\n";
     for (std::uint32_t i = 0; text.isBelow(bytes); ++i) {
-        writeArgument(text, i);
+        // Two elements either way.
+        if (std::uint64_t{50} * arguments < std::uint64_t{argumentShare} * i) {
+            writeArgument(text, arguments++);
+        } else {
+            writeSignal(text, i);
+        }
     }
     text << "    </kernel>\n   </core>\n  </device>\n </platform>\n</project>\n";
 }

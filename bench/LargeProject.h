@@ -42,9 +42,10 @@ void writeHierarchy(std::ostream& out, const Shape& shape);
 /// kernels of a project have the same.
 void writeHls(std::ostream& out, const Shape& shape);
 
-/// A kernel description XML of one kernel, about as long as `bytes`. A third of its elements are
-/// arguments; the others (ports of the kernel and of its modules) are not used by the consolidator.
-void writeKernelXml(std::ostream& out, std::uint64_t bytes);
+/// A kernel description XML of one kernel, about as long as `bytes`: `argumentShare` percent of its
+/// elements are arguments, each with a port; the others are signals of modules. The consolidator
+/// takes only the arguments.
+void writeKernelXml(std::ostream& out, std::uint32_t argumentShare, std::uint64_t bytes);
 
 /// A logic-location file about as long as `bytes`, some 80 bytes a line.
 void writeLogicLocations(std::ostream& out, const Shape& shape, const Lines& lines,

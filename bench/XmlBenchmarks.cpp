@@ -18,7 +18,7 @@ namespace {
 
 std::string document() {
     std::ostringstream text;
-    writeKernelXml(text, std::uint64_t{4} * 1024 * 1024);
+    writeKernelXml(text, 10, std::uint64_t{4} * 1024 * 1024);
     return text.str();
 }
 
