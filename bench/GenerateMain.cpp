@@ -3,8 +3,8 @@
 //     bench_generate hierarchy|hls|ll|xml|blob [SETTING=NUMBER]...      to standard output
 //     bench_generate database FILE [SETTING=NUMBER]...                 to a file
 //
-// Settings: kernels, instances, variables, bits; for ll also with-net and of-kernels (percent) and
-// registers, for xml arguments (percent); for ll, xml and blob the length, mib.
+// Settings: kernels, instances, variables, bits, per-line; for ll also with-net and of-kernels
+// (percent) and registers, for xml arguments (percent); for ll, xml and blob the length, mib.
 
 #include "bench/LargeProject.h"
 #include "consolidated/ConsolidatedFile.h"
@@ -42,6 +42,12 @@ struct Settings {
         return error == std::errc() && stopped == end;
     }
 
+    /// Only shares and lengths may be 0: there must be something to choose from.
+    bool areUsable() const {
+        return shape.kernels > 0 && shape.instances > 0 && shape.variables > 0 && shape.bits > 0 &&
+               shape.perLine > 0 && lines.registers > 0;
+    }
+
     std::uint64_t bytes() const { return std::uint64_t{1024} * 1024 * mebibytes; }
 
 private:
@@ -50,11 +56,12 @@ private:
             std::string_view name;
             std::uint32_t& field;
         };
-        for (const Row& row : {Row{"kernels", shape.kernels}, Row{"instances", shape.instances},
-                               Row{"variables", shape.variables}, Row{"bits", shape.bits},
-                               Row{"with-net", lines.withNet}, Row{"of-kernels", lines.ofKernels},
-                               Row{"registers", lines.registers}, Row{"arguments", argumentShare},
-                               Row{"mib", mebibytes}}) {
+        for (const Row& row :
+             {Row{"kernels", shape.kernels}, Row{"instances", shape.instances},
+              Row{"variables", shape.variables}, Row{"bits", shape.bits},
+              Row{"per-line", shape.perLine}, Row{"with-net", lines.withNet},
+              Row{"of-kernels", lines.ofKernels}, Row{"registers", lines.registers},
+              Row{"arguments", argumentShare}, Row{"mib", mebibytes}}) {
             if (row.name == name) {
                 return &row.field;
             }
@@ -70,6 +77,10 @@ std::optional<Settings> settingsOf(std::span<const std::string> words) {
             std::cerr << "bench_generate: no setting: " << word << "\n";
             return std::nullopt;
         }
+    }
+    if (!settings.areUsable()) {
+        std::cerr << "bench_generate: only shares and lengths may be 0\n";
+        return std::nullopt;
     }
     return settings;
 }

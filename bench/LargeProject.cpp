@@ -192,10 +192,15 @@ void writeHls(std::ostream& out, const Shape& shape) {
     Output text(out);
     text << "Begin Function compute\n";
     for (std::uint32_t variable = 0; variable < shape.variables; ++variable) {
-        text << "RTL 1 state" << variable << " (state_" << variable << " == 1'b1)\n"
-             << "local variable_" << variable << "\n"
-             << "at: compute.cpp:" << variable + 1 << "\n"
-             << "reg: variable_" << variable << "_reg[" << shape.bits - 1 << ":0]\n"
+        const bool beginsLine = variable % shape.perLine == 0;
+        if (beginsLine) {
+            text << "RTL 1 state" << variable << " (state_" << variable << " == 1'b1)\n";
+        }
+        text << "local variable_" << variable << "\n";
+        if (beginsLine) {
+            text << "at: compute.cpp:" << variable + 1 << "\n";
+        }
+        text << "reg: variable_" << variable << "_reg[" << shape.bits - 1 << ":0]\n"
              << "end variable_" << variable << "_reg[" << shape.bits - 1 << ":0] " << shape.bits
              << "\n";
     }

@@ -26,6 +26,7 @@ struct Shape {
     std::uint32_t instances = 4;  ///< Per kernel.
     std::uint32_t variables = 40; ///< Per kernel.
     std::uint32_t bits = 32;      ///< Per register.
+    std::uint32_t perLine = 4;    ///< Variables of one source line, which has one condition.
 };
 
 /// What a logic-location file has.
@@ -38,8 +39,7 @@ struct Lines {
 /// The hierarchy metadata file.
 void writeHierarchy(std::ostream& out, const Shape& shape);
 
-/// The HLS metadata file of one kernel: a source line and a condition for each variable. All
-/// kernels of a project have the same.
+/// The HLS metadata file of one kernel. All kernels of a project have the same.
 void writeHls(std::ostream& out, const Shape& shape);
 
 /// A kernel description XML of one kernel, about as long as `bytes`: `argumentShare` percent of its
