@@ -77,25 +77,30 @@ bool isKnownMessage(const std::string& messages) {
 struct InputDamage : testing::Test {
     InputDamage() {
         NaiveDatabase database;
-        KnownKernel scale;
-        scale.name = "scale_rows";
-        scale.instancePaths = {"top/k_1", "top/k_2"};
-        scale.arguments = {{"n", "n_r", "int"}};
-        scale.variables = {{"sum", "sum_reg", "int"}};
         database.kernels = {scale, stated};
         good = database.write();
     }
 
     using Find = std::function<Found(const std::string&)>;
 
-    /// One run on every damage of a file. `name` is the file's, `other` the good file of this kind,
-    /// which states one kernel, and `find` runs the reader alone.
-    void expectGoodRuns(const std::string& option, const std::string& name,
-                        const std::string& bytes, const std::string& otherName,
-                        const std::string& other, const KnownKernel& otherKernel,
-                        const Find& find) {
-        const std::string path = run.directory.path(name);
-        const std::string otherPath = run.directory.write(otherName, other);
+    /// A file to be damaged, a good one of the same kind behind it, which states one kernel, and
+    /// how to run the reader alone.
+    struct Input {
+        std::string option;
+        std::string name;
+        std::string bytes;
+        std::vector<KnownKernel> kernels; ///< What the reader must find in the undamaged file.
+        std::string otherName;
+        std::string other;
+        KnownKernel otherKernel;
+        Find find;
+    };
+
+    /// One run on every damage of the file.
+    void expectGoodRuns(const Input& input) {
+        expectFoundUndamaged(input);
+        const std::string path = run.directory.path(input.name);
+        const std::string otherPath = run.directory.write(input.otherName, input.other);
         const auto check = [&](const std::string& what, const std::string& damaged) {
             if (HasFailure()) {
                 return; // one damage at a time
@@ -103,20 +108,30 @@ struct InputDamage : testing::Test {
             SCOPED_TRACE(what);
             run.begin(what);
             run.directory.write("db", good);
-            run.directory.write(name, damaged);
-            const Found found = find(path);
+            run.directory.write(input.name, damaged);
+            const Found found = input.find(path);
             EXPECT_TRUE(isKnownMessage(found.messages)) << found.messages;
             NaiveDatabase expected = NaiveDatabase::read(good);
             for (const KnownKernel& kernel : found.kernels) {
                 expected.merge(kernel);
             }
-            expected.merge(otherKernel);
-            run.expectRun({option, path, option, otherPath}, damaged.size(), 0, found.messages);
+            expected.merge(input.otherKernel);
+            run.expectRun({input.option, path, input.option, otherPath}, damaged.size(), 0,
+                          found.messages);
             run.expectDatabase(expected);
             run.expectAnotherRunToKeepAll();
         };
-        check("undamaged", bytes);
-        forEachDamage(bytes, 20000, check);
+        check("undamaged", input.bytes);
+        forEachDamage(input.bytes, 20000, check);
+    }
+
+    /// What is found in damaged files is the reader's own word; so what it finds in the whole one
+    /// is compared with what was written down by hand.
+    void expectFoundUndamaged(const Input& input) {
+        run.directory.write("db", good);
+        const Found found = input.find(run.directory.write(input.name, input.bytes));
+        EXPECT_EQ(knownKernelData(found.kernels), knownKernelData(input.kernels));
+        EXPECT_EQ(found.messages, "");
     }
 
     /// For readers that need to know the project's kernels.
@@ -139,6 +154,10 @@ struct InputDamage : testing::Test {
 
     DamagedRun run;
     KnownKernel stated = run.stated;
+    const KnownKernel scale{.name = "scale_rows",
+                            .instancePaths = {"top/k_1", "top/k_2"},
+                            .arguments = {{"n", "n_r", "int"}},
+                            .variables = {{"sum", "sum_reg", "int"}}};
     std::string good;
 };
 
@@ -156,8 +175,18 @@ TEST_F(InputDamage, Hierarchy) {
                               "type: c\n"
                               "instance path: top/b_1\n"
                               "histogram type: clc\n";
-    expectGoodRuns("-h", "damaged.hier", bytes, "other.hier", "other type: ip\n",
-                   {.name = "other", .type = 2}, foundIn<HierarchyFile>);
+    expectGoodRuns({.option = "-h",
+                    .name = "damaged.hier",
+                    .bytes = bytes,
+                    .kernels = {{.name = "scale_rows",
+                                 .instancePaths = {"top/k_1", "top/region_0/k_3"},
+                                 .type = 4},
+                                {.name = "blend", .instancePaths = {"top/b_1"}, .type = 1},
+                                {.name = "histogram", .type = 0}},
+                    .otherName = "other.hier",
+                    .other = "other type: ip\n",
+                    .otherKernel = {.name = "other", .type = 2},
+                    .find = foundIn<HierarchyFile>});
 }
 
 TEST_F(InputDamage, KernelDescription) {
@@ -172,10 +201,23 @@ TEST_F(InputDamage, KernelDescription) {
         "</core></device></platform></project>\n";
     const std::string other = "<project><platform><device><core><kernel name=\"other\"/>"
                               "</core></device></platform></project>";
-    KnownKernel kernel;
-    kernel.name = "other";
-    kernel.conditions = {{0, "== $i/kc_start 1'b1"}, {1, "== $i/kc_done 1'b1"}};
-    expectGoodRuns("-k", "damaged.xml", bytes, "other.xml", other, kernel, foundIn<KernelFile>);
+    const std::vector<KnownCondition> conditions = {{0, "== $i/kc_start 1'b1"},
+                                                    {1, "== $i/kc_done 1'b1"}};
+    const KnownVariable input{"input", "input_r", "int*"};
+    const KnownVariable gain{"gain", "gain", "float"};
+    expectGoodRuns(
+        {.option = "-k",
+         .name = "damaged.xml",
+         .bytes = bytes,
+         // A kernel has the arguments of those before it, too.
+         .kernels = {{.name = "scale_rows", .arguments = {input, gain}, .conditions = conditions},
+                     {.name = "a&b",
+                      .arguments = {input, gain, {"A", "A", "char"}},
+                      .conditions = conditions}},
+         .otherName = "other.xml",
+         .other = other,
+         .otherKernel = {.name = "other", .conditions = conditions},
+         .find = foundIn<KernelFile>});
 }
 
 TEST_F(InputDamage, HlsMetadata) {
@@ -192,8 +234,18 @@ TEST_F(InputDamage, HlsMetadata) {
                               "  a loop\n"
                               "end sum_reg[7:0] 8\n"
                               "End Function scale_rows\n";
-    expectGoodRuns("-s", "scale_rows.hls", bytes, "other.hls", "", {.name = "other"},
-                   foundIn<HLSFile>);
+    expectGoodRuns(
+        {.option = "-s",
+         .name = "scale_rows.hls",
+         .bytes = bytes,
+         .kernels = {{.name = "scale_rows",
+                      .variables = {{"row", "row_reg", "int"}, {"sum", "sum_reg", "int"}},
+                      .conditions = {{2, "(1'b1 == 1'b1)", 12, "scale.cpp"},
+                                     {2, "(fsm_state2 == 1'b1)", 14, "scale.cpp"}}}},
+         .otherName = "other.hls",
+         .other = "",
+         .otherKernel = {.name = "other"},
+         .find = foundIn<HLSFile>});
 }
 
 TEST_F(InputDamage, AuxiliaryXml) {
@@ -205,9 +257,16 @@ TEST_F(InputDamage, AuxiliaryXml) {
         "    <vd:arg vd:originalName=\"length\" vd:busTypeRef=\"acc_scalar\" />\n"
         "  </vd:acceleratorMap>\n"
         "</vd:component>\n";
-    expectGoodRuns("-x", "damaged_auxiliary.xml", bytes, "other_auxiliary.xml",
-                   "<vd:acceleratorMap vd:functionName=\"other\" >\n", {.name = "other"},
-                   foundIn<AuxiliaryXMLFile>);
+    expectGoodRuns(
+        {.option = "-x",
+         .name = "damaged_auxiliary.xml",
+         .bytes = bytes,
+         .kernels = {{.name = "scale_rows",
+                      .arguments = {{"in", "in_r", "int*"}, {"length", "length", "int"}}}},
+         .otherName = "other_auxiliary.xml",
+         .other = "<vd:acceleratorMap vd:functionName=\"other\" >\n",
+         .otherKernel = {.name = "other"},
+         .find = foundIn<AuxiliaryXMLFile>});
 }
 
 TEST_F(InputDamage, LogicLocations) {
@@ -218,11 +277,18 @@ TEST_F(InputDamage, LogicLocations) {
         "Bit 11 0x00001a00 129 TILE_X1Y2 0 Latch=Q Net=top/k_1/U0/sum_reg[3]\n"
         "Bit 12 0x00001a01 130 TILE_X1Y2 0 Latch=Q Net=top/k_2/U0/n_r\n"
         "Bit 13 0x00001a01 131 TILE_X1Y2 0 Ram=B:BIT0\n";
-    KnownKernel kernel;
-    kernel.name = "scale_rows";
-    kernel.registers = {{"/x/top/k_2/n_r", {{0, 0}, {7, 9}}}};
-    expectGoodRuns("-l", "damaged.ll", bytes, "other.ll", "Bit 1 7 9 TILE 0 Net=x/top/k_2/n_r[1]\n",
-                   kernel, [this](const std::string& path) { return foundInLogicLocations(path); });
+    KnownKernel located = scale;
+    located.registers = {{"/top/k_1/U0/sum_reg", {{0x1a00, 128}, {0, 0}, {0, 0}, {0x1a00, 129}}},
+                         {"/top/k_2/U0/n_r", {{0x1a01, 130}}}};
+    expectGoodRuns(
+        {.option = "-l",
+         .name = "damaged.ll",
+         .bytes = bytes,
+         .kernels = {located, stated},
+         .otherName = "other.ll",
+         .other = "Bit 1 7 9 TILE 0 Net=x/top/k_2/n_r[1]\n",
+         .otherKernel = {.name = "scale_rows", .registers = {{"/x/top/k_2/n_r", {{0, 0}, {7, 9}}}}},
+         .find = [this](const std::string& path) { return foundInLogicLocations(path); }});
 }
 
 TEST_F(InputDamage, RamReport) {
@@ -238,8 +304,14 @@ TEST_F(InputDamage, RamReport) {
                               "6. Memory Utilization - Instantiated\n"
                               "| top/k_2/table | RAMB36 |\n"
                               "7. Memory Utilization - Instantiated\n";
-    expectGoodRuns("-r", "damaged.rpt", bytes, "other.rpt", bytes, stated,
-                   [this](const std::string& path) { return foundInRamReport(path); });
+    expectGoodRuns({.option = "-r",
+                    .name = "damaged.rpt",
+                    .bytes = bytes,
+                    .kernels = {},
+                    .otherName = "other.rpt",
+                    .other = bytes,
+                    .otherKernel = stated,
+                    .find = [this](const std::string& path) { return foundInRamReport(path); }});
 }
 
 TEST_F(InputDamage, Dwarf) {
