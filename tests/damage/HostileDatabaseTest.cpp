@@ -3,6 +3,7 @@
 
 #include "tests/damage/DamagedRun.h"
 #include "tests/support/Bytes.h"
+#include "tests/support/Repeated.h"
 
 #include <gtest/gtest.h>
 
@@ -15,15 +16,6 @@
 namespace consolidator::test {
 
 namespace {
-
-std::string repeated(const std::string& piece, std::size_t times) {
-    std::string result;
-    result.reserve(piece.size() * times);
-    for (std::size_t i = 0; i < times; ++i) {
-        result += piece;
-    }
-    return result;
-}
 
 struct HostileDatabase : testing::Test {
     /// A run on the database must do what the naive database does.

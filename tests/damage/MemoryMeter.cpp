@@ -1,20 +1,11 @@
 #include "tests/damage/MemoryMeter.h"
 
+#include "tests/support/Sanitized.h"
+
 #include <atomic>
 #include <cstdlib>
 #include <malloc.h>
 #include <new>
-
-#if defined(__SANITIZE_ADDRESS__)
-#define CONSOLIDATOR_COUNT_MEMORY 0
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define CONSOLIDATOR_COUNT_MEMORY 0
-#endif
-#endif
-#ifndef CONSOLIDATOR_COUNT_MEMORY
-#define CONSOLIDATOR_COUNT_MEMORY 1
-#endif
 
 namespace {
 
@@ -22,7 +13,7 @@ namespace {
 constinit std::atomic<std::size_t> bytesInUse = 0;
 constinit std::atomic<std::size_t> mostBytesInUse = 0;
 
-#if CONSOLIDATOR_COUNT_MEMORY
+#if !CONSOLIDATOR_SANITIZED
 void countIn(void* memory) {
     const std::size_t size = malloc_usable_size(memory);
     const std::size_t now = bytesInUse.fetch_add(size, std::memory_order_relaxed) + size;
@@ -34,7 +25,7 @@ void countIn(void* memory) {
 
 } // namespace
 
-#if CONSOLIDATOR_COUNT_MEMORY
+#if !CONSOLIDATOR_SANITIZED
 // The other forms of new and delete lead to these.
 void* operator new(std::size_t size) {
     void* memory = std::malloc(size == 0 ? 1 : size);
