@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -62,6 +63,24 @@ std::map<std::string, std::string> TemporaryDirectory::contents() const {
         result[name] = isPlain ? read(name) : "(no regular file)";
     }
     return result;
+}
+
+std::vector<std::string>
+TemporaryDirectory::differencesFrom(const std::map<std::string, std::string>& expected) const {
+    const auto present = contents();
+    std::set<std::string> names;
+    for (const auto& [name, bytes] : present) {
+        const auto other = expected.find(name);
+        if (other == expected.end() || other->second != bytes) {
+            names.insert(name);
+        }
+    }
+    for (const auto& [name, bytes] : expected) {
+        if (!present.contains(name)) {
+            names.insert(name);
+        }
+    }
+    return {names.begin(), names.end()};
 }
 
 } // namespace consolidator::test

@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace consolidator::test {
 
@@ -35,6 +36,11 @@ public:
     /// Every entry in it, in folders too, by name: a regular file's bytes, and a word for what is
     /// no regular file. To be compared before and after something that must touch nothing else.
     std::map<std::string, std::string> contents() const;
+
+    /// The names of the entries that are not as in `expected`, or are there or missing in spite of
+    /// it: for contents that are too large to be printed.
+    std::vector<std::string>
+    differencesFrom(const std::map<std::string, std::string>& expected) const;
 
 private:
     explicit TemporaryDirectory(const std::filesystem::path& parent);
