@@ -4,13 +4,13 @@
 #include "model/PathFinder.h"
 
 #include "tests/support/Bytes.h"
+#include "tests/support/RandomSource.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <random>
 #include <set>
 #include <string>
 #include <string_view>
@@ -138,36 +138,28 @@ TEST(PathFinder, TakesLongPaths) {
     EXPECT_THAT(foundBy(finder, path.substr(0, size)), IsEmpty());
 }
 
-/// Small random texts over few letters, so that they lie in one another.
-class RandomTexts {
-public:
-    std::size_t below(std::size_t limit) { return engine_() % limit; }
-
-    std::string text(std::size_t longest, std::size_t letters) {
-        std::string result;
-        for (std::size_t size = below(longest + 1); size > 0; --size) {
-            result += "/ab\xFFk"[below(letters)];
-        }
-        return result;
+/// A small text over few letters, so that such texts lie in one another.
+std::string randomText(RandomSource& random, std::size_t longest, std::size_t letters) {
+    std::string result;
+    for (std::size_t size = random.below(longest + 1); size > 0; --size) {
+        result += "/ab\xFFk"[random.below(letters)];
     }
-
-private:
-    std::mt19937 engine_{20260131};
-};
+    return result;
+}
 
 TEST(PathFinder, AgreesWithAPlainSearch) {
-    RandomTexts random;
+    RandomSource random(20260131);
     std::size_t hits = 0;
     for (int i = 0; i < 3000 && !testing::Test::HasFailure(); ++i) {
         const std::size_t letters = 1 + random.below(5);
         std::set<std::string> distinct;
         for (std::size_t count = random.below(30); count > 0; --count) {
-            distinct.insert(random.text(6, letters));
+            distinct.insert(randomText(random, 6, letters));
         }
         const Texts paths(distinct.begin(), distinct.end());
         PathFinder finder(paths);
         for (int j = 0; j < 10; ++j) {
-            const std::string text = random.text(20, letters);
+            const std::string text = randomText(random, 20, letters);
             Numbers expected;
             for (std::uint32_t path = 0; path < paths.size(); ++path) {
                 if (text.find(paths[path]) != std::string::npos) {

@@ -3,11 +3,11 @@
 #pragma once
 
 #include "model/Kernel.h"
+#include "tests/support/RandomSource.h"
 
-#include <cstddef>
 #include <cstdint>
-#include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace consolidator::test {
@@ -15,7 +15,7 @@ namespace consolidator::test {
 /// The same seed gives the same texts and kernels everywhere.
 class OddLogicLocations {
 public:
-    explicit OddLogicLocations(std::uint32_t seed) : engine_(seed) {}
+    explicit OddLogicLocations(std::uint32_t seed) : random_(seed) {}
 
     /// A few kernels whose instance paths and hardware names occur in the texts. Some of them have
     /// registers already.
@@ -24,12 +24,7 @@ public:
     std::string text();
 
 private:
-    using Choices = std::vector<std::string>;
-
-    std::size_t below(std::size_t limit);
-    bool onceIn(std::size_t times);
-    std::string anyOf(const Choices& choices);
-    std::string mostlyFirst(const Choices& choices, std::size_t onceIn);
+    using Choices = std::vector<std::string_view>;
 
     Kernel kernel(const std::string& name);
     std::string net();
@@ -39,7 +34,7 @@ private:
     std::string line();
     void damage(std::string& text);
 
-    std::mt19937 engine_;
+    RandomSource random_;
 };
 
 } // namespace consolidator::test

@@ -36,6 +36,11 @@ public:
         return std::string(choices[below(choices.size())]);
     }
 
+    /// Mostly the first choice; once in so many times any of them.
+    std::string mostlyFirst(const std::vector<std::string_view>& choices, std::size_t times) {
+        return onceIn(times) ? anyOf(choices) : std::string(choices.front());
+    }
+
     /// Up to `most` elements, each one what make() returns.
     template <typename Make>
     auto upTo(std::size_t most, Make make) {
