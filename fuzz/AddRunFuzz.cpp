@@ -15,13 +15,20 @@
 // database had a section of unknown type; that a run without an old database gives unique lists;
 // and that the dumps are the file's sections.
 
+#include "consolidated/ConsolidatedFile.h"
 #include "driver/Driver.h"
 #include "fuzz/Fuzzing.h"
+#include "fuzz/KernelChecks.h"
 #include "fuzz/LogicLocationInput.h"
+#include "fuzz/ScratchDirectory.h"
 #include "tests/support/ArgumentVector.h"
 
 #include <array>
+#include <optional>
 #include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
 
 using namespace consolidator; // NOLINT(google-build-using-namespace)
 

@@ -4,9 +4,12 @@
 // can be used makes one kernel and any other none, and that a failure is explained.
 
 #include "fuzz/Fuzzing.h"
+#include "fuzz/ReaderChecks.h"
 #include "readers/AuxiliaryXMLFile.h"
 
+#include <memory>
 #include <sstream>
+#include <streambuf>
 
 using namespace consolidator; // NOLINT(google-build-using-namespace)
 

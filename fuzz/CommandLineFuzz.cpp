@@ -10,14 +10,19 @@
 #include "driver/ConsolidatorOptions.h"
 #include "driver/Driver.h"
 #include "fuzz/Fuzzing.h"
+#include "fuzz/ScratchDirectory.h"
 #include "tests/support/ArgumentVector.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <filesystem>
 #include <map>
 #include <sstream>
+#include <string>
+#include <string_view>
 #include <tuple>
 #include <unistd.h>
+#include <vector>
 
 using namespace consolidator; // NOLINT(google-build-using-namespace)
 

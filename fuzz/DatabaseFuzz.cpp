@@ -8,10 +8,17 @@
 // - a dump is the section's bytes, from the file as it came and from the one that was written, and
 //   the JSON is the kernels' own.
 
+#include "consolidated/ConsolidatedFile.h"
 #include "fuzz/Fuzzing.h"
+#include "fuzz/KernelChecks.h"
+#include "fuzz/ScratchFile.h"
 
+#include <algorithm>
 #include <cstring>
+#include <optional>
 #include <sstream>
+#include <string>
+#include <vector>
 
 using namespace consolidator; // NOLINT(google-build-using-namespace)
 
@@ -122,7 +129,7 @@ Content expectedBack(const Content& content, const std::vector<SectionEntry>& se
 }
 
 /// Reads the file, which has this content, and writes it. Returns its table from then on.
-Table writeAnew(const fuzz::MemoryFile& file, const Content& content) {
+Table writeAnew(const fuzz::ScratchFile& file, const Content& content) {
     ConsolidatedFile database; // its end closes the file
     fuzz::require(database.open(file.path(), false, false), "a file is opened for adding");
     fuzz::require(fuzz::same(database.kernels(), content.kernels), "reading twice is the same");
@@ -138,7 +145,7 @@ Table writeAnew(const fuzz::MemoryFile& file, const Content& content) {
 
 /// Requires that both dumps of the file give the first section's bytes, or nothing at all, and
 /// find the project that reading the whole file finds.
-void checkDumps(const fuzz::MemoryFile& file, fuzz::MemoryFile& output) {
+void checkDumps(const fuzz::ScratchFile& file, fuzz::ScratchFile& output) {
     const std::string bytes = file.bytes();
     ConsolidatedFile whole;
     whole.readExisting(file.path());
@@ -160,8 +167,8 @@ void checkDumps(const fuzz::MemoryFile& file, fuzz::MemoryFile& output) {
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static fuzz::MemoryFile file;
-    static fuzz::MemoryFile output;
+    static fuzz::ScratchFile file;
+    static fuzz::ScratchFile output;
     file.setBytes(fuzz::textOf(data, size));
     checkDumps(file, output);
 

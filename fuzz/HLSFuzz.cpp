@@ -4,9 +4,12 @@
 // a file that can be used makes one kernel and any other none.
 
 #include "fuzz/Fuzzing.h"
+#include "fuzz/ReaderChecks.h"
 #include "readers/HLSFile.h"
 
+#include <memory>
 #include <sstream>
+#include <streambuf>
 
 using namespace consolidator; // NOLINT(google-build-using-namespace)
 

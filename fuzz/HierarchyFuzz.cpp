@@ -3,9 +3,12 @@
 // Checks what holds for every reader (see checkReader), and that nothing is thrown.
 
 #include "fuzz/Fuzzing.h"
+#include "fuzz/ReaderChecks.h"
 #include "readers/HierarchyFile.h"
 
+#include <memory>
 #include <sstream>
+#include <streambuf>
 
 using namespace consolidator; // NOLINT(google-build-using-namespace)
 

@@ -4,10 +4,18 @@
 // whole tree of the document gives, walked in the plainest way.
 
 #include "fuzz/Fuzzing.h"
+#include "fuzz/KernelChecks.h"
+#include "fuzz/ReaderChecks.h"
 #include "readers/KernelFile.h"
 #include "shared/schemas/KernelDescription.h"
+#include "tests/support/PlainKernelDescription.h"
 
+#include <memory>
+#include <optional>
 #include <sstream>
+#include <streambuf>
+#include <string>
+#include <vector>
 
 using namespace consolidator; // NOLINT(google-build-using-namespace)
 
@@ -21,26 +29,7 @@ std::optional<std::vector<Kernel>> plainKernels(const std::string& document) {
     } catch (const lmx60::c_lmx_exception&) {
         return std::nullopt;
     }
-    std::vector<Kernel> kernels;
-    Kernel kernel;
-    for (const auto& platform : project.platform) {
-        for (const auto& device : platform.device) {
-            for (const auto& core : device.core) {
-                for (const auto& element : core.kernel) {
-                    kernel.setName(element.name.value);
-                    for (const auto& argument : element.arg) {
-                        kernel.addArgument(
-                            HdlReservedWords::shared().sourceName(argument.name.value),
-                            argument.name.value, argument.type.value);
-                    }
-                    kernel.addBreakableCondition(0, "== $i/kc_start 1'b1");
-                    kernel.addBreakableCondition(1, "== $i/kc_done 1'b1");
-                    kernels.push_back(kernel);
-                }
-            }
-        }
-    }
-    return kernels;
+    return test::plainKernelsOf(project);
 }
 
 } // namespace

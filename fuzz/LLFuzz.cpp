@@ -4,11 +4,18 @@
 // Checks what holds for every reader (see checkReader); that nothing is thrown or printed, and that
 // nothing but registers changes in the kernels.
 
+#include "fuzz/FuzzProject.h"
 #include "fuzz/Fuzzing.h"
+#include "fuzz/KernelChecks.h"
 #include "fuzz/LogicLocationInput.h"
+#include "fuzz/ReaderChecks.h"
 #include "readers/LLFile.h"
 
+#include <memory>
 #include <sstream>
+#include <streambuf>
+#include <string>
+#include <vector>
 
 using namespace consolidator; // NOLINT(google-build-using-namespace)
 

@@ -5,11 +5,18 @@
 // kernels, and that the matching rows are those that a walk over all lines, kernels and paths
 // finds.
 
+#include "fuzz/FuzzProject.h"
 #include "fuzz/Fuzzing.h"
+#include "fuzz/KernelChecks.h"
+#include "fuzz/ReaderChecks.h"
 #include "model/RAMFile.h"
 
 #include <algorithm>
+#include <memory>
 #include <sstream>
+#include <streambuf>
+#include <string>
+#include <vector>
 
 using namespace consolidator; // NOLINT(google-build-using-namespace)
 

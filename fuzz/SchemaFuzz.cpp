@@ -7,6 +7,7 @@
 #include "shared/schemas/KernelDescription.h"
 
 #include <sstream>
+#include <string>
 
 using namespace consolidator; // NOLINT(google-build-using-namespace)
 

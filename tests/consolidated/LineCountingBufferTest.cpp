@@ -3,7 +3,9 @@
 
 #include "consolidated/LineCountingBuffer.h"
 
+#include "tests/support/FailingSource.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/Trickle.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +15,6 @@
 #include <istream>
 #include <iterator>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,32 +32,6 @@ struct Text {
     std::stringbuf source;
     LineCountingBuffer buffer{source};
     std::istream stream{&buffer};
-};
-
-/// Gives one byte at a time, and after the last one throws or ends.
-class Trickle final : public std::streambuf {
-public:
-    explicit Trickle(std::string_view text, bool throwing = false)
-        : text_(text), throwing_(throwing) {}
-
-protected:
-    int_type underflow() override {
-        if (next_ == text_.size()) {
-            if (throwing_) {
-                throw std::runtime_error("the disk is gone");
-            }
-            return traits_type::eof();
-        }
-        byte_ = text_[next_++];
-        setg(&byte_, &byte_, &byte_ + 1);
-        return traits_type::to_int_type(byte_);
-    }
-
-private:
-    std::string text_;
-    std::size_t next_ = 0;
-    char byte_ = 0;
-    bool throwing_;
 };
 
 std::string allOf(std::istream& stream) {
@@ -261,7 +236,7 @@ TEST(LineCountingBuffer, TakesASourceThatGivesOneByteAtATime) {
 }
 
 TEST(LineCountingBuffer, MakesTheStreamBadWhenItsSourceThrows) {
-    Trickle source("", true);
+    FailingSource source("");
     LineCountingBuffer buffer(source);
     std::istream stream(&buffer);
     std::string word("untouched");
@@ -272,7 +247,7 @@ TEST(LineCountingBuffer, MakesTheStreamBadWhenItsSourceThrows) {
 }
 
 TEST(LineCountingBuffer, GivesWholeBlocksBeforeItsSourceThrows) {
-    Trickle source(std::string(block - 1, 'x') + "\n" + "lost", true);
+    FailingSource source(std::string(block - 1, 'x') + "\n");
     LineCountingBuffer buffer(source);
     std::istream stream(&buffer);
     std::string word;

@@ -7,6 +7,7 @@
 #include "shared/schemas/KernelDescription.h"
 #include "tests/support/Bytes.h"
 #include "tests/support/MemoryFile.h"
+#include "tests/support/PlainKernelDescription.h"
 #include "tests/support/RandomDocuments.h"
 #include "tests/support/Repeated.h"
 
@@ -58,30 +59,6 @@ Taken takenByReader(const std::string& document) {
     return taken;
 }
 
-/// The records of the kernels in a tree.
-std::vector<std::string> recordsOf(const Mekto::Project& project) {
-    const HdlReservedWords words;
-    Kernel kernel;
-    std::vector<std::string> records;
-    for (const Mekto::Platform& platform : project.platform) {
-        for (const Mekto::Device& device : platform.device) {
-            for (const Mekto::Core& core : device.core) {
-                for (const Mekto::Kernel& element : core.kernel) {
-                    kernel.setName(element.name.value);
-                    for (const Mekto::Arg& arg : element.arg) {
-                        const std::string& port = arg.name.value;
-                        kernel.addArgument(words.sourceName(port), port, arg.type.value);
-                    }
-                    kernel.addBreakableCondition(0, "== $i/kc_start 1'b1");
-                    kernel.addBreakableCondition(1, "== $i/kc_done 1'b1");
-                    records.push_back(binaryForm(kernel));
-                }
-            }
-        }
-    }
-    return records;
-}
-
 Taken takenFromTree(const std::string& document) {
     Mekto::Project project;
     try {
@@ -89,7 +66,11 @@ Taken takenFromTree(const std::string& document) {
     } catch (const lmx60::c_lmx_reader_exception& exception) {
         return {.succeeded = false, .line = exception.line(), .reason = exception.reason()};
     }
-    return {.kernels = recordsOf(project)};
+    Taken taken;
+    for (const Kernel& kernel : plainKernelsOf(project)) {
+        taken.kernels.push_back(binaryForm(kernel));
+    }
+    return taken;
 }
 
 TEST(KernelOutline, TakesFromEveryDocumentWhatIsInItsTree) {
@@ -102,32 +83,23 @@ TEST(KernelOutline, TakesFromEveryDocumentWhatIsInItsTree) {
 
 TEST(KernelOutline, MeetsAllKindsOfDocuments) {
     RandomDocuments documents(21);
-    std::size_t arguments = 0;
+    std::size_t distinctArguments = 0;
     std::size_t laterKernels = 0;
     std::size_t oddAccepted = 0;
     std::size_t damagedAccepted = 0;
     for (int i = 0; i < 300; ++i) {
-        const Mekto::Project project = [&] {
-            Mekto::Project read;
-            read.readMemory(documents.valid()); // which does not throw
-            return read;
-        }();
-        const std::size_t kernels = recordsOf(project).size();
-        laterKernels += kernels > 1 ? kernels - 1 : 0;
+        Mekto::Project project;
+        project.readMemory(documents.valid()); // which does not throw
+        const std::vector<Kernel> kernels = plainKernelsOf(project);
+        if (!kernels.empty()) {
+            laterKernels += kernels.size() - 1;
+            distinctArguments += kernels.back().arguments().size();
+        }
         oddAccepted += takenFromTree(documents.odd()).succeeded ? 1 : 0;
         const Taken damaged = takenFromTree(documents.damaged());
         damagedAccepted += damaged.succeeded ? 1 : 0;
-        for (const Mekto::Platform& platform : project.platform) {
-            for (const Mekto::Device& device : platform.device) {
-                for (const Mekto::Core& core : device.core) {
-                    for (const Mekto::Kernel& kernel : core.kernel) {
-                        arguments += kernel.arg.size();
-                    }
-                }
-            }
-        }
     }
-    EXPECT_GT(arguments, 1000U);
+    EXPECT_GT(distinctArguments, 500U);
     EXPECT_GT(laterKernels, 300U);
     EXPECT_GT(oddAccepted, 100U);
     EXPECT_LT(oddAccepted, 290U);

@@ -15,12 +15,12 @@ public:
     explicit FailingSource(std::string text) : text_(std::move(text)) {}
 
 protected:
-    std::streamsize xsgetn(char* bytes, std::streamsize /*count*/) override {
+    std::streamsize xsgetn(char* bytes, std::streamsize count) override {
         if (text_.empty()) {
             throw std::runtime_error("broken");
         }
-        const std::size_t came = text_.copy(bytes, text_.size());
-        text_.clear();
+        const std::size_t came = text_.copy(bytes, static_cast<std::size_t>(count));
+        text_.erase(0, came);
         return static_cast<std::streamsize>(came);
     }
 

@@ -1,11 +1,10 @@
 #include "tests/support/NaiveDatabase.h"
 
 #include "tests/support/Bytes.h"
+#include "tests/support/NaiveConditions.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstddef>
-#include <sstream>
 
 namespace consolidator::test {
 
@@ -270,66 +269,7 @@ std::string payloadOf(NaiveDatabase& database, NaiveDatabase::Section& section) 
     return payload;
 }
 
-/// The words of a text, each with "$i/" in front if it begins with a letter, and one blank between
-/// two words and behind the last one if white space follows it.
-std::string qualified(const std::string& text) {
-    std::istringstream words(text);
-    std::string result;
-    std::string word;
-    while (words >> word) {
-        if (std::isalpha(static_cast<unsigned char>(word.front())) != 0) {
-            result += "$i/";
-        }
-        result += word;
-        if (!words.eof()) {
-            result += ' ';
-        }
-    }
-    return result;
-}
-
 } // namespace
-
-std::optional<std::string> naiveTranslation(const std::string& condition) {
-    if (condition == "(1'b1 == 1'b1)") {
-        return std::nullopt;
-    }
-    std::string text = condition;
-    if (text.starts_with('(')) {
-        text.erase(0, 1);
-    }
-    if (contains(text, ")")) {
-        text.pop_back();
-    }
-    text = qualified(text);
-
-    std::vector<std::string> operators;
-    std::vector<std::string> operands;
-    const auto reduce = [&] {
-        while (!operators.empty()) {
-            if (operands.size() < 2) {
-                return false;
-            }
-            const std::string right = operands.back();
-            operands.pop_back();
-            operands.back() = operators.back() + ' ' + right + ' ' + operands.back();
-            operators.pop_back();
-        }
-        return true;
-    };
-    std::istringstream words(text);
-    std::string word;
-    while (words >> word) {
-        if (word.front() == '$' || std::isdigit(static_cast<unsigned char>(word.front())) != 0) {
-            operands.push_back(word);
-        } else if (operators.empty()) {
-            operators.push_back(word);
-        } else if (!reduce()) {
-            return text;
-        }
-    }
-    return reduce() && !operands.empty() ? operands.back() : text;
-}
 
 NaiveDatabase NaiveDatabase::read(const std::string& bytes) {
     NaiveDatabase database;

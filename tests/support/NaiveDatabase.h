@@ -54,7 +54,4 @@ struct NaiveDatabase {
     std::string write();
 };
 
-/// One condition as it stands after one translation; nothing if it is dropped.
-std::optional<std::string> naiveTranslation(const std::string& condition);
-
 } // namespace consolidator::test

@@ -1,0 +1,97 @@
+// Logic locations that arrive in pieces, as from a slow pipe: wherever a piece ends, inside a line
+// or a word, the reader does what it does with the text at once.
+
+#include "readers/LLFile.h"
+#include "tests/support/MemoryFile.h"
+#include "tests/support/OddLogicLocations.h"
+#include "tests/support/PlainLogicLocations.h"
+#include "tests/support/Trickle.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <sstream>
+#include <streambuf>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace consolidator::test {
+
+namespace {
+
+/// All that a reading leaves behind.
+struct Left {
+    bool succeeded = false;
+    std::vector<std::string> kernels = {}; ///< Their binary forms.
+    std::optional<Diagnostic::Remark> stopped = {};
+    std::vector<Diagnostic::Remark> remarks = {};
+    std::uint64_t remarkCount = 0;
+
+    bool operator==(const Left&) const = default;
+};
+
+void PrintTo(const Left& left, std::ostream* out) {
+    *out << (left.succeeded ? "succeeded" : "failed");
+    if (left.stopped) {
+        *out << " in line " << left.stopped->line << ": " << left.stopped->text;
+    }
+    *out << ", " << left.remarkCount << " remarks, " << testing::PrintToString(left.kernels);
+}
+
+std::vector<std::string> formsOf(const std::vector<Kernel>& kernels) {
+    std::vector<std::string> forms;
+    forms.reserve(kernels.size());
+    for (const Kernel& kernel : kernels) {
+        forms.push_back(binaryForm(kernel));
+    }
+    return forms;
+}
+
+Left leftBy(std::unique_ptr<std::streambuf> source, const std::vector<Kernel>& kernels) {
+    std::ostringstream errors;
+    LLFile reader(std::move(source), errors);
+    reader.setKernels(kernels);
+    Left left;
+    left.succeeded = reader.parse();
+    left.kernels = formsOf(reader.kernels());
+    left.stopped = reader.diagnostic().stopped();
+    left.remarks = reader.diagnostic().remarks();
+    left.remarkCount = reader.diagnostic().remarkCount();
+    EXPECT_EQ(errors.str(), "");
+    return left;
+}
+
+TEST(LogicLocationPieces, MakeTheSameAsTheTextAtOnce) {
+    constexpr std::uint32_t texts = 3000;
+    OddLogicLocations odd(22);
+    std::size_t succeeded = 0;
+    std::size_t changed = 0;
+    for (std::uint32_t i = 0; i < texts && !testing::Test::HasFailure(); ++i) {
+        const std::vector<Kernel> kernels = odd.kernels();
+        const std::string text = odd.text();
+        SCOPED_TRACE("text " + std::to_string(i) + ": " + testing::PrintToString(text));
+        const Left whole = leftBy(std::make_unique<std::stringbuf>(text), kernels);
+        for (const std::size_t most : {1, 100}) {
+            EXPECT_EQ(leftBy(std::make_unique<Trickle>(text, most, i), kernels), whole)
+                << "up to " << most << " bytes at a time";
+        }
+        std::vector<Kernel> plain = kernels;
+        EXPECT_EQ(readPlainLogicLocations(text, plain), whole.succeeded);
+        EXPECT_EQ(formsOf(plain), whole.kernels);
+        succeeded += whole.succeeded ? 1 : 0;
+        changed += whole.kernels != formsOf(kernels) ? 1 : 0;
+    }
+    // The texts would show nothing if nearly all of them went the same way.
+    EXPECT_GT(succeeded, texts / 4);
+    EXPECT_LT(succeeded, texts - texts / 20);
+    EXPECT_GT(changed, texts / 5);
+}
+
+} // namespace
+
+} // namespace consolidator::test
