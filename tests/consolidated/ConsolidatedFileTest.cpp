@@ -6,8 +6,8 @@
 #include "tests/support/Bytes.h"
 #include "tests/support/Fifo.h"
 #include "tests/support/Kernels.h"
+#include "tests/support/KnownKernels.h"
 #include "tests/support/MemoryFile.h"
-#include "tests/support/PlainKernels.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -577,7 +577,7 @@ TEST_F(Writing, PutsSectionsIntoTheOrderInWhichTheyCame) {
               DatabaseBuilder()
                   .section(1, "blob")
                   .section(0, "demo")
-                  .section(3, plainJson({{.name = "k"}}))
+                  .section(3, knownJson({{.name = "k"}}))
                   .section(2, kernelData({"k"}))
                   .bytes());
 }
@@ -647,7 +647,7 @@ TEST_F(Writing, EscapesNothing) {
               }),
               DatabaseBuilder()
                   .section(0, name)
-                  .section(3, plainJson({{.name = name, .instancePaths = {name}}}))
+                  .section(3, knownJson({{.name = name, .instancePaths = {name}}}))
                   .section(2, u32(1) + record({.name = name, .instancePaths = {name}}))
                   .bytes());
 }
@@ -804,7 +804,7 @@ TEST_F(Dumping, OfASectionThatReachesBehindTheEndGivesNothing) {
 
 /// A database whose reading can be cut off anywhere, and where its parts end.
 struct Sample {
-    std::string json = plainJson({});
+    std::string json = knownJson({});
     std::string first = record(wholeRecord());
     std::string second = record({.name = "checksum", .instancePaths = {"top/checksum_1"}});
     std::string all = DatabaseBuilder()

@@ -5,7 +5,7 @@
 #include "tests/support/Bytes.h"
 #include "tests/support/Command.h"
 #include "tests/support/DriverRun.h"
-#include "tests/support/PlainKernels.h"
+#include "tests/support/KnownKernels.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/UsageText.h"
 
@@ -37,8 +37,8 @@ std::string databaseOfProject(std::string_view project) {
     return DatabaseBuilder()
         .section(0, project)
         .section(1, "old dwarf")
-        .section(3, plainJson({{"checksum"}}))
-        .section(2, plainKernelData({{"checksum"}}))
+        .section(3, knownJson({{"checksum"}}))
+        .section(2, knownKernelData({{"checksum"}}))
         .bytes();
 }
 
@@ -132,23 +132,23 @@ TEST_F(Driver, FailsToDumpFromNoDatabase) {
 
 TEST_F(Driver, MakesADatabaseThatIsNotThere) {
     EXPECT_EQ(runOnDatabase({"-h", "@a.hier"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({{"scale_rows", 4}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{"scale_rows", 4}}));
 }
 
 TEST_F(Driver, AddsToADatabaseByDefaultAndWhenAsked) {
     for (const std::vector<std::string>& mode : {std::vector<std::string>{}, {"-a"}}) {
-        directory.write("db", plainDatabase({{"checksum"}}));
+        directory.write("db", knownDatabase({{"checksum"}}));
         std::vector<std::string> words{"-h", "@a.hier"};
         words.insert(words.end(), mode.begin(), mode.end());
         EXPECT_EQ(runOnDatabase(words), success);
-        EXPECT_EQ(directory.read("db"), plainDatabase({{"checksum"}, {"scale_rows", 4}}));
+        EXPECT_EQ(directory.read("db"), knownDatabase({{"checksum"}, {"scale_rows", 4}}));
     }
 }
 
 TEST_F(Driver, StartsADatabaseAfreshWhenAsked) {
     directory.write("db", databaseOfProject("P"));
     EXPECT_EQ(runOnDatabase({"-c", "-h", "@a.hier"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({{"scale_rows", 4}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{"scale_rows", 4}}));
 }
 
 // The project
@@ -177,8 +177,8 @@ TEST_F(Driver, AcceptsAnotherProjectWhenItStartsAfresh) {
     EXPECT_EQ(runOnDatabase({"-c", "-p", "Q", "-h", "@a.hier"}), success);
     EXPECT_EQ(directory.read("db"), DatabaseBuilder()
                                         .section(0, "Q")
-                                        .section(3, plainJson({{"scale_rows", 4}}))
-                                        .section(2, plainKernelData({{"scale_rows", 4}}))
+                                        .section(3, knownJson({{"scale_rows", 4}}))
+                                        .section(2, knownKernelData({{"scale_rows", 4}}))
                                         .bytes());
 }
 
@@ -188,8 +188,8 @@ TEST_F(Driver, AcceptsTheSameProjectAndNotesItOnceMore) {
     EXPECT_EQ(directory.read("db"), DatabaseBuilder()
                                         .section(0, "P")
                                         .section(1, "old dwarf")
-                                        .section(3, plainJson({{"checksum"}}))
-                                        .section(2, plainKernelData({{"checksum"}}))
+                                        .section(3, knownJson({{"checksum"}}))
+                                        .section(2, knownKernelData({{"checksum"}}))
                                         .section(0, "P")
                                         .bytes());
 }
@@ -205,26 +205,26 @@ TEST_F(Driver, KeepsTheProjectWhenNoneIsGiven) {
 }
 
 TEST_F(Driver, GivesAProjectToADatabaseWithoutOne) {
-    directory.write("db", plainDatabase({{"checksum"}}));
+    directory.write("db", knownDatabase({{"checksum"}}));
     EXPECT_EQ(runOnDatabase({"-p", "P", "-h", "@missing"}), success);
     EXPECT_EQ(directory.read("db"), DatabaseBuilder()
-                                        .section(3, plainJson({{"checksum"}}))
-                                        .section(2, plainKernelData({{"checksum"}}))
+                                        .section(3, knownJson({{"checksum"}}))
+                                        .section(2, knownKernelData({{"checksum"}}))
                                         .section(0, "P")
                                         .bytes());
 }
 
 TEST_F(Driver, FillsAnEmptyStoredProjectName) {
-    directory.write("db", DatabaseBuilder().section(0, "").section(3, plainJson({})).bytes());
+    directory.write("db", DatabaseBuilder().section(0, "").section(3, knownJson({})).bytes());
     EXPECT_EQ(runOnDatabase({"-p", "P", "-h", "@missing"}), success);
     EXPECT_EQ(directory.read("db"),
-              DatabaseBuilder().section(0, "P").section(3, plainJson({})).section(0, "P").bytes());
+              DatabaseBuilder().section(0, "P").section(3, knownJson({})).section(0, "P").bytes());
 }
 
 // The version
 
 std::string databaseOfVersion(std::uint32_t major, std::uint32_t minor) {
-    return DatabaseBuilder().version(major, minor).section(3, plainJson({})).bytes();
+    return DatabaseBuilder().version(major, minor).section(3, knownJson({})).bytes();
 }
 
 TEST_F(Driver, RefusesANewerMajorVersionAndLeavesTheDatabaseEmpty) {
@@ -255,7 +255,7 @@ TEST_F(Driver, AcceptsEveryMinorVersionAndOlderMajorVersions) {
           std::pair(0U, 5U)}) {
         directory.write("db", databaseOfVersion(major, minor));
         EXPECT_EQ(runOnDatabase({"-h", "@a.hier"}), success) << major << "." << minor;
-        EXPECT_EQ(directory.read("db"), plainDatabase({{"scale_rows", 4}}));
+        EXPECT_EQ(directory.read("db"), knownDatabase({{"scale_rows", 4}}));
     }
 }
 
@@ -263,20 +263,20 @@ TEST_F(Driver, TakesAMajorVersionForASignedNumber) {
     for (const std::uint32_t major : {0x80000000U, 0xFFFFFFFFU}) {
         directory.write("db", databaseOfVersion(major, 0));
         EXPECT_EQ(runOnDatabase({"-h", "@a.hier"}), success);
-        EXPECT_EQ(directory.read("db"), plainDatabase({{"scale_rows", 4}}));
+        EXPECT_EQ(directory.read("db"), knownDatabase({{"scale_rows", 4}}));
     }
 }
 
 TEST_F(Driver, DoesNotLookAtTheVersionWhenItStartsAfresh) {
     directory.write("db", databaseOfVersion(2, 0));
     EXPECT_EQ(runOnDatabase({"-c", "-h", "@a.hier"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({{"scale_rows", 4}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{"scale_rows", 4}}));
 }
 
 TEST_F(Driver, DoesNotLookAtTheVersionOfAFileThatIsNoDatabase) {
     directory.write("db", u32(0x12345678) + u32(2) + u32(0) + u32(0));
     EXPECT_EQ(runOnDatabase({"-h", "@a.hier"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({{"scale_rows", 4}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{"scale_rows", 4}}));
 }
 
 TEST_F(Driver, ChecksTheProjectBeforeTheVersion) {
@@ -293,7 +293,7 @@ TEST_F(Driver, CopiesOneSectionOutAndChangesNothing) {
     EXPECT_EQ(runOnDatabase({"-u", "@out.dwarf", "-h", "@a.hier"}), success);
     EXPECT_EQ(directory.read("out.dwarf"), "old dwarf");
     EXPECT_EQ(runOnDatabase({"-j", "@out.json", "-p", "P"}), success);
-    EXPECT_EQ(directory.read("out.json"), plainJson({{"checksum"}}));
+    EXPECT_EQ(directory.read("out.json"), knownJson({{"checksum"}}));
     EXPECT_EQ(directory.read("db"), databaseOfProject("P"));
 }
 
@@ -331,7 +331,7 @@ TEST_F(Driver, ChangesNothingWhenAskedForADumpToAnEmptyName) {
 TEST_F(Driver, CopiesTheJsonSectionWhenTheDwarfOneIsToGoToAnEmptyName) {
     directory.write("db", databaseOfProject("P"));
     EXPECT_EQ(runOnDatabase({"-u", "", "-j", "@out"}), success);
-    EXPECT_EQ(directory.read("out"), plainJson({{"checksum"}}));
+    EXPECT_EQ(directory.read("out"), knownJson({{"checksum"}}));
 }
 
 // Consolidation
@@ -343,15 +343,15 @@ TEST_F(Driver, PutsProjectAndDwarfBeforeTheKernelsWhateverTheOrderOfTheOptions) 
               DatabaseBuilder()
                   .section(0, "P")
                   .section(1, "new dwarf")
-                  .section(3, plainJson({{"blend", 1}, {"scale_rows", 4}}))
-                  .section(2, plainKernelData({{"blend", 1}, {"scale_rows", 4}}))
+                  .section(3, knownJson({{"blend", 1}, {"scale_rows", 4}}))
+                  .section(2, knownKernelData({{"blend", 1}, {"scale_rows", 4}}))
                   .bytes());
 }
 
 TEST_F(Driver, AcceptsADwarfFileAlone) {
     EXPECT_EQ(runOnDatabase({"-d", "@dwarf"}), success);
     EXPECT_EQ(directory.read("db"),
-              DatabaseBuilder().section(1, "new dwarf").section(3, plainJson({})).bytes());
+              DatabaseBuilder().section(1, "new dwarf").section(3, knownJson({})).bytes());
 }
 
 TEST_F(Driver, KeepsADwarfSectionThatIsThere) {
@@ -363,7 +363,7 @@ TEST_F(Driver, KeepsADwarfSectionThatIsThere) {
 TEST_F(Driver, PassesOverInputsThatAreNotThere) {
     for (const char* option : {"-d", "-h", "-k", "-s", "-x", "-l", "-r"}) {
         EXPECT_EQ(runOnDatabase({"-c", option, "@missing"}), success) << option;
-        EXPECT_EQ(directory.read("db"), plainDatabase({})) << option;
+        EXPECT_EQ(directory.read("db"), knownDatabase({})) << option;
     }
 }
 
@@ -371,7 +371,7 @@ TEST_F(Driver, SucceedsAlthoughAnInputCannotBeParsed) {
     directory.write("bad.hier", "lost\nblend\ninstance nowhere\n");
     EXPECT_EQ(runOnDatabase({"-h", "@bad.hier", "-h", "@a.hier"}),
               (CommandResult{0, "", "Parse error\n"}));
-    EXPECT_EQ(directory.read("db"), plainDatabase({{"scale_rows", 4}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{"scale_rows", 4}}));
 }
 
 // Flushing

@@ -2,7 +2,7 @@
 
 #include "tests/support/Bytes.h"
 #include "tests/support/Command.h"
-#include "tests/support/PlainKernels.h"
+#include "tests/support/KnownKernels.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/UsageText.h"
 
@@ -53,7 +53,7 @@ struct CommandLine : testing::Test {
     void expectRead(const std::vector<std::string>& arguments) const {
         directory.write("db", "");
         EXPECT_EQ(run(arguments), success) << testing::PrintToString(arguments);
-        EXPECT_EQ(directory.read("db"), plainDatabase({{"scale_rows", 4}}))
+        EXPECT_EQ(directory.read("db"), knownDatabase({{"scale_rows", 4}}))
             << testing::PrintToString(arguments);
     }
 
@@ -236,14 +236,14 @@ TEST_F(CommandLine, TakesUnmistakablyShortenedNames) {
 
 TEST_F(CommandLine, TakesAddAndCreateByEachName) {
     for (const char* name : {"-a", "--add"}) {
-        directory.write("db", plainDatabase({{"checksum"}}));
+        directory.write("db", knownDatabase({{"checksum"}}));
         EXPECT_EQ(run({name, "-f", "db", "-h", "x"}), success);
-        EXPECT_EQ(directory.read("db"), plainDatabase({{"checksum"}, {"scale_rows", 4}}));
+        EXPECT_EQ(directory.read("db"), knownDatabase({{"checksum"}, {"scale_rows", 4}}));
     }
     for (const char* name : {"-c", "--create"}) {
-        directory.write("db", plainDatabase({{"checksum"}}));
+        directory.write("db", knownDatabase({{"checksum"}}));
         EXPECT_EQ(run({name, "-f", "db", "-h", "x"}), success);
-        EXPECT_EQ(directory.read("db"), plainDatabase({{"scale_rows", 4}}));
+        EXPECT_EQ(directory.read("db"), knownDatabase({{"scale_rows", 4}}));
     }
 }
 
@@ -254,7 +254,7 @@ TEST_F(CommandLine, TakesProjectAndDwarfByEachName) {
         EXPECT_EQ(directory.read("db"), DatabaseBuilder()
                                             .section(0, "two words")
                                             .section(1, "scale_rows\ntype: hls\n")
-                                            .section(3, plainJson({}))
+                                            .section(3, knownJson({}))
                                             .bytes());
     }
 }
@@ -276,7 +276,7 @@ TEST_F(CommandLine, AcceptsEveryKindOfInputAndIsSilentWhenItIsMissing) {
                              "-x", "--aux", "-l", "--ll", "-r", "--ram"}) {
         directory.write("db", "");
         EXPECT_EQ(run({"-f", "db", name, "missing"}), success) << name;
-        EXPECT_EQ(directory.read("db"), plainDatabase({})) << name;
+        EXPECT_EQ(directory.read("db"), knownDatabase({})) << name;
     }
 }
 
@@ -285,7 +285,7 @@ TEST_F(CommandLine, AcceptsAllOptionsAtOnce) {
                    "-x", "no", "-l", "no", "-r", "no"}),
               success);
     EXPECT_EQ(directory.read("db"),
-              DatabaseBuilder().section(0, "P").section(3, plainJson({})).bytes());
+              DatabaseBuilder().section(0, "P").section(3, knownJson({})).bytes());
 }
 
 TEST_F(CommandLine, AcceptsEachListOptionSeveralTimes) {
@@ -297,9 +297,9 @@ TEST_F(CommandLine, AcceptsEachListOptionSeveralTimes) {
 TEST_F(CommandLine, ReadsAllFilesOfAListInOrder) {
     directory.write("a", "checksum type: c\n");
     EXPECT_EQ(run({"-f", "db", "-h", "x", "-h", "a"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({{"scale_rows", 4}, {"checksum", 1}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{"scale_rows", 4}, {"checksum", 1}}));
     EXPECT_EQ(run({"-c", "-f", "db", "-h", "a", "-h", "x"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({{"checksum", 1}, {"scale_rows", 4}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{"checksum", 1}, {"scale_rows", 4}}));
 }
 
 TEST_F(CommandLine, TakesOneValuePerOccurrenceOfAList) {

@@ -3,7 +3,7 @@
 #include "tests/support/Bytes.h"
 #include "tests/support/Command.h"
 #include "tests/support/Kernels.h"
-#include "tests/support/PlainKernels.h"
+#include "tests/support/KnownKernels.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -97,17 +97,17 @@ TEST_F(NewDatabase, PutsProjectAndDwarfBeforeJsonAndKernels) {
               DatabaseBuilder()
                   .section(0, "demo")
                   .section(1, "blob")
-                  .section(3, plainJson({{.name = "checksum", .type = 1}}))
-                  .section(2, plainKernelData({{.name = "checksum", .type = 1}}))
+                  .section(3, knownJson({{.name = "checksum", .type = 1}}))
+                  .section(2, knownKernelData({{.name = "checksum", .type = 1}}))
                   .bytes());
 }
 
 TEST_F(NewDatabase, OfInputsThatCannotBeReadHasAnEmptyJsonSection) {
     directory_.write("empty", "");
     for (const char* const input : {"missing", "empty", ".", "/dev/null"}) {
-        EXPECT_EQ(databaseAfter({"-c", "-d", input}), plainDatabase({})) << input;
+        EXPECT_EQ(databaseAfter({"-c", "-d", input}), knownDatabase({})) << input;
     }
-    EXPECT_EQ(databaseAfter({"-c", "-h", "missing"}), plainDatabase({}));
+    EXPECT_EQ(databaseAfter({"-c", "-h", "missing"}), knownDatabase({}));
 }
 
 TEST_F(NewDatabase, IsWrittenWithoutTheInputThatCannotBeUsed) {
@@ -115,7 +115,7 @@ TEST_F(NewDatabase, IsWrittenWithoutTheInputThatCannotBeUsed) {
     directory_.write("system.hier", "checksum type: c");
     EXPECT_EQ(run({"-h", "broken.hier", "-h", "system.hier"}),
               (CommandResult{0, "", "Parse error\n"}));
-    EXPECT_EQ(database(), plainDatabase({{.name = "checksum", .type = 1}}));
+    EXPECT_EQ(database(), knownDatabase({{.name = "checksum", .type = 1}}));
 }
 
 TEST_F(NewDatabase, KeepsNamesAndPathsOfAnyBytesUnescaped) {
@@ -125,16 +125,16 @@ TEST_F(NewDatabase, KeepsNamesAndPathsOfAnyBytesUnescaped) {
     EXPECT_EQ(databaseAfter({"-h", "system.hier", "-p", "my \"demo\" \\ \xFF"}),
               DatabaseBuilder()
                   .section(0, "my \"demo\" \\ \xFF")
-                  .section(3, plainJson({{.name = name, .instancePaths = {path}}}))
-                  .section(2, plainKernelData({{.name = name, .instancePaths = {path}}}))
+                  .section(3, knownJson({{.name = name, .instancePaths = {path}}}))
+                  .section(2, knownKernelData({{.name = name, .instancePaths = {path}}}))
                   .bytes());
 }
 
 TEST_F(NewDatabase, LosesWhatStandsBehindAZeroByteOnlyWhenItIsReadAgain) {
     const std::string name = bytes("scale\0rows");
     directory_.write("system.hier", name + " type: c");
-    EXPECT_EQ(databaseAfter({"-h", "system.hier"}), plainDatabase({{.name = name, .type = 1}}));
-    EXPECT_EQ(rewritten(), plainDatabase({{.name = "scale", .type = 1}}));
+    EXPECT_EQ(databaseAfter({"-h", "system.hier"}), knownDatabase({{.name = name, .type = 1}}));
+    EXPECT_EQ(rewritten(), knownDatabase({{.name = "scale", .type = 1}}));
 }
 
 using StoredConditions = DatabaseTest;
@@ -188,9 +188,9 @@ TEST_F(StoredConditions, AreTranslatedOnceForEveryJsonSection) {
 TEST_F(StoredConditions, ThatAreAlwaysTrueGoWithTheTranslation) {
     const std::string always = dataWithStart("(1'b1 == 1'b1)");
     EXPECT_EQ(rewritten(DatabaseBuilder().section(3, "").section(2, always).bytes()),
-              plainDatabase({{.name = "k"}}));
+              knownDatabase({{.name = "k"}}));
     EXPECT_EQ(rewritten(DatabaseBuilder().section(2, always).section(3, "").bytes()),
-              DatabaseBuilder().section(2, always).section(3, plainJson({{.name = "k"}})).bytes());
+              DatabaseBuilder().section(2, always).section(3, knownJson({{.name = "k"}})).bytes());
 }
 
 TEST_F(StoredConditions, OfAnyBytesAreUnescapedAndCutAtAZeroByteWhenRead) {
@@ -212,8 +212,8 @@ TEST_F(AddingAProject, LeavesOneMoreEntryPerRun) {
     DatabaseBuilder expected;
     expected.section(0, "demo")
         .section(1, "blob")
-        .section(3, plainJson({{.name = "checksum", .type = 1}}))
-        .section(2, plainKernelData({{.name = "checksum", .type = 1}}));
+        .section(3, knownJson({{.name = "checksum", .type = 1}}))
+        .section(2, knownKernelData({{.name = "checksum", .type = 1}}));
     EXPECT_EQ(databaseAfter({"-p", "demo", "-d", "program.dwarf", "-h", "system.hier"}),
               expected.bytes());
     for (int run = 2; run <= 4; ++run) {
@@ -227,14 +227,14 @@ TEST_F(AddingAProject, ToADatabaseWithoutOnePutsItBehindTheOtherSections) {
     directory_.write("db.bin", DatabaseBuilder().section(1, "blob").section(3, "").bytes());
     EXPECT_EQ(
         databaseAfter({"-p", "demo", "-d", "missing"}),
-        DatabaseBuilder().section(1, "blob").section(3, plainJson({})).section(0, "demo").bytes());
+        DatabaseBuilder().section(1, "blob").section(3, knownJson({})).section(0, "demo").bytes());
 }
 
 TEST_F(AddingAProject, GivesItsNameToAnEntryWithAnEmptyOne) {
     directory_.write("db.bin", DatabaseBuilder().section(0, "").section(3, "").bytes());
     EXPECT_EQ(
         databaseAfter({"-p", "demo", "-d", "missing"}),
-        DatabaseBuilder().section(0, "demo").section(3, plainJson({})).section(0, "demo").bytes());
+        DatabaseBuilder().section(0, "demo").section(3, knownJson({})).section(0, "demo").bytes());
 }
 
 TEST_F(AddingAProject, IsCheckedAgainstTheLastNameInTheFileWhichAllEntriesTake) {
@@ -243,7 +243,7 @@ TEST_F(AddingAProject, IsCheckedAgainstTheLastNameInTheFileWhichAllEntriesTake) 
         DatabaseBuilder().section(0, "a longer name").section(3, "").section(0, "demo").bytes());
     EXPECT_EQ(databaseAfter({"-p", "demo", "-d", "missing"}), DatabaseBuilder()
                                                                   .section(0, "demo")
-                                                                  .section(3, plainJson({}))
+                                                                  .section(3, knownJson({}))
                                                                   .section(0, "demo")
                                                                   .section(0, "demo")
                                                                   .bytes());
@@ -254,7 +254,7 @@ TEST_F(AddingAProject, IsCheckedAgainstTheNameUpToItsFirstZeroByte) {
                      DatabaseBuilder().section(0, bytes("demo\0rest")).section(3, "").bytes());
     EXPECT_EQ(
         databaseAfter({"-p", "demo", "-d", "missing"}),
-        DatabaseBuilder().section(0, "demo").section(3, plainJson({})).section(0, "demo").bytes());
+        DatabaseBuilder().section(0, "demo").section(3, knownJson({})).section(0, "demo").bytes());
 }
 
 using AddingInputs = DatabaseTest;
@@ -262,7 +262,7 @@ using AddingInputs = DatabaseTest;
 TEST_F(AddingInputs, KeepsTheDwarfSectionThatIsThere) {
     directory_.write("new.dwarf", "new");
     const std::string expected =
-        DatabaseBuilder().section(1, "stored").section(3, plainJson({})).bytes();
+        DatabaseBuilder().section(1, "stored").section(3, knownJson({})).bytes();
     directory_.write("db.bin", expected);
     EXPECT_EQ(databaseAfter({"-d", "new.dwarf"}), expected);
     EXPECT_EQ(databaseAfter({"-a", "-d", "new.dwarf"}), expected);
@@ -270,30 +270,30 @@ TEST_F(AddingInputs, KeepsTheDwarfSectionThatIsThere) {
 
 TEST_F(AddingInputs, KeepsADwarfSectionWithoutBytesToo) {
     directory_.write("new.dwarf", "new");
-    const std::string expected = DatabaseBuilder().section(1, "").section(3, plainJson({})).bytes();
+    const std::string expected = DatabaseBuilder().section(1, "").section(3, knownJson({})).bytes();
     directory_.write("db.bin", expected);
     EXPECT_EQ(databaseAfter({"-d", "new.dwarf"}), expected);
 }
 
 TEST_F(AddingInputs, PutsADwarfSectionBehindTheOthers) {
     directory_.write("new.dwarf", "new");
-    directory_.write("db.bin", plainDatabase({{.name = "k"}}));
+    directory_.write("db.bin", knownDatabase({{.name = "k"}}));
     EXPECT_EQ(databaseAfter({"-d", "new.dwarf"}), DatabaseBuilder()
-                                                      .section(3, plainJson({{.name = "k"}}))
-                                                      .section(2, plainKernelData({{.name = "k"}}))
+                                                      .section(3, knownJson({{.name = "k"}}))
+                                                      .section(2, knownKernelData({{.name = "k"}}))
                                                       .section(1, "new")
                                                       .bytes());
 }
 
 TEST_F(AddingInputs, PutsNewKernelsBehindThoseOfTheFileAndMergesTheOthers) {
-    directory_.write("db.bin", plainDatabase({{.name = "scale_rows", .instancePaths = {"top/s_1"}},
+    directory_.write("db.bin", knownDatabase({{.name = "scale_rows", .instancePaths = {"top/s_1"}},
                                               {.name = "checksum", .type = 2}}));
     directory_.write("system.hier",
                      "blend type: clc checksum type: hls instance path: top/c_1 "
                      "scale_rows type: hls instance path: top/s_2 instance path: top/s_1");
     EXPECT_EQ(
         databaseAfter({"-h", "system.hier"}),
-        plainDatabase({{.name = "scale_rows", .type = 4, .instancePaths = {"top/s_1", "top/s_2"}},
+        knownDatabase({{.name = "scale_rows", .type = 4, .instancePaths = {"top/s_1", "top/s_2"}},
                        {.name = "checksum", .type = 2, .instancePaths = {"top/c_1"}},
                        {.name = "blend", .type = 0}}));
 }
@@ -302,7 +302,7 @@ TEST_F(AddingInputs, TheSameFileAgainChangesNothing) {
     directory_.write("system.hier", "scale_rows type: hls instance path: top/s_1\n"
                                     "checksum instance path: top/c_1\n");
     const std::string once = databaseAfter({"-h", "system.hier"});
-    EXPECT_EQ(once, plainDatabase({{.name = "scale_rows", .type = 4, .instancePaths = {"top/s_1"}},
+    EXPECT_EQ(once, knownDatabase({{.name = "scale_rows", .type = 4, .instancePaths = {"top/s_1"}},
                                    {.name = "checksum", .instancePaths = {"top/c_1"}}}));
     EXPECT_EQ(databaseAfter({"-h", "system.hier"}), once);
     EXPECT_EQ(databaseAfter({"-h", "system.hier", "-h", "system.hier"}), once);
@@ -310,11 +310,11 @@ TEST_F(AddingInputs, TheSameFileAgainChangesNothing) {
 }
 
 TEST_F(AddingInputs, MergesIntoTheFirstOfTwoKernelsOfOneName) {
-    directory_.write("db.bin", plainDatabase({{.name = "k", .instancePaths = {"top/k_1"}},
+    directory_.write("db.bin", knownDatabase({{.name = "k", .instancePaths = {"top/k_1"}},
                                               {.name = "k", .instancePaths = {"top/k_2"}}}));
     directory_.write("system.hier", "k type: c instance path: top/k_2");
     EXPECT_EQ(databaseAfter({"-h", "system.hier"}),
-              plainDatabase({{.name = "k", .type = 1, .instancePaths = {"top/k_1", "top/k_2"}},
+              knownDatabase({{.name = "k", .type = 1, .instancePaths = {"top/k_1", "top/k_2"}},
                              {.name = "k", .instancePaths = {"top/k_2"}}}));
 }
 
@@ -323,8 +323,8 @@ TEST_F(AddingInputs, FillsTheEmptyKernelSectionThatIsThere) {
     directory_.write("system.hier", "k type: c");
     EXPECT_EQ(databaseAfter({"-h", "system.hier"}),
               DatabaseBuilder()
-                  .section(2, plainKernelData({{.name = "k", .type = 1}}))
-                  .section(3, plainJson({{.name = "k", .type = 1}}))
+                  .section(2, knownKernelData({{.name = "k", .type = 1}}))
+                  .section(3, knownJson({{.name = "k", .type = 1}}))
                   .bytes());
 }
 
@@ -344,13 +344,13 @@ TEST_F(AddingInputs, KeepsWhatHierarchyFilesDoNotGive) {
 }
 
 TEST_F(AddingInputs, WritesVersionOneOneWhateverOlderVersionItRead) {
-    const std::string expected = plainDatabase({{.name = "k"}});
+    const std::string expected = knownDatabase({{.name = "k"}});
     for (const auto& [major, minor] : {std::pair(1U, 7U), std::pair(0U, 0U), std::pair(0U, 9U),
                                        std::pair(0x80000000U, 2U), std::pair(largest, largest)}) {
         const std::string content = DatabaseBuilder()
                                         .version(major, minor)
                                         .section(3, "")
-                                        .section(2, plainKernelData({{.name = "k"}}))
+                                        .section(2, knownKernelData({{.name = "k"}}))
                                         .bytes();
         EXPECT_EQ(rewritten(content), expected) << major << "." << minor;
     }
@@ -362,14 +362,14 @@ TEST_F(AddingInputs, KeepsThePaddingOfTableEntries) {
                u32(static_cast<std::uint32_t>(json.size())) + "pad2" + u32(0) + "\xFF\xFF\xFF\xFF" +
                u64(64 + json.size()) + u32(4) + "last" + std::string(json) + "demo";
     };
-    EXPECT_EQ(rewritten(padded("json")), padded(plainJson({})));
+    EXPECT_EQ(rewritten(padded("json")), padded(knownJson({})));
 }
 
 TEST_F(AddingInputs, ClosesTheGapsBetweenPayloads) {
     EXPECT_EQ(
         rewritten(header(3) + entry(1, 96, 4) + entry(0, 90, 4) + entry(3, 9999, 9) +
                   "??demo??blob and more"),
-        DatabaseBuilder().section(1, "blob").section(0, "demo").section(3, plainJson({})).bytes());
+        DatabaseBuilder().section(1, "blob").section(0, "demo").section(3, knownJson({})).bytes());
 }
 
 using CreatingAfresh = DatabaseTest;
@@ -378,22 +378,22 @@ TEST_F(CreatingAfresh, ForgetsWhatTheFileHeld) {
     directory_.write("db.bin", DatabaseBuilder()
                                    .section(0, "demo")
                                    .section(1, "stored")
-                                   .section(2, plainKernelData({{.name = "k"}}))
+                                   .section(2, knownKernelData({{.name = "k"}}))
                                    .bytes());
     directory_.write("new.dwarf", "new");
     EXPECT_EQ(databaseAfter({"-c", "-d", "new.dwarf"}),
-              DatabaseBuilder().section(1, "new").section(3, plainJson({})).bytes());
+              DatabaseBuilder().section(1, "new").section(3, knownJson({})).bytes());
 }
 
 TEST_F(CreatingAfresh, TakesAnotherProject) {
     directory_.write("db.bin", DatabaseBuilder().section(0, "first").section(3, "").bytes());
     EXPECT_EQ(databaseAfter({"-c", "-p", "second", "-d", "missing"}),
-              DatabaseBuilder().section(0, "second").section(3, plainJson({})).bytes());
+              DatabaseBuilder().section(0, "second").section(3, knownJson({})).bytes());
 }
 
 TEST_F(CreatingAfresh, ReplacesAFileOfANewerVersion) {
     directory_.write("db.bin", DatabaseBuilder().version(2, 0).section(0, "demo").bytes());
-    EXPECT_EQ(databaseAfter({"-c", "-d", "missing"}), plainDatabase({}));
+    EXPECT_EQ(databaseAfter({"-c", "-d", "missing"}), knownDatabase({}));
 }
 
 using RefusingADatabase = DatabaseTest;
@@ -470,16 +470,16 @@ TEST_F(DamagedDatabase, WithAnotherMagicNumberCountsAsNone) {
     content[0] = 'x';
     directory_.write("db.bin", content);
     EXPECT_EQ(databaseAfter({"-p", "second", "-d", "missing"}),
-              DatabaseBuilder().section(0, "second").section(3, plainJson({})).bytes());
+              DatabaseBuilder().section(0, "second").section(3, knownJson({})).bytes());
 }
 
 TEST_F(DamagedDatabase, OfAFewBytesCountsAsEmpty) {
-    EXPECT_EQ(rewritten(""), plainDatabase({}));
-    EXPECT_EQ(rewritten(header(0, 9, 9).substr(0, 15)), plainDatabase({}));
-    EXPECT_EQ(rewritten(header(0)), plainDatabase({}));
-    EXPECT_EQ(rewritten(header(0) + "x"), plainDatabase({}));
-    EXPECT_EQ(rewritten(header(1)), plainDatabase({}));
-    EXPECT_EQ(rewritten(header(1) + "x"), plainDatabase({}));
+    EXPECT_EQ(rewritten(""), knownDatabase({}));
+    EXPECT_EQ(rewritten(header(0, 9, 9).substr(0, 15)), knownDatabase({}));
+    EXPECT_EQ(rewritten(header(0)), knownDatabase({}));
+    EXPECT_EQ(rewritten(header(0) + "x"), knownDatabase({}));
+    EXPECT_EQ(rewritten(header(1)), knownDatabase({}));
+    EXPECT_EQ(rewritten(header(1) + "x"), knownDatabase({}));
 }
 
 TEST_F(DamagedDatabase, WithTooFewTableEntriesKeepsThoseThatAreThere) {
@@ -489,43 +489,43 @@ TEST_F(DamagedDatabase, WithTooFewTableEntriesKeepsThoseThatAreThere) {
                   .section(0, "")
                   .section(1, "")
                   .section(2, u32(0))
-                  .section(3, plainJson({}))
+                  .section(3, knownJson({}))
                   .bytes());
 }
 
 TEST_F(DamagedDatabase, TakesPayloadForTableEntriesWhenTheTableIsSaidToBeLonger) {
     EXPECT_EQ(rewritten(header(3) + entry(3, 40, 24) + entry(0, 64, 0)),
-              DatabaseBuilder().section(3, plainJson({})).section(0, "").bytes());
+              DatabaseBuilder().section(3, knownJson({})).section(0, "").bytes());
 }
 
 TEST_F(DamagedDatabase, KeepsWhatCameBeforeASectionOfAnotherType) {
-    const std::string json = plainJson({{.name = "k"}});
+    const std::string json = knownJson({{.name = "k"}});
     EXPECT_EQ(
         rewritten(DatabaseBuilder()
                       .section(0, "demo")
-                      .section(2, plainKernelData({{.name = "k"}}))
+                      .section(2, knownKernelData({{.name = "k"}}))
                       .section(4, "other")
                       .section(1, "lost")
                       .section(3, "json")
                       .bytes()),
         header(5) + entry(0, 136, 4) +
-            entry(2, 140, static_cast<std::uint32_t>(plainKernelData({{.name = "k"}}).size())) +
-            entry(4, 140 + plainKernelData({{.name = "k"}}).size(), 5) +
-            entry(1, 140 + plainKernelData({{.name = "k"}}).size(), 0) +
-            entry(3, 140 + plainKernelData({{.name = "k"}}).size(),
+            entry(2, 140, static_cast<std::uint32_t>(knownKernelData({{.name = "k"}}).size())) +
+            entry(4, 140 + knownKernelData({{.name = "k"}}).size(), 5) +
+            entry(1, 140 + knownKernelData({{.name = "k"}}).size(), 0) +
+            entry(3, 140 + knownKernelData({{.name = "k"}}).size(),
                   static_cast<std::uint32_t>(json.size())) +
-            "demo" + plainKernelData({{.name = "k"}}) + json);
+            "demo" + knownKernelData({{.name = "k"}}) + json);
 }
 
 TEST_F(DamagedDatabase, LosesTheKernelsBehindASectionOfAnotherTypeAndTakesNewOnes) {
     directory_.write("db.bin", DatabaseBuilder()
                                    .section(4, "other")
-                                   .section(2, plainKernelData({{.name = "lost"}}))
+                                   .section(2, knownKernelData({{.name = "lost"}}))
                                    .section(3, "")
                                    .bytes());
     directory_.write("system.hier", "k type: c");
-    const std::string data = plainKernelData({{.name = "k", .type = 1}});
-    const std::string json = plainJson({{.name = "k", .type = 1}});
+    const std::string data = knownKernelData({{.name = "k", .type = 1}});
+    const std::string json = knownJson({{.name = "k", .type = 1}});
     const auto dataSize = static_cast<std::uint32_t>(data.size());
     EXPECT_EQ(databaseAfter({"-h", "system.hier"}),
               header(3) + entry(4, 88, 5) + entry(2, 88, dataSize) +
@@ -534,7 +534,7 @@ TEST_F(DamagedDatabase, LosesTheKernelsBehindASectionOfAnotherTypeAndTakesNewOne
 
 TEST_F(DamagedDatabase, KeepsTheLargestSizeLoweredByOneForASectionOfAnotherType) {
     const auto odd = [](std::uint64_t offset, std::uint32_t size) {
-        return header(2) + entry(4, offset, size) + entry(3, 64, 22) + plainJson({});
+        return header(2) + entry(4, offset, size) + entry(3, 64, 22) + knownJson({});
     };
     EXPECT_EQ(rewritten(odd(largest, largest)), odd(64, largest - 1));
     EXPECT_EQ(rewritten(), odd(64, largest - 1));
@@ -543,11 +543,11 @@ TEST_F(DamagedDatabase, KeepsTheLargestSizeLoweredByOneForASectionOfAnotherType)
 TEST_F(DamagedDatabase, StopsAtAProjectNameOrBlobOfTheLargestSize) {
     for (const std::uint32_t type : {0U, 1U}) {
         EXPECT_EQ(rewritten(header(3) + entry(type, 88, largest) + entry(2, 88, 4) +
-                            entry(3, 88, 0) + plainKernelData({{.name = "lost"}})),
+                            entry(3, 88, 0) + knownKernelData({{.name = "lost"}})),
                   DatabaseBuilder()
                       .section(type, "")
                       .section(2, u32(0))
-                      .section(3, plainJson({}))
+                      .section(3, knownJson({}))
                       .bytes())
             << type;
     }
@@ -555,8 +555,8 @@ TEST_F(DamagedDatabase, StopsAtAProjectNameOrBlobOfTheLargestSize) {
 
 TEST_F(DamagedDatabase, ReadsKernelsAndPassesOverJsonOfTheLargestSize) {
     EXPECT_EQ(rewritten(header(2) + entry(3, 0, largest) + entry(2, 64, largest) +
-                        plainKernelData({{.name = "k"}})),
-              plainDatabase({{.name = "k"}}));
+                        knownKernelData({{.name = "k"}})),
+              knownDatabase({{.name = "k"}}));
 }
 
 TEST_F(DamagedDatabase, StopsAtAnOffsetThatCannotBeReached) {
@@ -564,42 +564,42 @@ TEST_F(DamagedDatabase, StopsAtAnOffsetThatCannotBeReached) {
          {std::uint64_t{2000}, std::uint64_t{largest}, std::uint64_t{0x180000000}}) {
         EXPECT_EQ(
             rewritten(header(3) + entry(0, offset, 4) + entry(2, 88, 4) + entry(3, 88, 0) +
-                      plainKernelData({{.name = "lost"}})),
-            DatabaseBuilder().section(0, "").section(2, u32(0)).section(3, plainJson({})).bytes())
+                      knownKernelData({{.name = "lost"}})),
+            DatabaseBuilder().section(0, "").section(2, u32(0)).section(3, knownJson({})).bytes())
             << offset;
     }
 }
 
 TEST_F(DamagedDatabase, LooksOnlyAtTheLowerHalfOfAnOffset) {
     EXPECT_EQ(rewritten(header(2) + entry(1, 0x500000000 + 65, 4) + entry(3, 0, 0) + "?blob"),
-              DatabaseBuilder().section(1, "blob").section(3, plainJson({})).bytes());
+              DatabaseBuilder().section(1, "blob").section(3, knownJson({})).bytes());
 }
 
 TEST_F(DamagedDatabase, WithTwoKernelSectionsDoublesThemWithEveryRun) {
-    const PlainKernel k{.name = "k"};
-    const PlainKernel other{.name = "other"};
-    const auto holding = [](const std::vector<PlainKernel>& kernels) {
+    const KnownKernel k{.name = "k"};
+    const KnownKernel other{.name = "other"};
+    const auto holding = [](const std::vector<KnownKernel>& kernels) {
         return DatabaseBuilder()
-            .section(2, plainKernelData(kernels))
-            .section(3, plainJson(kernels))
-            .section(2, plainKernelData(kernels))
+            .section(2, knownKernelData(kernels))
+            .section(3, knownJson(kernels))
+            .section(2, knownKernelData(kernels))
             .bytes();
     };
     EXPECT_EQ(rewritten(DatabaseBuilder()
-                            .section(2, plainKernelData({k}))
+                            .section(2, knownKernelData({k}))
                             .section(3, "")
-                            .section(2, plainKernelData({other}))
+                            .section(2, knownKernelData({other}))
                             .bytes()),
               holding({k, other}));
     EXPECT_EQ(rewritten(), holding({k, other, k, other}));
 }
 
 TEST_F(DamagedDatabase, KeepsTheWholeKernelsInFrontOfTheEnd) {
-    const std::string whole = plainKernelData({{.name = "k", .instancePaths = {"top/k_1"}}});
+    const std::string whole = knownKernelData({{.name = "k", .instancePaths = {"top/k_1"}}});
     const std::string cut = record({.name = "cut", .instancePaths = {"top/cut_1"}});
     EXPECT_EQ(rewritten(header(2) + entry(3, 64, 0) + entry(2, 64, 0) + u32(5) + whole.substr(4) +
                         cut.substr(0, cut.size() - 1)),
-              plainDatabase({{.name = "k", .instancePaths = {"top/k_1"}}}));
+              knownDatabase({{.name = "k", .instancePaths = {"top/k_1"}}}));
 }
 
 TEST_F(DamagedDatabase, WithTwoBlobsWritesTheLastOneWithEachEntrysSize) {
@@ -613,19 +613,19 @@ TEST_F(DamagedDatabase, WithTwoBlobsWritesTheLastOneWithEachEntrysSize) {
                   .section(1, "la")
                   .section(1, "last")
                   .section(1, "last")
-                  .section(3, plainJson({}))
+                  .section(3, knownJson({}))
                   .bytes());
 }
 
 TEST_F(DamagedDatabase, KeepsTheBlobWhenThePlaceOfTheNextOneCannotBeReached) {
     EXPECT_EQ(
         rewritten(header(3) + entry(1, 88, 4) + entry(1, largest, 2) + entry(3, 0, 0) + "blob"),
-        DatabaseBuilder().section(1, "blob").section(1, "bl").section(3, plainJson({})).bytes());
+        DatabaseBuilder().section(1, "blob").section(1, "bl").section(3, knownJson({})).bytes());
 }
 
 TEST_F(DamagedDatabase, LosesTheBlobWhenTheNextOneIsCutShort) {
     EXPECT_EQ(rewritten(header(3) + entry(1, 88, 4) + entry(1, 90, 4) + entry(3, 0, 0) + "blob"),
-              DatabaseBuilder().section(1, "").section(1, "").section(3, plainJson({})).bytes());
+              DatabaseBuilder().section(1, "").section(1, "").section(3, knownJson({})).bytes());
 }
 
 using DatabaseDump = DatabaseTest;
@@ -652,7 +652,7 @@ TEST_F(DatabaseDump, OfDwarfGivesTheBlobByteForByte) {
 TEST_F(DatabaseDump, GivesTheJsonSectionAsItIsStored) {
     EXPECT_EQ(dumped(DatabaseBuilder()
                          .section(3, bytes("not \0 json"))
-                         .section(2, plainKernelData({{.name = "k"}}))
+                         .section(2, knownKernelData({{.name = "k"}}))
                          .bytes(),
                      {"-j", "out"}),
               bytes("not \0 json"));

@@ -36,8 +36,8 @@ KnownKernel scaleRows() {
     KnownRegister secondSum = registerAt("/top/region_0/scale_rows_2/U0/sum_reg", 0x2a01, 160, 8);
     secondSum.places[6] = {0, 0};
     return {.name = "scale_rows",
-            .instancePaths = {"top/region_0/scale_rows_1", "top/region_0/scale_rows_2"},
             .type = 4,
+            .instancePaths = {"top/region_0/scale_rows_1", "top/region_0/scale_rows_2"},
             .arguments = {{"input", "input_r", "int*", 64},
                           {"output", "output_r", "int*", 64},
                           {"rows", "rows", "unsigned char", 8},
@@ -56,8 +56,8 @@ KnownKernel scaleRows() {
 
 KnownKernel checksum() {
     return {.name = "checksum",
-            .instancePaths = {"top/region_1/checksum_1"},
             .type = 1,
+            .instancePaths = {"top/region_1/checksum_1"},
             .arguments = {{"in", "in_r", "int"},
                           {"length", "length_r", "int"},
                           {"result", "result", "int"}},

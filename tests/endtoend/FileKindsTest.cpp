@@ -3,7 +3,7 @@
 #include "tests/support/Bytes.h"
 #include "tests/support/Command.h"
 #include "tests/support/Fifo.h"
-#include "tests/support/PlainKernels.h"
+#include "tests/support/KnownKernels.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -69,11 +69,11 @@ struct FileKinds : testing::Test {
     }
 
     TemporaryDirectory directory;
-    std::string good = plainDatabase({{"scale_rows", 4}});
+    std::string good = knownDatabase({{"scale_rows", 4}});
     std::string full = DatabaseBuilder()
                            .section(1, "blob")
-                           .section(3, plainJson({{"scale_rows", 4}}))
-                           .section(2, plainKernelData({{"scale_rows", 4}}))
+                           .section(3, knownJson({{"scale_rows", 4}}))
+                           .section(2, knownKernelData({{"scale_rows", 4}}))
                            .bytes();
 };
 
@@ -193,13 +193,13 @@ TEST_F(FileKinds, TakesADirectoryToDumpFromForAnEmptyDatabase) {
 TEST_F(FileKinds, ReadsAHierarchyFromAPipe) {
     const FifoWithContent fifo(directory.path("fifo"), "checksum\ntype: c\n");
     EXPECT_EQ(run({"-f", "db", "-h", "fifo", "-h", "good.hier"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({{"checksum", 1}, {"scale_rows", 4}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{"checksum", 1}, {"scale_rows", 4}}));
 }
 
 TEST_F(FileKinds, TakesAnEmptyPipeForAnEmptyHierarchy) {
     const FifoWithContent fifo(directory.path("fifo"), "");
     EXPECT_EQ(run({"-f", "db", "-h", "fifo"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({{""}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{""}}));
 }
 
 TEST_F(FileKinds, TakesNoDwarfFromAPipe) {
@@ -213,7 +213,7 @@ TEST_F(FileKinds, DumpsIntoAPipe) {
     EXPECT_EQ(run({"-f", "db", "-u", "fifo"}), success);
     EXPECT_EQ(fifo.take(), "blob");
     EXPECT_EQ(run({"-f", "db", "-j", "fifo"}), success);
-    EXPECT_EQ(fifo.take(), plainJson({{"scale_rows", 4}}));
+    EXPECT_EQ(fifo.take(), knownJson({{"scale_rows", 4}}));
 }
 
 TEST_F(FileKinds, WritesTheTableButNoSectionsOfADatabaseIntoAPipe) {
@@ -232,7 +232,7 @@ TEST_F(FileKinds, TakesAPipeThatHoldsNoDatabaseForANewOne) {
 
 TEST_F(FileKinds, TakesTheNullDeviceForAnEmptyFile) {
     EXPECT_EQ(run({"-f", "db", "-h", "/dev/null"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({{""}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{""}}));
     expectNoDwarf("/dev/null");
 }
 
@@ -276,7 +276,7 @@ TEST_F(FileKinds, ReadsTheDatabaseItselfAsDwarf) {
 
 TEST_F(FileKinds, OverwritesAnInputThatIsAlsoTheDatabase) {
     EXPECT_EQ(run({"-f", "good.hier", "-h", "good.hier"}), success);
-    EXPECT_EQ(directory.read("good.hier"), plainDatabase({{""}}));
+    EXPECT_EQ(directory.read("good.hier"), knownDatabase({{""}}));
 }
 
 // Inputs that are no hierarchy
@@ -290,7 +290,7 @@ TEST_F(FileKinds, ReadsTheSecondHierarchyAfterAFirstThatFails) {
 
 TEST_F(FileKinds, TakesTheWordsOfAnyOtherFileForKernels) {
     EXPECT_EQ(run({"-f", "db", "-h", "dwarf"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({{"blob"}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{"blob"}}));
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include "tests/support/Bytes.h"
 #include "tests/support/Command.h"
-#include "tests/support/PlainKernels.h"
+#include "tests/support/KnownKernels.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -32,20 +32,20 @@ struct Hierarchy : testing::Test {
     }
 
     /// That the file makes a new database of these kernels, without a message.
-    void expectMade(std::string_view text, const std::vector<PlainKernel>& kernels) const {
+    void expectMade(std::string_view text, const std::vector<KnownKernel>& kernels) const {
         directory.write("db", "");
         EXPECT_EQ(add(text), success) << text;
-        EXPECT_EQ(directory.read("db"), plainDatabase(kernels)) << text;
+        EXPECT_EQ(directory.read("db"), knownDatabase(kernels)) << text;
     }
 
     /// That the file adds nothing to a database, neither to a new one nor to one with a kernel.
     void expectNothingMade(std::string_view text, const std::string& messages) const {
         directory.write("db", "");
         EXPECT_EQ(add(text), told(messages)) << text;
-        EXPECT_EQ(directory.read("db"), plainDatabase({})) << text;
-        directory.write("db", plainDatabase({{"checksum", 1, {"top/c"}}}));
+        EXPECT_EQ(directory.read("db"), knownDatabase({})) << text;
+        directory.write("db", knownDatabase({{"checksum", 1, {"top/c"}}}));
         EXPECT_EQ(add(text), told(messages)) << text;
-        EXPECT_EQ(directory.read("db"), plainDatabase({{"checksum", 1, {"top/c"}}})) << text;
+        EXPECT_EQ(directory.read("db"), knownDatabase({{"checksum", 1, {"top/c"}}})) << text;
     }
 
     TemporaryDirectory directory;
@@ -138,14 +138,14 @@ TEST_F(Hierarchy, MergesTheKernelsOfSeveralFiles) {
     directory.write("a.hier", "k type: other instance path: top/a\nm\n");
     directory.write("b.hier", "n type: c\nk type: ip instance path: top/b\n");
     EXPECT_EQ(run({"-f", "db", "-h", "a.hier", "-h", "b.hier"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({{"k", 2, {"top/a", "top/b"}}, {"m"}, {"n", 1}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{"k", 2, {"top/a", "top/b"}}, {"m"}, {"n", 1}}));
 }
 
 TEST_F(Hierarchy, MergesWithTheKernelsOfTheDatabase) {
-    directory.write("db", plainDatabase({{"k", 3, {"top/a"}}, {"m", 2}}));
+    directory.write("db", knownDatabase({{"k", 3, {"top/a"}}, {"m", 2}}));
     EXPECT_EQ(add("n type: c\nm type: hls\nk type: hls instance path: top/b\n"), success);
     EXPECT_EQ(directory.read("db"),
-              plainDatabase({{"k", 4, {"top/a", "top/b"}}, {"m", 2}, {"n", 1}}));
+              knownDatabase({{"k", 4, {"top/a", "top/b"}}, {"m", 2}, {"n", 1}}));
 }
 
 TEST_F(Hierarchy, MakesOneNamelessKernelOfAnEmptyFile) {
@@ -171,7 +171,7 @@ TEST_F(Hierarchy, WritesZeroBytesAndReadsUpToThem) {
     const std::string path = bytes("top/a\0/x");
     expectMade(name + " type: c instance path: " + path + "\n", {{name, 1, {path}}});
     EXPECT_EQ(run({"-f", "db", "-h", "missing"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({{"a", 1, {"top/a"}}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{"a", 1, {"top/a"}}}));
 }
 
 TEST_F(Hierarchy, WritesVeryLongNamesAndManyKernels) {
@@ -182,13 +182,13 @@ TEST_F(Hierarchy, WritesVeryLongNamesAndManyKernels) {
         names.push_back("kernel_" + std::to_string(i));
     }
     std::string text = name + " type: c\n";
-    std::vector<PlainKernel> kernels{{name, 1}};
+    std::vector<KnownKernel> kernels{{name, 1}};
     for (const std::string& each : names) {
         text.append(each).append("\ninstance path: top/").append(each).append("\n");
         kernels.push_back({each, 3, {"top/" + each}});
     }
     EXPECT_EQ(add(text), success);
-    EXPECT_TRUE(directory.read("db") == plainDatabase(kernels));
+    EXPECT_TRUE(directory.read("db") == knownDatabase(kernels));
 }
 
 // Files that are refused
@@ -215,7 +215,7 @@ TEST_F(Hierarchy, TellsTheNameOfAFileAsItWasGiven) {
     EXPECT_EQ(run({"-f", "db", "-h", ".//two words.hier"}),
               told("Unsupported hierarchy file: .//two words.hier\nVersion: 2\n"
                    "Supported Version: 1\n"));
-    EXPECT_EQ(directory.read("db"), plainDatabase({}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({}));
 }
 
 TEST_F(Hierarchy, TellsAParseErrorAndLeavesTheFileOut) {
@@ -241,7 +241,7 @@ TEST_F(Hierarchy, GoesOnWithTheNextFileAfterARefusedOne) {
                    "good.hier", "-h", "bad.hier"}),
               told("Unsupported hierarchy file: new.hier\nVersion: 2\nSupported Version: 1\n"
                    "Parse error\nParse error\n"));
-    EXPECT_EQ(directory.read("db"), plainDatabase({{"d", 1}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{"d", 1}}));
 }
 
 } // namespace

@@ -23,8 +23,8 @@ KnownKernel kernelAt(const std::vector<std::string>& paths,
                      const std::vector<KnownRegister>& registers = {},
                      const std::string& name = "scale_rows") {
     return {.name = name,
-            .instancePaths = paths,
             .type = 4,
+            .instancePaths = paths,
             .variables = {{"n", "n_r", "int"}},
             .registers = registers};
 }
@@ -117,8 +117,8 @@ struct OfAWholeBuild : LogicLocations {
 
     std::string expected =
         knownDatabase({{.name = "scale_rows",
-                        .instancePaths = {"top/k_1"},
                         .type = 4,
+                        .instancePaths = {"top/k_1"},
                         .arguments = {{"input", "input_r", "double*", 64}, {"gain", "gain", "int"}},
                         .variables = {{"sum", "sum_reg", "int"}},
                         .registers = {{"/top/k_1/U0/input_r", {{16, 1}}},
@@ -155,7 +155,7 @@ TEST_F(LogicLocations, AreNotFoundForKernelsThatALaterRunNames) {
     EXPECT_EQ(run({"-f", "db", "-l", "top.ll"}), success);
     EXPECT_EQ(run({"-f", "db", "-h", "system.hier"}), success);
     EXPECT_EQ(directory.read("db"),
-              knownDatabase({{.name = "scale_rows", .instancePaths = {"top/k_1"}, .type = 4}}));
+              knownDatabase({{.name = "scale_rows", .type = 4, .instancePaths = {"top/k_1"}}}));
 }
 
 // Nets and bits

@@ -112,8 +112,8 @@ struct MergingOneKernel : Merging {
 
     std::vector<KnownKernel> expected{
         {.name = "scale_rows",
-         .instancePaths = {"top/k_1", "top/k_2"},
          .type = 2,
+         .instancePaths = {"top/k_1", "top/k_2"},
          .arguments = {{"input", "input_r", "float*", 64},
                        {"rows", "rows", "char", 8},
                        intNamed("in", "in_r")},
@@ -310,7 +310,7 @@ TEST_F(Merging, GivesAKernelItsTypeWhenALaterRunNamesIt) {
     expectMerged({"-x", "a.xml"}, {{.name = "k", .arguments = {intNamed("n", "n")}}});
     expectMerged(
         {"-h", "system.hier"},
-        {{.name = "k", .instancePaths = {"top/k"}, .type = 4, .arguments = {intNamed("n", "n")}}});
+        {{.name = "k", .type = 4, .instancePaths = {"top/k"}, .arguments = {intNamed("n", "n")}}});
 }
 
 TEST_F(Merging, KeepsATypeThatIsKnown) {
@@ -376,8 +376,8 @@ TEST_F(Merging, AddsNothingForOtherFilesThatAreGivenTwice) {
     expectMerged({"-h", "system.hier", "-s", "k.hls", "-x", "a.xml", "-h", "system.hier", "-s",
                   "k.hls", "-x", "a.xml"},
                  {{.name = "k",
-                   .instancePaths = {"top/k"},
                    .type = 1,
+                   .instancePaths = {"top/k"},
                    .arguments = {intNamed("n", "n")},
                    .variables = {local("v")},
                    .conditions = {sourceLine(3, "== 1 $i/x")}}});
@@ -410,7 +410,7 @@ TEST_F(Merging, AddsTheInstancePathsOfSeveralFiles) {
     directory.write("a.hier", "k type: c instance path: top/a instance path: top/b\n");
     directory.write("b.hier", "k instance path: top/b instance path: top/c type: c\n");
     expectMerged({"-h", "a.hier", "-h", "b.hier"},
-                 {{.name = "k", .instancePaths = {"top/a", "top/b", "top/c"}, .type = 1}});
+                 {{.name = "k", .type = 1, .instancePaths = {"top/a", "top/b", "top/c"}}});
 }
 
 TEST_F(Merging, KeepsWhatTheDatabaseHoldsOfAKernel) {

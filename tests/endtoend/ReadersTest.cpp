@@ -4,7 +4,6 @@
 #include "tests/support/Bytes.h"
 #include "tests/support/Command.h"
 #include "tests/support/KnownKernels.h"
-#include "tests/support/PlainKernels.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -123,7 +122,7 @@ TEST_F(Readers, MakeADatabaseOfAKernelDescription) {
 
 TEST_F(Readers, MakeNoKernelOfADescriptionWithoutKernels) {
     add("-k", "kernel.xml", kernelXml(""));
-    EXPECT_EQ(directory.read("db"), plainDatabase({}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({}));
 }
 
 TEST_F(Readers, TellThatAKernelDescriptionIsNotParsed) {
@@ -134,13 +133,13 @@ TEST_F(Readers, TellThatAKernelDescriptionIsNotParsed) {
     std::filesystem::create_directory(directory.path("folder"));
     for (const char* name : {"cut.xml", "empty.xml", "text.xml", "folder"}) {
         EXPECT_EQ(run({"-c", "-f", "db", "-k", name}), notParsed) << name;
-        EXPECT_EQ(directory.read("db"), plainDatabase({})) << name;
+        EXPECT_EQ(directory.read("db"), knownDatabase({})) << name;
     }
 }
 
 TEST_F(Readers, SayNothingAboutAMissingKernelDescription) {
     EXPECT_EQ(run({"-f", "db", "-k", "missing.xml"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({}));
 }
 
 // Auxiliary XML
@@ -169,19 +168,19 @@ TEST_F(Readers, MakeADatabaseOfAnAuxiliaryXml) {
 
 TEST_F(Readers, MakeANamelessKernelOfAnEmptyAuxiliaryXml) {
     add("-x", "k_auxiliary.xml", "");
-    EXPECT_EQ(directory.read("db"), plainDatabase({{""}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{""}}));
 }
 
 TEST_F(Readers, LeaveOutAnAuxiliaryXmlWithAnAttributeThatHasNoValue) {
     directory.write("bad.xml", auxiliaryXml("checksum", "n") + "<vd:arg vd:originalName=\n");
     EXPECT_EQ(run({"-f", "db", "-x", "bad.xml"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({}));
 }
 
 TEST_F(Readers, LeaveOutAnAuxiliaryXmlWithALongLine) {
     directory.write("bad.xml", auxiliaryXml("checksum", "n") + std::string(1024, ' '));
     EXPECT_EQ(run({"-f", "db", "-x", "bad.xml"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({}));
 }
 
 // HLS metadata
@@ -224,7 +223,7 @@ TEST_F(Readers, LeaveOutHlsMetadataThatIsRefused) {
           hlsMetadata("(x)") + std::string(1023, ' ')}) {
         directory.write("scale.hls", text);
         EXPECT_EQ(run({"-c", "-f", "db", "-s", "scale.hls"}), success) << text;
-        EXPECT_EQ(directory.read("db"), plainDatabase({})) << text;
+        EXPECT_EQ(directory.read("db"), knownDatabase({})) << text;
     }
 }
 
@@ -285,9 +284,9 @@ TEST_F(Readers, KeepStoredBlockRamsAfterARamReport) {
 
 TEST_F(Readers, MakeNoKernelOfARamReport) {
     add("-r", "ram.rpt", ramReport);
-    EXPECT_EQ(directory.read("db"), plainDatabase({}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({}));
     add("-r", "ram.rpt", ramReport + std::string(5000, 'x') + "\n");
-    EXPECT_EQ(directory.read("db"), plainDatabase({}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({}));
 }
 
 // Several inputs
@@ -324,14 +323,14 @@ TEST_F(Readers, TellEachKernelDescriptionThatIsNotParsed) {
     directory.write("bad.xml", "<project>");
     EXPECT_EQ(run({"-f", "db", "-k", "bad.xml", "-k", "missing", "-k", "bad.xml"}),
               (CommandResult{0, "", notParsed.err + notParsed.err}));
-    EXPECT_EQ(directory.read("db"), plainDatabase({}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({}));
 }
 
 TEST_F(Readers, PassOverDirectoriesInSilence) {
-    directory.write("db", plainDatabase({{"k", 1}}));
+    directory.write("db", knownDatabase({{"k", 1}}));
     std::filesystem::create_directory(directory.path("folder"));
     EXPECT_EQ(run({"-f", "db", "-s", "folder", "-x", "folder", "-r", "folder"}), success);
-    EXPECT_EQ(directory.read("db"), plainDatabase({{"k", 1}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{"k", 1}}));
 }
 
 // The same input again

@@ -3,7 +3,7 @@
 #include "driver/Driver.h"
 #include "tests/support/ArgumentVector.h"
 #include "tests/support/Command.h"
-#include "tests/support/PlainKernels.h"
+#include "tests/support/KnownKernels.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -30,7 +30,7 @@ TEST(Descriptors, SufficeForAThousandHierarchiesWhenThereAreSixteen) {
     const TemporaryDirectory directory;
     std::vector<std::string> arguments{"-f", "db"};
     std::deque<std::string> names; // the kernels refer to them
-    std::vector<PlainKernel> kernels;
+    std::vector<KnownKernel> kernels;
     for (int i = 0; i < manyInputs; ++i) {
         const std::string& name = names.emplace_back("kernel_" + std::to_string(i));
         directory.write(name, name + "\ntype: c\n");
@@ -38,7 +38,7 @@ TEST(Descriptors, SufficeForAThousandHierarchiesWhenThereAreSixteen) {
         kernels.push_back({name, 1});
     }
     auto expected = directory.contents();
-    expected["db"] = plainDatabase(kernels);
+    expected["db"] = knownDatabase(kernels);
     EXPECT_EQ(runConsolidator(directory.path("."), arguments, limited(RLIMIT_NOFILE, 16)),
               CommandResult{});
     EXPECT_EQ(directory.contents(), expected);

@@ -2,7 +2,7 @@
 
 #include "tests/support/Bytes.h"
 #include "tests/support/Command.h"
-#include "tests/support/PlainKernels.h"
+#include "tests/support/KnownKernels.h"
 #include "tests/support/Repeated.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -58,11 +58,11 @@ struct FileSizeLimit : testing::Test {
         expectSections(repeated("blob", blobLength / 4), {{name, 1}});
     }
 
-    void expectSections(const std::string& blobBytes, const std::vector<PlainKernel>& kernels) {
+    void expectSections(const std::string& blobBytes, const std::vector<KnownKernel>& kernels) {
         blob = blobBytes;
         directory.write("dwarf", blob);
-        json = plainJson(kernels);
-        kernelData = plainKernelData(kernels);
+        json = knownJson(kernels);
+        kernelData = knownKernelData(kernels);
         whole = DatabaseBuilder().section(1, blob).section(3, json).section(2, kernelData).bytes();
     }
 
@@ -157,7 +157,7 @@ TEST_F(FileSizeLimit, NeverLeavesARecordOfAJsonTextThatIsMissing) {
 TEST_F(FileSizeLimit, KeepsTheKernelDataWhereOnlyTheJsonTextIsTooLong) {
     std::string hierarchy;
     std::vector<std::string> names(2000);
-    std::vector<PlainKernel> kernels;
+    std::vector<KnownKernel> kernels;
     for (std::size_t i = 0; i < names.size(); ++i) {
         names[i] = "kernel_" + std::to_string(i);
         hierarchy += names[i] + "\ntype: c\n";

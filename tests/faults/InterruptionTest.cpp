@@ -2,7 +2,7 @@
 
 #include "consolidated/ConsolidatedFile.h"
 #include "readers/HierarchyFile.h"
-#include "tests/support/PlainKernels.h"
+#include "tests/support/KnownKernels.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -93,7 +93,7 @@ TEST(Interruption, OfAReaderChangesNothing) {
 TEST(Interruption, OfReadingAndWritingTheDatabaseChangesNothing) {
     const TemporaryDirectory directory;
     const std::string name(1000000, 'k');
-    const std::string whole = plainDatabase({{name, 1}});
+    const std::string whole = knownDatabase({{name, 1}});
     directory.write("db", whole);
     const Interruptions signals;
     for (int run = 0; run < 1000 && (run < 20 || interruptions < 20); ++run) {

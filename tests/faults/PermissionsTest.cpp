@@ -2,7 +2,7 @@
 // their rights down for the run.
 
 #include "tests/support/Command.h"
-#include "tests/support/PlainKernels.h"
+#include "tests/support/KnownKernels.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -57,8 +57,8 @@ struct Permissions : testing::Test {
     }
 
     TemporaryDirectory directory;
-    const std::string good = plainDatabase({{"scale_rows", 4}});
-    const std::string old = plainDatabase({{"checksum", 1}});
+    const std::string good = knownDatabase({{"scale_rows", 4}});
+    const std::string old = knownDatabase({{"checksum", 1}});
 };
 
 TEST_F(Permissions, ThatForbidReadingPassOverAnInputOfAnyKind) {
@@ -80,7 +80,7 @@ TEST_F(Permissions, ThatForbidWritingFailWithTheDatabaseAsItWas) {
     EXPECT_EQ(run({"-f", "db", "-h", "good.hier"}), failed);
     EXPECT_EQ(run({"-c", "-f", "db", "-h", "good.hier"}), failed);
     EXPECT_EQ(run({"-f", "db", "-j", "out"}), CommandResult{});
-    EXPECT_EQ(directory.read("out"), plainJson({{"checksum", 1}}));
+    EXPECT_EQ(directory.read("out"), knownJson({{"checksum", 1}}));
     EXPECT_EQ(database(), old);
 }
 

@@ -3,7 +3,7 @@
 
 #include "tests/support/Bytes.h"
 #include "tests/support/Command.h"
-#include "tests/support/PlainKernels.h"
+#include "tests/support/KnownKernels.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -24,8 +24,8 @@ struct SameFile : testing::Test {
     TemporaryDirectory directory;
     const std::string whole = DatabaseBuilder()
                                   .section(1, "blob")
-                                  .section(3, plainJson({{"scale_rows", 4}}))
-                                  .section(2, plainKernelData({{"scale_rows", 4}}))
+                                  .section(3, knownJson({{"scale_rows", 4}}))
+                                  .section(2, knownKernelData({{"scale_rows", 4}}))
                                   .bytes();
 };
 
@@ -57,7 +57,7 @@ TEST_F(SameFile, AsDatabaseAndInputIsAnEmptyInput) {
 TEST_F(SameFile, AsInputTwiceIsMergedOnce) {
     directory.write("system.hier", "scale_rows\ntype: hls\n");
     EXPECT_EQ(run({"-f", "db", "-h", "system.hier", "-h", "system.hier"}), CommandResult{});
-    EXPECT_EQ(directory.read("db"), plainDatabase({{"scale_rows", 4}}));
+    EXPECT_EQ(directory.read("db"), knownDatabase({{"scale_rows", 4}}));
 }
 
 } // namespace

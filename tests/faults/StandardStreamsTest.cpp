@@ -2,7 +2,7 @@
 // same as ever.
 
 #include "tests/support/Command.h"
-#include "tests/support/PlainKernels.h"
+#include "tests/support/KnownKernels.h"
 #include "tests/support/Repeated.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/UsageText.h"
@@ -56,7 +56,7 @@ struct StandardStreams : testing::Test {
     }
 
     TemporaryDirectory directory;
-    const std::string good = plainDatabase({{"scale_rows", 4}});
+    const std::string good = knownDatabase({{"scale_rows", 4}});
 };
 
 TEST_F(StandardStreams, ThatAreClosedKeepMessagesOutOfTheDatabase) {
@@ -96,7 +96,7 @@ TEST_F(StandardStreams, ThatAreClosedLeaveTheStatusOfFailures) {
 TEST_F(StandardStreams, ThatAreClosedLeaveDumpsAsTheyAre) {
     directory.write("db", good);
     auto expected = directory.contents();
-    expected["out"] = plainJson({{"scale_rows", 4}});
+    expected["out"] = knownJson({{"scale_rows", 4}});
     for (const std::vector<int>& descriptors : choicesOfDescriptors()) {
         directory.write("out", "old");
         expectClosed(descriptors, {"-f", "db", "-j", "out"}, {});

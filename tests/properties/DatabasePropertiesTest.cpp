@@ -42,7 +42,7 @@ struct DatabaseProperties : testing::Test {
     std::string db = directory.path("db");
     std::string hierarchy =
         directory.write("new.hier", "scale_rows instance path: top/new type: hls\n");
-    KnownKernel stated = {.name = "scale_rows", .instancePaths = {"top/new"}, .type = 4};
+    KnownKernel stated = {.name = "scale_rows", .type = 4, .instancePaths = {"top/new"}};
 };
 
 } // namespace

@@ -4,6 +4,7 @@
 //     knownDatabase({{.name = "scale_rows",
 //                     .variables = {{"sum", "sum_reg", "int"}},
 //                     .registers = {{"/top/k_1/sum_reg", {{6656, 3}}}}}})
+//     knownDatabase({{"scale_rows", 4}}) // a name and a type
 #pragma once
 
 #include <cstdint>
@@ -50,8 +51,8 @@ struct KnownCondition {
 
 struct KnownKernel {
     std::string name = {};
-    std::vector<std::string> instancePaths = {};
     std::uint32_t type = 3;
+    std::vector<std::string> instancePaths = {};
     std::vector<KnownVariable> arguments = {};
     std::vector<KnownVariable> variables = {};
     std::vector<KnownRegister> registers = {};
