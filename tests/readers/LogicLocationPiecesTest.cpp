@@ -76,7 +76,7 @@ TEST(LogicLocationPieces, MakeTheSameAsTheTextAtOnce) {
         const std::string text = odd.text();
         SCOPED_TRACE("text " + std::to_string(i) + ": " + testing::PrintToString(text));
         const Left whole = leftBy(std::make_unique<std::stringbuf>(text), kernels);
-        for (const std::size_t most : {1, 100}) {
+        for (const std::size_t most : {1U, 100U}) {
             EXPECT_EQ(leftBy(std::make_unique<Trickle>(text, most, i), kernels), whole)
                 << "up to " << most << " bytes at a time";
         }
