@@ -4,6 +4,7 @@
 #include "consolidated/ConsolidatedFile.h"
 #include "model/Kernel.h"
 #include "tests/support/MemoryFile.h"
+#include "tests/support/NaiveConditions.h"
 #include "tests/support/NaiveDatabase.h"
 #include "tests/support/RandomRecords.h"
 
