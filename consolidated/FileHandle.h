@@ -7,6 +7,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace consolidator {
@@ -33,12 +34,13 @@ inline FileHandle openFile(const std::string& path, const char* mode) {
     return file;
 }
 
-/// Gives a file that was just opened a buffer of this size: a system call moves so many bytes.
+/// Gives a file that was just opened a buffer of this size: a system call moves so many bytes. If
+/// the library does not take it, its own does as well.
 inline void setBuffer(FileHandle& file, std::size_t size) {
     if (file) {
         std::vector<char>& buffer = file.get_deleter().buffer;
         buffer.resize(size);
-        std::setvbuf(file.get(), buffer.data(), _IOFBF, buffer.size());
+        std::ignore = std::setvbuf(file.get(), buffer.data(), _IOFBF, buffer.size());
     }
 }
 
