@@ -38,6 +38,7 @@ Kernel withoutRegisters(const Kernel& kernel) {
 
 std::vector<Kernel> withoutRegisters(const std::vector<Kernel>& kernels) {
     std::vector<Kernel> result;
+    result.reserve(kernels.size());
     for (const Kernel& kernel : kernels) {
         result.push_back(withoutRegisters(kernel));
     }
