@@ -23,7 +23,7 @@ constexpr int firstBlock = 256 * 1024;
 constexpr int largestBlock = 256 * 1024 * 1024;
 
 /// With this much unused and the largest block behind it, the parser's buffer still is below 2 GiB.
-constexpr XML_Index largestPart = 512 * 1024 * 1024;
+constexpr XML_Index largestPart = XML_Index{512} * 1024 * 1024;
 
 struct ParserFree {
     void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
