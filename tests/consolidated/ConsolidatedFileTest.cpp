@@ -776,7 +776,7 @@ TEST_F(Dumping, CopiesTheSectionOfTheGivenType) {
 }
 
 TEST_F(Dumping, CopiesSectionsOfAnySize) {
-    for (const std::size_t size : {0, 1, 4096, 131071, 131072, 131073, 600000}) {
+    for (const std::size_t size : {0U, 1U, 4096U, 131071U, 131072U, 131073U, 600000U}) {
         std::string payload(size, 'j');
         for (std::size_t i = 0; i < size; i += 1000) {
             payload[i] = static_cast<char>(i / 1000);
@@ -792,7 +792,7 @@ TEST_F(Dumping, CopiesSectionsOfAnySize) {
 
 TEST_F(Dumping, OfASectionThatReachesBehindTheEndGivesNothing) {
     const std::string whole = DatabaseBuilder().section(3, std::string(600000, 'j')).bytes();
-    for (const std::size_t missing : {1, 300000, 600000}) {
+    for (const std::size_t missing : {1U, 300000U, 600000U}) {
         directory_.write("db.bin", whole.substr(0, whole.size() - missing));
         ConsolidatedFile file;
         ASSERT_TRUE(file.open(directory_.path("db.bin"), false, true));
