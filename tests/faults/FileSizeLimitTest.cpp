@@ -177,7 +177,7 @@ TEST_F(FileSizeLimit, KeepsTheKernelDataWhereOnlyTheJsonTextIsTooLong) {
 TEST_F(FileSizeLimit, CutsADumpOff) {
     prepare(20000, 20000);
     directory.write("db", whole);
-    for (const std::size_t limit : {0, 1, 4095, 4096, 4097, 19999, 20000}) {
+    for (const std::size_t limit : {0U, 1U, 4095U, 4096U, 4097U, 19999U, 20000U}) {
         const auto inDump = [=](const std::string& text) { return text.substr(0, limit); };
         const auto limitation = limited(RLIMIT_FSIZE, limit);
         auto expected = directory.contents();
