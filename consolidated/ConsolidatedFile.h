@@ -11,6 +11,7 @@
 //     offset 16   section table, N entries of 24 bytes
 //                   u32 type, u32 padding, u64 offset, u32 size, u32 padding
 //     16 + 24 N   the sections' payloads in table order, without gaps
+//                   (but for one behind the table when entries were dropped)
 //
 //     type 0  project name   its bytes
 //     type 1  DWARF          the bytes of the DWARF metadata file

@@ -63,8 +63,7 @@ bool LLFile::readLines() {
 bool LLFile::takeUsualLines() {
     const std::string_view block = ahead();
     const std::uint64_t firstLine = lineNumber_;
-    std::size_t start = 0;   // of the next line
-    std::size_t nextNet = 0; // where the next "Net=" stands, once it is not before `start`
+    std::size_t start = 0; // of the next line
     while (start < block.size()) {
         const std::size_t length = std::min(block.find('\n', start), block.size()) - start;
         const std::string_view line = block.substr(start, length);
@@ -75,10 +74,7 @@ bool LLFile::takeUsualLines() {
             if (!beginsWithBit(line)) {
                 break;
             }
-            if (nextNet < start) {
-                nextNet = std::min(block.find(netPrefix, start), block.size());
-            }
-            if (nextNet < start + length && !takeUsualLine(line)) {
+            if (contains(line, netPrefix) && !takeUsualLine(line)) {
                 break;
             }
         }
