@@ -22,8 +22,10 @@ namespace consolidator {
 /// key of an element must not change while it is in the list. keyHash(key) hashes it.
 ///
 /// A project holds a million registers, and a hostile file millions of empty kernels with five
-/// lists each. So the index keeps no copy of a key but the element's position, four bytes, and is
-/// made when it is first needed: a list that is only read and written again has none.
+/// lists each. So the index keeps no copy of a key but the element's position and half of its hash,
+/// eight bytes, and is made when it is first needed: a list that is only read and written again has
+/// none. The hash is there for speed: almost every slot that a search passes belongs to another key
+/// and is told by it, without a look at the element, which lies somewhere else in memory.
 template <typename Element, typename KeyOf>
 class UniqueList {
 public:
@@ -47,7 +49,7 @@ public:
 
     /// The first element with this key, or null. The pointer holds until the next element comes.
     Element* find(const Key& key) {
-        const std::uint32_t position = *slotOf(key);
+        const std::uint32_t position = slotOf(key, hashOf(key))->position;
         return position == none ? nullptr : &items_[position];
     }
 
@@ -55,12 +57,13 @@ public:
     /// must be `key`. The second value tells whether it was appended.
     template <typename Make>
     std::pair<Element&, bool> findOrAdd(const Key& key, Make make) {
-        std::uint32_t* const slot = slotOf(key);
-        if (*slot != none) {
-            return {items_[*slot], false};
+        const std::uint32_t hash = hashOf(key);
+        Slot* const slot = slotOf(key, hash);
+        if (slot->position != none) {
+            return {items_[slot->position], false};
         }
         items_.push_back(make());
-        *slot = static_cast<std::uint32_t>(items_.size() - 1);
+        *slot = {static_cast<std::uint32_t>(items_.size() - 1), hash};
         ++index_->used;
         index_->upTo = items_.size();
         return {items_.back(), true};
@@ -107,28 +110,45 @@ public:
 private:
     static constexpr auto none = static_cast<std::uint32_t>(-1);
 
+    struct Slot {
+        std::uint32_t position = none; ///< Of an element, or none.
+        std::uint32_t hash = 0;        ///< Of its key.
+    };
+
     /// A hash table with open addressing and linear probing. Its size is a power of two.
     struct Index {
-        std::vector<std::uint32_t> slots; ///< Positions of elements, or none.
-        std::size_t used = 0;             ///< Slots that hold a position.
-        std::size_t upTo = 0;             ///< So many items from the front are in the index.
+        std::vector<Slot> slots;
+        std::size_t used = 0; ///< Slots that hold a position.
+        std::size_t upTo = 0; ///< So many items from the front are in the index.
     };
+
+    /// Half of the hash has bits enough: no index has more slots than there are positions.
+    static std::uint32_t hashOf(const Key& key) { return static_cast<std::uint32_t>(keyHash(key)); }
 
     /// The slot that holds the position of the first element with this key, or the free slot where
     /// it belongs. Brings the index up to date first, with room for one more.
-    std::uint32_t* slotOf(const Key& key) {
+    Slot* slotOf(const Key& key, std::uint32_t hash) {
         indexNewItems();
         makeRoom();
-        return probe(key);
+        return probe(key, hash);
     }
 
-    std::uint32_t* probe(const Key& key) {
-        const std::size_t mask = index_->slots.size() - 1;
-        std::size_t place = static_cast<std::size_t>(keyHash(key)) & mask;
-        while (index_->slots[place] != none && !(KeyOf()(items_[index_->slots[place]]) == key)) {
+    Slot* probe(const Key& key, std::uint32_t hash) {
+        return firstSlot(hash, [&](const Slot& slot) {
+            return slot.hash == hash && KeyOf()(items_[slot.position]) == key;
+        });
+    }
+
+    /// The first slot that is free or wanted, from where elements of this hash begin.
+    template <typename IsWanted>
+    Slot* firstSlot(std::uint32_t hash, IsWanted isWanted) {
+        std::vector<Slot>& slots = index_->slots;
+        const std::size_t mask = slots.size() - 1;
+        std::size_t place = hash & mask;
+        while (slots[place].position != none && !isWanted(slots[place])) {
             place = (place + 1) & mask;
         }
-        return &index_->slots[place];
+        return &slots[place];
     }
 
     /// Only the first element of a key is indexed, so a file full of equal keys stays harmless.
@@ -138,9 +158,11 @@ private:
         }
         for (; index_->upTo < items_.size(); ++index_->upTo) {
             makeRoom();
-            std::uint32_t* const slot = probe(KeyOf()(items_[index_->upTo]));
-            if (*slot == none) {
-                *slot = static_cast<std::uint32_t>(index_->upTo);
+            const Key& key = KeyOf()(items_[index_->upTo]);
+            const std::uint32_t hash = hashOf(key);
+            Slot* const slot = probe(key, hash);
+            if (slot->position == none) {
+                *slot = {static_cast<std::uint32_t>(index_->upTo), hash};
                 ++index_->used;
             }
         }
@@ -149,15 +171,15 @@ private:
     /// Keeps a quarter of the slots free.
     void makeRoom() {
         constexpr std::size_t fewest = 8;
-        std::vector<std::uint32_t>& slots = index_->slots;
+        std::vector<Slot>& slots = index_->slots;
         if (4 * (index_->used + 1) <= 3 * slots.size()) {
             return;
         }
-        const std::vector<std::uint32_t> old = std::exchange(
-            slots, std::vector<std::uint32_t>(std::max(fewest, 2 * slots.size()), none));
-        for (const std::uint32_t position : old) {
-            if (position != none) {
-                *probe(KeyOf()(items_[position])) = position;
+        const std::vector<Slot> old =
+            std::exchange(slots, std::vector<Slot>(std::max(fewest, 2 * slots.size())));
+        for (const Slot& slot : old) {
+            if (slot.position != none) {
+                *firstSlot(slot.hash, [](const Slot&) { return false; }) = slot;
             }
         }
     }

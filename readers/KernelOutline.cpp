@@ -71,10 +71,14 @@ KernelOutline::KernelOutline(const HdlReservedWords& reservedWords)
 
 std::vector<Kernel> KernelOutline::read(std::istream& stream, const std::string& documentName) {
     lmx60::readDocument(stream, documentName, "project", projectKind(), this);
+    if (isComplete_) {
+        kernels_.push_back(std::move(kernel_));
+    }
     return std::move(kernels_);
 }
 
 void KernelOutline::addArgument() {
+    keepCopy();
     const std::string& port = argumentName_.value;
     const std::string source = reservedWords_.sourceName(port);
     const std::size_t before = kernel_.arguments().size();
@@ -87,6 +91,7 @@ void KernelOutline::addArgument() {
 }
 
 void KernelOutline::addKernel() {
+    keepCopy();
     carried_ += carriedBytes_;
     if (carried_ > mostCarried) {
         throw lmx60::Refusal("its kernels would take over more than " +
@@ -97,8 +102,14 @@ void KernelOutline::addKernel() {
     kernel_.setName(kernelName_.value);
     kernel_.addBreakableCondition(BreakableCondition::Start, startCondition);
     kernel_.addBreakableCondition(BreakableCondition::Stop, stopCondition);
-    kernels_.push_back(kernel_);
+    isComplete_ = true;
     kernelName_ = {};
+}
+
+void KernelOutline::keepCopy() {
+    if (std::exchange(isComplete_, false)) {
+        kernels_.push_back(kernel_);
+    }
 }
 
 } // namespace consolidator

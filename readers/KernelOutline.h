@@ -40,12 +40,14 @@ private:
 
     void addArgument();
     void addKernel();
+    void keepCopy();
 
     const HdlReservedWords& reservedWords_;
     std::vector<Kernel> kernels_;
     std::uint64_t carried_ = 0; ///< What `kernels_` have taken over.
 
-    Kernel kernel_; ///< One for all, so that each has the arguments of those before it.
+    Kernel kernel_;           ///< One for all, so that each has the arguments of those before it.
+    bool isComplete_ = false; ///< It has ended. Its copy is made when the next one needs it.
     std::uint64_t ownBytes_ = 0;     ///< Of the arguments that it got from the open kernel,
     std::uint64_t carriedBytes_ = 0; ///< and from those before.
 
