@@ -17,14 +17,13 @@ void HardwareVariable::setLocation(std::uint32_t bit, std::uint32_t address, std
 }
 
 void HardwareVariable::writeJson(std::ostream& out) const {
-    out << "{ \"RTLName\" : ";
-    writeQuoted(out, name);
-    out << ", \"Logic Locations\" : [ ";
+    JsonBlock json(out);
+    json.add("{ \"RTLName\" : ").addQuoted(name).add(", \"Logic Locations\" : [ ");
     {
-        JsonLocations json(out, '[', ']');
-        locations.forEachRun([&json](std::span<const LogicLocation> run) { json.add(run); });
+        JsonLocations entries(json, '[', ']');
+        locations.forEachRun([&entries](std::span<const LogicLocation> run) { entries.add(run); });
     }
-    out << "] } ";
+    json.add("] } ");
 }
 
 std::uint32_t HardwareVariable::write(std::FILE* stream) const {

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <ostream>
 #include <span>
 #include <string_view>
@@ -29,13 +30,51 @@ void writeSeparated(std::ostream& out, Elements& elements, WriteOne writeOne) {
 /// Writes `text` between double quotes.
 void writeQuoted(std::ostream& out, std::string_view text);
 
-/// Writes locations, each as `open`, a blank, the address, ", ", the offset and `close`, with ", "
-/// between two of them: "[ 4096, 31], [ 4096, 32]". They may come in several runs; the last of the
-/// text goes out when the writer is destroyed.
+/// Gathers the pieces of a record, of which a database has millions, as an operation of a stream
+/// costs more than most of them. They are on the stream once the block is destroyed.
+///
+///     JsonBlock(out).add("[ ").addQuoted(name).add(", ").add(width).add("]");
+class JsonBlock {
+public:
+    explicit JsonBlock(std::ostream& out) : out_(out) {}
+    ~JsonBlock() { flush(); }
+    JsonBlock(const JsonBlock&) = delete;
+    JsonBlock& operator=(const JsonBlock&) = delete;
+
+    JsonBlock& add(std::string_view text);
+    /// A number in decimal.
+    JsonBlock& add(std::uint32_t number);
+    /// A text between double quotes.
+    JsonBlock& addQuoted(std::string_view text);
+
+private:
+    friend class JsonLocations;
+
+    /// Where the next character belongs; there is room for `length`, below the block's size.
+    char* room(std::size_t length) {
+        if (length > block_.size() - length_) {
+            flush();
+        }
+        return block_.data() + length_;
+    }
+
+    /// All up to `end` belongs to the text.
+    void endAt(const char* end) { length_ = static_cast<std::size_t>(end - block_.data()); }
+
+    void flush();
+
+    std::ostream& out_;
+    std::size_t length_ = 0;       ///< Characters in the block that are not on `out_` yet.
+    std::array<char, 4096> block_; ///< Not initialised: there is a block for each record.
+};
+
+/// Adds locations to a block, each as `open`, a blank, the address, ", ", the offset and `close`,
+/// with ", " between two of them: "[ 4096, 31], [ 4096, 32]". They may come in several runs; the
+/// text is whole when the object is destroyed.
 class JsonLocations {
 public:
-    JsonLocations(std::ostream& out, char open, char close)
-        : out_(out), open_(open), close_(close) {}
+    JsonLocations(JsonBlock& block, char open, char close)
+        : block_(block), before_{open, ' '}, between_{close, ',', ' ', open, ' '} {}
     ~JsonLocations();
     JsonLocations(const JsonLocations&) = delete;
     JsonLocations& operator=(const JsonLocations&) = delete;
@@ -43,17 +82,10 @@ public:
     void add(std::span<const LogicLocation> run);
 
 private:
-    /// The longest text of one location: "[ 4294967295, 4294967295], ".
-    static constexpr std::size_t longestText = 27;
-
-    void flush();
-
-    std::ostream& out_;
-    char open_;
-    char close_;
+    JsonBlock& block_;
+    std::array<char, 2> before_;  ///< What stands before the first address,
+    std::array<char, 5> between_; ///< and before all others.
     bool isFirst_ = true;
-    std::size_t length_ = 0;       ///< Characters in the block that are not on `out_` yet.
-    std::array<char, 4096> block_; ///< Not initialised: there is a writer for each register.
 };
 
 } // namespace consolidator

@@ -21,23 +21,23 @@ std::uint32_t Variable::bitWidth() const {
 }
 
 void Variable::writeJson(std::ostream& out) const {
-    out << "[ ";
+    JsonBlock json(out);
+    json.add("[ ");
     for (const std::string* text : {&sourceName, &hardwareName, &typeText}) {
-        writeQuoted(out, *text);
-        out << ", ";
+        json.addQuoted(*text).add(", ");
     }
-    out << bitWidth();
+    json.add(bitWidth());
     if (!locations.empty()) {
-        out << ", [ ";
-        std::uint32_t instance = 0;
-        writeSeparated(out, locations, [&](const std::vector<LogicLocation>& bits) {
-            out << "{ \"Instance\" : " << instance++ << ", \"Bits\" : [";
-            JsonLocations(out, '{', '}').add(bits);
-            out << "]}";
-        });
-        out << "]";
+        json.add(", [ ");
+        for (std::size_t instance = 0; instance < locations.size(); ++instance) {
+            json.add(instance == 0 ? "" : ", ").add("{ \"Instance\" : ");
+            json.add(static_cast<std::uint32_t>(instance)).add(", \"Bits\" : [");
+            JsonLocations(json, '{', '}').add(locations[instance]);
+            json.add("]}");
+        }
+        json.add("]");
     }
-    out << "]";
+    json.add("]");
 }
 
 std::uint32_t Variable::write(std::FILE* stream) const {

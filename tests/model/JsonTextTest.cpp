@@ -5,8 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <sstream>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace consolidator::test {
@@ -24,11 +27,20 @@ std::string inQuotes(std::string_view text) {
     return out.str();
 }
 
+/// What write(block) puts on a stream.
+template <typename Write>
+std::string blockText(Write write) {
+    std::ostringstream out;
+    {
+        JsonBlock block(out);
+        write(block);
+    }
+    return out.str();
+}
+
 std::string locationsText(const std::vector<LogicLocation>& locations, char open = '[',
                           char close = ']') {
-    std::ostringstream out;
-    JsonLocations(out, open, close).add(locations);
-    return out.str();
+    return blockText([&](JsonBlock& block) { JsonLocations(block, open, close).add(locations); });
 }
 
 TEST(JsonText, ACommaAndABlankStandBetweenElementsOnly) {
@@ -69,6 +81,65 @@ TEST(JsonText, NoLocationsGiveNoText) {
 
 TEST(JsonText, LocationsAreWrittenInDecimalUpToTheLargestNumber) {
     EXPECT_EQ(locationsText({{0xFFFFFFFF, 0x80000000}}), "[ 4294967295, 2147483648]");
+}
+
+TEST(JsonText, NumbersOfAnyLengthAreWrittenInDecimal) {
+    const std::vector<std::pair<std::uint32_t, std::string>> numbers{
+        {0, "0"},
+        {9, "9"},
+        {10, "10"},
+        {99, "99"},
+        {100, "100"},
+        {909, "909"},
+        {1000, "1000"},
+        {9999, "9999"},
+        {10000, "10000"},
+        {12345, "12345"},
+        {99999, "99999"},
+        {100000, "100000"},
+        {1000000, "1000000"},
+        {9999999, "9999999"},
+        {10000000, "10000000"},
+        {98765432, "98765432"},
+        {99999999, "99999999"},
+        {100000000, "100000000"},
+        {200000003, "200000003"},
+        {999999999, "999999999"},
+        {1000000000, "1000000000"},
+        {4294967295, "4294967295"},
+    };
+    for (const auto& [number, text] : numbers) {
+        EXPECT_EQ(blockText([&, number = number](JsonBlock& block) { block.add(number); }), text);
+    }
+}
+
+// Some 60,000 numbers of all lengths.
+TEST(JsonText, NumbersAreWrittenAsTheLibraryWritesThem) {
+    for (std::uint64_t number = 0; number <= 0xFFFFFFFF; number += 1 + number / 5000) {
+        const auto same = static_cast<std::uint32_t>(number);
+        ASSERT_EQ(blockText([=](JsonBlock& block) { block.add(same); }), std::to_string(number));
+    }
+}
+
+TEST(JsonText, ABlockKeepsItsPiecesInOrder) {
+    EXPECT_EQ(blockText([](JsonBlock& block) {
+                  block.add("[ ").addQuoted("a\"b").add(", ").add(7).add("]");
+              }),
+              "[ \"a\"b\", 7]");
+    EXPECT_EQ(blockText([](JsonBlock& /*block*/) {}), "");
+}
+
+// Around the size at which a block passes on what it holds.
+TEST(JsonText, PiecesOfAnyLengthComeWhole) {
+    for (const std::size_t length : {4090U, 4095U, 4096U, 4097U, 100'000U}) {
+        const std::string text(length, 'x');
+        std::string expected = "12";
+        expected += text;
+        expected += "34";
+        expected += text;
+        EXPECT_EQ(blockText([&](JsonBlock& block) { block.add(12).add(text).add(34).add(text); }),
+                  expected);
+    }
 }
 
 TEST(JsonText, ThousandsOfLocationsAreWrittenWithoutAGap) {
