@@ -1,0 +1,56 @@
+#include "inspect/Database.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+namespace consolidator::inspect {
+
+namespace {
+
+/// Why the file cannot be opened for reading; empty if it can be.
+std::string openingFault(const std::string& path) {
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) {
+        return "is a folder";
+    }
+    errno = 0;
+    const std::ifstream file(path, std::ios::binary);
+    return file.is_open() ? "" : std::string("cannot be opened: ") + std::strerror(errno);
+}
+
+} // namespace
+
+Database::Readable Database::read(const std::string& path) {
+    path_ = path;
+    fault_ = openingFault(path);
+    if (!fault_.empty()) {
+        return Readable::Not;
+    }
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
+    fileSize_ = error ? 0 : size;
+
+    if (content_->readExisting(path)) {
+        if (header().majorVersion <= ConsolidatedFile::supportedMajor) {
+            return Readable::Whole;
+        }
+        fault_ = "is of version " + std::to_string(header().majorVersion) + "." +
+                 std::to_string(header().minorVersion) + "; only versions up to " +
+                 std::to_string(ConsolidatedFile::supportedMajor) + "." +
+                 std::to_string(ConsolidatedFile::supportedMinor) + " are known";
+        return Readable::Not;
+    }
+    // Only a table can follow a header, and only a header makes the file a database.
+    if (sections().empty()) {
+        fault_ = "is no consolidated file: run 'consolidator-inspect verify' on it to see why";
+        return Readable::Not;
+    }
+    fault_ = "is damaged, and only a part of it could be read: run 'consolidator-inspect verify' "
+             "on it to see where";
+    return Readable::InPart;
+}
+
+} // namespace consolidator::inspect

@@ -1,0 +1,37 @@
+#include "inspect/DatabaseCommand.h"
+
+#include "inspect/Printable.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <optional>
+#include <ostream>
+
+namespace consolidator::inspect {
+
+std::optional<Database> readDatabase(const std::string& path, Console& console) {
+    Database database;
+    const Database::Readable readable = database.read(path);
+    if (!database.fault().empty()) {
+        console.err << printable(path) << ": error: " << database.fault() << '\n';
+    }
+    if (readable == Database::Readable::Not) {
+        return std::nullopt;
+    }
+    return database;
+}
+
+DatabaseCommand::DatabaseCommand(CLI::App& command) {
+    command.add_option("DB", path_, "The consolidated file to look into")->required();
+}
+
+Status DatabaseCommand::run(Console& console) {
+    const std::optional<Database> database = readDatabase(path_, console);
+    if (!database) {
+        return unreadable;
+    }
+    const Status status = show(*database, console);
+    return database->fault().empty() ? status : std::max(status, unreadable);
+}
+
+} // namespace consolidator::inspect

@@ -1,0 +1,38 @@
+// The base of all commands that show something of one database.
+#pragma once
+
+#include "inspect/Command.h"
+#include "inspect/Database.h"
+
+#include <string>
+
+namespace CLI {
+class App;
+} // namespace CLI
+
+namespace consolidator::inspect {
+
+/// A command whose first argument is a database, which is read before the command proper begins.
+///
+/// A file that is no database ends the command. Of a damaged one, what the consolidator itself
+/// would still make of it is shown, after a message, and the status is `unreadable`.
+class DatabaseCommand : public Command {
+public:
+    Status run(Console& console) final;
+
+protected:
+    /// Adds the argument DB to the command's own part of the command line.
+    explicit DatabaseCommand(CLI::App& command);
+
+    /// The command proper.
+    virtual Status show(const Database& database, Console& console) = 0;
+
+private:
+    std::string path_;
+};
+
+/// Reads the database at `path` for a command, with messages as DatabaseCommand gives them. Nothing
+/// if the file is no database.
+std::optional<Database> readDatabase(const std::string& path, Console& console);
+
+} // namespace consolidator::inspect

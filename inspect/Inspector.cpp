@@ -1,0 +1,61 @@
+#include "inspect/Inspector.h"
+
+#include "inspect/SummaryCommand.h"
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <ostream>
+#include <utility>
+#include <vector>
+
+namespace consolidator::inspect {
+
+namespace {
+
+/// The whole command line, and the commands that fill themselves from it.
+class CommandLine {
+public:
+    CommandLine() {
+        app_.name("consolidator-inspect");
+        // "-h" is what the consolidator calls a hierarchy file.
+        app_.set_help_flag("--help", "Print this help and exit");
+        app_.set_version_flag("--version", CONSOLIDATOR_VERSION, "Print the version and exit");
+        app_.get_formatter()->label("SUBCOMMAND", "COMMAND ...");
+        app_.get_formatter()->label("Subcommands", "Commands");
+        app_.require_subcommand(1);
+        add<SummaryCommand>();
+    }
+
+    int run(int argc, const char* const* argv, Console& console) {
+        try {
+            app_.parse(argc, argv);
+        } catch (const CLI::ParseError& error) {
+            // Asking for help is no error; everything else has a status of its own there.
+            return app_.exit(error, console.out, console.err) == 0 ? fine : unreadable;
+        }
+        for (const auto& [subcommand, command] : commands_) {
+            if (subcommand->parsed()) {
+                return command->run(console);
+            }
+        }
+        return unreadable;
+    }
+
+private:
+    template <typename NewCommand>
+    void add() {
+        auto command = std::make_unique<NewCommand>(app_);
+        commands_.emplace_back(app_.get_subcommands({}).back(), std::move(command));
+    }
+
+    CLI::App app_{"Shows what is in a consolidated debug database, and why something is not."};
+    std::vector<std::pair<CLI::App*, std::unique_ptr<Command>>> commands_; ///< In order of help.
+};
+
+} // namespace
+
+int inspect(int argc, const char* const* argv, Console& console) {
+    return CommandLine().run(argc, argv, console);
+}
+
+} // namespace consolidator::inspect

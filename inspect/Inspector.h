@@ -1,0 +1,16 @@
+// One run of the inspector, from the command line to the exit status.
+//
+//     consolidator-inspect COMMAND …
+//
+// Each command is a class of its own, in a file of its name.
+#pragma once
+
+#include "inspect/Command.h"
+
+namespace consolidator::inspect {
+
+/// Runs the program on a command line as main() gets it and returns the exit status, a Status.
+/// Problems of the command line go to `console.err`.
+int inspect(int argc, const char* const* argv, Console& console);
+
+} // namespace consolidator::inspect

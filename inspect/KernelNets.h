@@ -1,0 +1,53 @@
+// Which registers of a kernel hold which argument or variable, and in which instance.
+#pragma once
+
+#include "model/Kernel.h"
+#include "model/KeyedHash.h"
+#include "model/PathFinder.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace consolidator::inspect {
+
+/// The last component of a net: the text behind its last "/".
+std::string_view lastComponent(std::string_view net);
+
+/// An index over the registers of one kernel, which must outlive it and stay as it is.
+///
+/// A register holds the arguments and variables whose hardware name is its net's last component.
+/// It belongs to the instance whose path occurs in its net; of several, as "top/k_1" and "top/k_10"
+/// in "/top/k_10/x", to the longest.
+class KernelNets {
+public:
+    explicit KernelNets(const Kernel& kernel);
+
+    const Kernel& kernel() const { return *kernel_; }
+
+    /// The positions in hardwareVariables(), ascending, of the registers with this last component.
+    std::span<const std::uint32_t> registersOf(std::string_view hardwareName) const;
+
+    /// The position in instancePaths() of the instance that the register at `position` lies in.
+    /// Nothing if no path occurs in its net, which no run of the consolidator leaves behind.
+    std::optional<std::uint32_t> instanceOf(std::size_t position) const {
+        return instances_.at(position);
+    }
+
+private:
+    struct Hash {
+        std::size_t operator()(std::string_view text) const { return keyHash(text); }
+    };
+
+    void findInstances();
+
+    const Kernel* kernel_;
+    std::unordered_map<std::string_view, std::vector<std::uint32_t>, Hash> byName_;
+    std::vector<std::optional<std::uint32_t>> instances_; ///< Per register.
+};
+
+} // namespace consolidator::inspect

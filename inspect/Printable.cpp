@@ -1,0 +1,63 @@
+#include "inspect/Printable.h"
+
+#include "inspect/Utf8.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace consolidator::inspect {
+
+namespace {
+
+std::string escaped(char byte) {
+    switch (byte) {
+    case '\n':
+        return "\\n";
+    case '\t':
+        return "\\t";
+    case '\\':
+        return "\\\\";
+    default:
+        break;
+    }
+    constexpr std::string_view digits = "0123456789abcdef";
+    const auto value = static_cast<std::uint8_t>(byte);
+    return {'\\', 'x', digits[value / digits.size()], digits[value % digits.size()]};
+}
+
+bool isControl(std::string_view character) {
+    const auto first = static_cast<std::uint8_t>(character.front());
+    if (character.size() == 1) {
+        return first < 0x20 || first == 0x7F;
+    }
+    return character.size() == 2 && first == 0xC2 && static_cast<std::uint8_t>(character[1]) < 0xA0;
+}
+
+} // namespace
+
+std::string printable(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const std::size_t length = utf8Length(text);
+        const std::string_view character = text.substr(0, std::max<std::size_t>(length, 1));
+        if (length == 0 || isControl(character) || character == "\\") {
+            for (const char byte : character) {
+                result += escaped(byte);
+            }
+        } else {
+            result += character;
+        }
+        text.remove_prefix(character.size());
+    }
+    return result;
+}
+
+std::size_t columns(std::string_view text) {
+    return static_cast<std::size_t>(std::ranges::count_if(
+        text, [](char byte) { return (static_cast<std::uint8_t>(byte) & 0xC0U) != 0x80U; }));
+}
+
+} // namespace consolidator::inspect

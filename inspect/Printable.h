@@ -1,0 +1,20 @@
+// Texts from files, made fit for a terminal.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace consolidator::inspect {
+
+/// The text on one line, and without anything that a terminal would take for a command: control
+/// bytes, DEL, and bytes that are no UTF-8 come as "\n", "\t" or "\x1b", a backslash as "\\".
+/// Control characters of two bytes (U+0080 to U+009F) come byte by byte.
+///
+/// A net or a name from a build is never changed by it; one from a hostile file cannot move the
+/// cursor or forge a line.
+std::string printable(std::string_view text);
+
+/// The number of columns that a printable text takes, one for each of its UTF-8 characters.
+std::size_t columns(std::string_view text);
+
+} // namespace consolidator::inspect

@@ -1,0 +1,107 @@
+#include "inspect/SummaryCommand.h"
+
+#include "inspect/Printable.h"
+#include "inspect/Style.h"
+#include "inspect/Table.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <ostream>
+#include <span>
+
+namespace consolidator::inspect {
+
+namespace {
+
+constexpr Table::Align right = Table::Align::Right;
+
+void printHead(const Database& database, std::ostream& out) {
+    out << printable(database.path()) << ": consolidated file, version "
+        << database.header().majorVersion << '.' << database.header().minorVersion << ", "
+        << database.fileSize() << " bytes\n";
+    out << "project: " << (database.project().empty() ? "none" : printable(database.project()))
+        << '\n';
+    out << "DWARF:   ";
+    if (database.dwarf()) {
+        out << database.dwarf()->size() << " bytes\n";
+    } else {
+        out << "none\n";
+    }
+}
+
+void printSections(const Database& database, Console& console) {
+    Table table({{"#", right}, {"type"}, {"offset", right}, {"size", right}});
+    std::size_t number = 0;
+    for (const SectionEntry& entry : database.sections()) {
+        table.add({std::to_string(number++), describe(entry), std::to_string(entry.offset),
+                   std::to_string(entry.size)});
+    }
+    console.out << '\n' << bold("Sections", console.colour) << '\n';
+    table.print(console.out, "  ", console.colour);
+}
+
+void printKernels(const Database& database, Console& console) {
+    Table table({{"name"},
+                 {"type"},
+                 {"instances", right},
+                 {"arguments", right},
+                 {"variables", right},
+                 {"registers", right},
+                 {"located bits", right},
+                 {"conditions", right}});
+    for (const Kernel& kernel : database.kernels()) {
+        std::uint64_t bits = 0;
+        for (const HardwareVariable& variable : kernel.hardwareVariables()) {
+            bits += locatedBits(variable);
+        }
+        table.add({printable(kernel.name()), std::string(label(kernel.type())),
+                   std::to_string(kernel.instancePaths().size()),
+                   std::to_string(kernel.arguments().size()),
+                   std::to_string(kernel.variables().size()),
+                   std::to_string(kernel.hardwareVariables().size()), std::to_string(bits),
+                   std::to_string(kernel.breakableConditions().size())});
+    }
+    console.out << '\n' << bold("Kernels", console.colour) << '\n';
+    if (table.empty()) {
+        console.out << "  none\n";
+    } else {
+        table.print(console.out, "  ", console.colour);
+    }
+}
+
+} // namespace
+
+SummaryCommand::SummaryCommand(CLI::App& commandLine)
+    : DatabaseCommand(*commandLine.add_subcommand(
+          "summary", "Show sections, project and a table of the kernels")) {}
+
+Status SummaryCommand::show(const Database& database, Console& console) {
+    printHead(database, console.out);
+    printSections(database, console);
+    printKernels(database, console);
+    return fine;
+}
+
+std::string describe(const SectionEntry& entry) {
+    switch (static_cast<SectionType>(entry.type)) {
+    case SectionType::ProjectName:
+        return "project name";
+    case SectionType::Dwarf:
+        return "DWARF";
+    case SectionType::KernelData:
+        return "kernel data";
+    case SectionType::KernelJson:
+        return "kernel JSON";
+    }
+    return "type " + std::to_string(entry.type) + " (unknown)";
+}
+
+std::uint64_t locatedBits(const HardwareVariable& variable) {
+    std::uint64_t count = 0;
+    variable.locations.forEachRun([&count](std::span<const LogicLocation> run) {
+        count += run.size() - static_cast<std::uint64_t>(std::ranges::count(run, LogicLocation{}));
+    });
+    return count;
+}
+
+} // namespace consolidator::inspect

@@ -1,0 +1,35 @@
+// `consolidator-inspect summary DB`: what is in a database, at a glance.
+//
+//     accelerator.bin: consolidated file, version 1.1, 5120 bytes
+//     project: accelerator
+//     DWARF:   38 bytes
+//
+//     Sections
+//       #  type          offset  size
+//       0  project name     112    11
+//       …
+//     Kernels
+//       name        type  instances  arguments  variables  registers  located bits  conditions
+//       scale_rows  HLS           2          4          2          5            31           3
+#pragma once
+
+#include "inspect/DatabaseCommand.h"
+
+namespace consolidator::inspect {
+
+class SummaryCommand final : public DatabaseCommand {
+public:
+    /// Adds the command to the command line.
+    explicit SummaryCommand(CLI::App& commandLine);
+
+private:
+    Status show(const Database& database, Console& console) override;
+};
+
+/// What a section holds, in words; "type 7 (unknown)" for a type that this program does not know.
+std::string describe(const SectionEntry& entry);
+
+/// How many bits of the register have a location: one that was never seen is a pair of zeros.
+std::uint64_t locatedBits(const HardwareVariable& variable);
+
+} // namespace consolidator::inspect

@@ -1,0 +1,43 @@
+// The inspector's entry point.
+
+#include "driver/Process.h"
+#include "inspect/Inspector.h"
+
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <new>
+#include <unistd.h>
+
+namespace {
+
+/// A user who sets NO_COLOR to anything but an empty text wants no colour (https://no-color.org).
+bool wantsColour() {
+    const char* noColour = std::getenv("NO_COLOR");
+    return (noColour == nullptr || *noColour == '\0') && isatty(STDOUT_FILENO) == 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    using namespace consolidator;
+    prepareProcess();
+    inspect::Console console{.out = std::cout,
+                             .err = std::cerr,
+                             .colour = wantsColour(),
+                             .progress = isatty(STDERR_FILENO) == 1};
+    try {
+        const int status = inspect::inspect(argc, argv, console);
+        std::cout.flush();
+        if (!std::cout) {
+            std::cerr << "consolidator-inspect: standard output cannot be written" << std::endl;
+            return inspect::unreadable;
+        }
+        return status;
+    } catch (const std::bad_alloc&) {
+        endForLackOfMemory();
+    } catch (const std::exception& error) {
+        std::cerr << "consolidator-inspect: " << error.what() << std::endl;
+        return inspect::unreadable;
+    }
+}
