@@ -1,0 +1,157 @@
+# What `cmake --install` puts where. Three components, so that packages can be made of them:
+#
+#   runtime      the programs, their man pages, completions and documents
+#   library      libconsolidator.so.*, when it is shared
+#   development  what a program needs to read databases with the library: headers below
+#                include/consolidator, the library, a CMake package and a pkg-config file
+#
+# docs/library.md shows how the last is used; tests/install uses it.
+
+include(CMakePackageConfigHelpers)
+
+set(CONSOLIDATOR_ZSH_COMPLETIONS ${CMAKE_INSTALL_DATADIR}/zsh/site-functions CACHE STRING
+    "Where zsh finds completions; Debian's has another place for those of packages")
+
+# Programs
+
+install(TARGETS consolidator consolidator-inspect COMPONENT runtime)
+if(CONSOLIDATOR_SHARED)
+    # The library is found wherever the whole was installed to or moved.
+    file(RELATIVE_PATH libraries_from_programs ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+    set_target_properties(consolidator consolidator-inspect PROPERTIES
+        INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
+endif()
+foreach(program consolidator consolidator-inspect)
+    install(FILES packaging/completions/bash/${program}
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT runtime)
+    install(FILES packaging/completions/zsh/_${program}
+        DESTINATION ${CONSOLIDATOR_ZSH_COMPLETIONS} COMPONENT runtime)
+    install(FILES packaging/completions/fish/${program}.fish
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT runtime)
+endforeach()
+install(FILES README.md CHANGELOG.md LICENSE
+    DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT runtime)
+
+# Man pages
+
+find_program(SCDOC scdoc)
+if(SCDOC)
+    foreach(program consolidator consolidator-inspect)
+        set(source ${PROJECT_BINARY_DIR}/man/${program}.1.scd)
+        set(page ${PROJECT_BINARY_DIR}/man/${program}.1)
+        configure_file(packaging/${program}.1.scd ${source} @ONLY)
+        # It writes to standard output only.
+        add_custom_command(OUTPUT ${page}
+            COMMAND sh -c [["$0" <"$1" >"$2.part" && mv "$2.part" "$2"]] ${SCDOC} ${source} ${page}
+            DEPENDS ${source}
+            COMMENT "Making the man page ${program}.1"
+            VERBATIM)
+        list(APPEND man_pages ${page})
+    endforeach()
+    add_custom_target(man_pages ALL DEPENDS ${man_pages})
+    install(FILES ${man_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT runtime)
+else()
+    message(STATUS "scdoc is not installed: no man pages are made")
+endif()
+
+# The library
+
+# What a program may include, and what that includes in turn. Nothing of Expat is among it.
+set(public_headers
+    consolidated/ConsolidatedFile.h
+    consolidated/Diagnostic.h
+    consolidated/FileHandle.h
+    consolidated/InputFile.h
+    consolidated/LineCountingBuffer.h
+    consolidated/SectionEntry.h
+    model/BreakableCondition.h
+    model/HardwareVariable.h
+    model/Kernel.h
+    model/KernelIndex.h
+    model/KernelType.h
+    model/KeyedHash.h
+    model/LocationList.h
+    model/LogicLocation.h
+    model/Marks.h
+    model/PathFinder.h
+    model/RAMFile.h
+    model/UniqueList.h
+    model/Variable.h
+    readers/AuxiliaryXMLFile.h
+    readers/BitLine.h
+    readers/HdlReservedWords.h
+    readers/HierarchyFile.h
+    readers/HLSFile.h
+    readers/KernelFile.h
+    readers/KnownNets.h
+    readers/LLFile.h
+    readers/LocationBudget.h
+    readers/NetMatcher.h)
+set(header_folder ${CMAKE_INSTALL_INCLUDEDIR}/consolidator)
+foreach(header IN LISTS public_headers)
+    cmake_path(GET header PARENT_PATH folder)
+    install(FILES ${header} DESTINATION ${header_folder}/${folder} COMPONENT development)
+endforeach()
+# The headers then name each other by relative paths; see there.
+install(CODE "set(headers \"${public_headers}\")\nset(header_folder \"${header_folder}\")"
+    COMPONENT development)
+install(SCRIPT cmake/RelateHeaders.cmake COMPONENT development)
+
+# While it may still change with every minor version, so does the name that programs bind to.
+if(PROJECT_VERSION_MAJOR EQUAL 0)
+    set(library_interface ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+    set(compatible_versions SameMinorVersion)
+else()
+    set(library_interface ${PROJECT_VERSION_MAJOR})
+    set(compatible_versions SameMajorVersion)
+endif()
+set_target_properties(consolidator_core PROPERTIES
+    EXPORT_NAME core
+    OUTPUT_NAME consolidator
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${library_interface})
+target_include_directories(consolidator_core
+    INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+install(TARGETS consolidator_core EXPORT consolidator
+    ARCHIVE COMPONENT development
+    LIBRARY COMPONENT library NAMELINK_COMPONENT development)
+
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/consolidator)
+install(EXPORT consolidator
+    NAMESPACE consolidator::
+    FILE consolidatorTargets.cmake
+    DESTINATION ${package_folder}
+    COMPONENT development)
+# Only programs that link a static library have to find what it needs.
+if(NOT CONSOLIDATOR_SHARED)
+    set(find_dependencies "include(CMakeFindDependencyMacro)\nfind_dependency(EXPAT 2.5)\n")
+endif()
+configure_package_config_file(
+    cmake/consolidatorConfig.cmake.in ${PROJECT_BINARY_DIR}/cmake/consolidatorConfig.cmake
+    INSTALL_DESTINATION ${package_folder}
+    NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(
+    ${PROJECT_BINARY_DIR}/cmake/consolidatorConfigVersion.cmake
+    COMPATIBILITY ${compatible_versions})
+install(
+    FILES
+        ${PROJECT_BINARY_DIR}/cmake/consolidatorConfig.cmake
+        ${PROJECT_BINARY_DIR}/cmake/consolidatorConfigVersion.cmake
+    DESTINATION ${package_folder}
+    COMPONENT development)
+
+# Paths relative to the file itself stay right when the installed tree is moved.
+set(pkgconfig_folder ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH prefix_from_pkgconfig ${pkgconfig_folder} ${CMAKE_INSTALL_PREFIX})
+string(REGEX REPLACE "/$" "" prefix_from_pkgconfig ${prefix_from_pkgconfig})
+file(RELATIVE_PATH headers_from_pkgconfig ${pkgconfig_folder} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
+# Who links the static library links Expat too, whether or not they ask for static linking.
+if(CONSOLIDATOR_SHARED)
+    set(requires_field "Requires.private")
+else()
+    set(requires_field "Requires")
+endif()
+configure_file(cmake/consolidator.pc.in ${PROJECT_BINARY_DIR}/cmake/consolidator.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/cmake/consolidator.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)

@@ -1,0 +1,152 @@
+#!/usr/bin/env bash
+# Installs the core library, moves the installed tree, and uses it from there as another project would:
+# through its CMake package and through pkg-config.
+#
+#   tests/install/check-library.sh static|shared BUILD
+#
+# BUILD is a built tree, whose compiler is used for all. A shared library is built for this, below
+# BUILD/install-tests, where everything goes.
+set -euo pipefail
+
+kind=$1
+build=$2
+source=$(cd "$(dirname "$0")/../.." && pwd)
+work=$build/install-tests/$kind
+compiler=$(sed -n 's/^CMAKE_CXX_COMPILER:[A-Z]*=//p' "$build/CMakeCache.txt")
+warnings=(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+rm -rf "$work/installed" "$work/moved" "$work/user"
+mkdir -p "$work/user"
+
+# quietly COMMAND...: shows the output only if the command fails
+quietly() {
+    "$@" >"$work/log" 2>&1 || {
+        echo "FAILED: $*" >&2
+        cat "$work/log" >&2
+        exit 1
+    }
+}
+
+# require TEST...: stops unless the test holds
+require() {
+    "$@" || {
+        echo "FAILED: $*" >&2
+        exit 1
+    }
+}
+
+# expect_output WHAT COMMAND...: the command prints what the example database holds
+expect_output() {
+    local what=$1
+    shift
+    "$@" >"$work/output"
+    diff "$source/tests/install/read-database.expected" "$work/output"
+    echo "ok: $what"
+}
+
+library=$build
+if [ "$kind" = shared ]; then
+    library=$work/build
+    quietly cmake -S "$source" -B "$library" -DCMAKE_CXX_COMPILER="$compiler" \
+        -DCMAKE_BUILD_TYPE=Release -DCONSOLIDATOR_SHARED=ON -DBUILD_TESTING=OFF
+    quietly cmake --build "$library" --target consolidator_core --parallel "$(nproc)"
+fi
+for component in library development; do
+    quietly cmake --install "$library" --prefix "$work/installed" --component "$component"
+done
+mv "$work/installed" "$work/moved"
+prefix=$work/moved
+pkgconfig=$(dirname "$(find "$prefix" -name consolidator.pc)")
+export PKG_CONFIG_PATH=$pkgconfig
+# Only shared libraries are looked for at run time.
+export LD_LIBRARY_PATH=${pkgconfig%/pkgconfig}
+
+"$build/bin/consolidator" -c -f "$work/accelerator.bin" -p accelerator \
+    -d "$source/examples/program.dwarf" -h "$source/examples/system.hier" \
+    -k "$source/examples/kernel.xml" -x "$source/examples/checksum_auxiliary.xml" \
+    -s "$source/examples/scale_rows.hls" -s "$source/examples/checksum.hls" \
+    -l "$source/examples/top.ll"
+
+# Each header holds all it needs, takes no other project's headers for ours, and has no warnings.
+mkdir -p "$work/user/model" "$work/user/consolidated"
+for header in model/Kernel.h model/UniqueList.h consolidated/InputFile.h; do
+    echo '#error "taken for a header of the library"' >"$work/user/$header"
+done
+(cd "$prefix/include" && find consolidator -name '*.h' | sort) >"$work/headers"
+require [ -s "$work/headers" ]
+while read -r header; do
+    echo "#include <$header>" >"$work/user/header.cpp"
+    # shellcheck disable=SC2046 # options are words
+    quietly "$compiler" -std=c++20 "${warnings[@]}" -fsyntax-only -I "$work/user" \
+        $(pkg-config --cflags consolidator) "$work/user/header.cpp"
+done <"$work/headers"
+echo "ok: $(wc -l <"$work/headers") headers stand alone"
+
+# The library is of the kind that was asked for.
+case $kind in
+static)
+    require [ -f "$LD_LIBRARY_PATH/libconsolidator.a" ]
+    require [ ! -e "$LD_LIBRARY_PATH/libconsolidator.so" ]
+    ;;
+shared)
+    soname=$(readelf --dynamic "$LD_LIBRARY_PATH/libconsolidator.so" | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
+    version=$(pkg-config --modversion consolidator)
+    require [ "$soname" = "libconsolidator.so.${version%.*}" ]
+    require [ -f "$LD_LIBRARY_PATH/libconsolidator.so.$version" ]
+    require [ ! -e "$LD_LIBRARY_PATH/libconsolidator.a" ]
+    ;;
+esac
+echo "ok: $kind library"
+
+# CMake
+quietly cmake -S "$source/examples/read-database" -B "$work/user/cmake" \
+    -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_PREFIX_PATH="$prefix"
+quietly cmake --build "$work/user/cmake"
+expect_output "find_package" "$work/user/cmake/read-database" "$work/accelerator.bin"
+
+# Another minor version is another interface as long as the major one is 0.
+mkdir -p "$work/user/version"
+cat >"$work/user/version/CMakeLists.txt" <<'END'
+cmake_minimum_required(VERSION 3.25)
+project(version LANGUAGES CXX)
+find_package(consolidator ${wanted} REQUIRED)
+END
+wants() {
+    cmake -S "$work/user/version" -B "$work/user/version/build" -DCMAKE_PREFIX_PATH="$prefix" \
+        -DCMAKE_CXX_COMPILER="$compiler" -Dwanted="$1" >"$work/log" 2>&1
+}
+require wants 0.2
+for other in 0.1 0.3 1.0; do
+    if wants "$other"; then
+        echo "FAILED: accepted as version $other" >&2
+        exit 1
+    fi
+done
+grep --quiet 'version: 0.2' "$work/log" # that is why it was not accepted
+echo "ok: versions"
+
+# pkg-config and the compiler alone
+# shellcheck disable=SC2046 # options are words
+quietly "$compiler" -std=c++20 "${warnings[@]}" "$source/examples/read-database/main.cpp" \
+    -o "$work/user/read-database" $(pkg-config --cflags --libs consolidator)
+expect_output "pkg-config" "$work/user/read-database" "$work/accelerator.bin"
+
+# A program that uses a reader needs Expat, which it gets without asking for it.
+cat >"$work/user/reader.cpp" <<'END'
+#include <consolidator/readers/KernelFile.h>
+int main(int, char** argv) {
+    consolidator::KernelFile reader(argv[1]);
+    return reader.parse() && reader.kernels().size() == 1 ? 0 : 1;
+}
+END
+# shellcheck disable=SC2046 # options are words
+quietly "$compiler" -std=c++20 "$work/user/reader.cpp" -o "$work/user/reader" \
+    $(pkg-config --cflags --libs consolidator)
+"$work/user/reader" "$source/examples/kernel.xml"
+echo "ok: readers"
+
+# What is no database is said to be none.
+status=0
+"$work/user/read-database" "$source/examples/top.ll" 2>"$work/output" || status=$?
+require [ "$status" -eq 1 ]
+require [ "$(cat "$work/output")" = "$source/examples/top.ll: not a whole consolidated file" ]
+echo "ok: no database"
