@@ -10,7 +10,7 @@
 include(CMakePackageConfigHelpers)
 
 set(CONSOLIDATOR_ZSH_COMPLETIONS ${CMAKE_INSTALL_DATADIR}/zsh/site-functions CACHE STRING
-    "Where zsh finds completions; Debian's has another place for those of packages")
+    "Where zsh looks for completions; Debian's packages have a place of their own")
 
 # Programs
 
@@ -29,9 +29,9 @@ foreach(program consolidator consolidator-inspect)
     install(FILES packaging/completions/fish/${program}.fish
         DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT runtime)
 endforeach()
-install(FILES README.md CHANGELOG.md LICENSE
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md LICENSE SECURITY.md
     DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
-install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT runtime)
+install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
 
 # Man pages
 

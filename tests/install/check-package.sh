@@ -1,0 +1,147 @@
+#!/usr/bin/env bash
+# Installs packages, uses them from where they are then, and removes them.
+#
+#   tests/install/check-package.sh BUILD ROOT PACKAGE...
+#
+# BUILD is the tree that the packages were made of, whose programs must do the same as the installed
+# ones. ROOT is "/", or a folder to install into, which gets a package database of its own; what the
+# packages depend on is then that of this machine. Needs the rights of root, or fakeroot.
+set -euo pipefail
+
+build=$1
+root=${2%/}
+shift 2
+packages=("$@")
+source=$(cd "$(dirname "$0")/../.." && pwd)
+work=$build/package-test
+names=(consolidator libconsolidator-dev)
+rm -rf "$work"
+mkdir -p "$work"
+
+fail() {
+    echo "FAILED: $*" >&2
+    exit 1
+}
+
+# Debian's tools for the given root
+in_root() {
+    local program=$1
+    shift
+    if [ -z "$root" ]; then
+        "$program" "$@"
+    elif [ "$program" = dpkg ]; then
+        dpkg --root="$root" --force-not-root --force-depends --force-script-chrootless "$@"
+    else
+        "$program" --admindir="$root/var/lib/dpkg" "$@"
+    fi
+}
+
+# installed PACKAGE: whether anything of it is there
+installed() {
+    local state
+    state=$(in_root dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null || true)
+    [ -n "$state" ] && [ "$state" != not-installed ]
+}
+
+for name in "${names[@]}"; do
+    ! installed "$name" || fail "$name is installed already"
+done
+if [ -n "$root" ]; then
+    mkdir -p "$root/var/lib/dpkg/updates" "$root/var/lib/dpkg/info"
+    touch "$root/var/lib/dpkg/status"
+fi
+# existing: which of the packages' files and folders there are
+existing() {
+    local path
+    for package in "${packages[@]}"; do
+        dpkg-deb --fsys-tarfile "$package" | tar --list
+    done | sort --unique | while read -r path; do
+        if [ -e "$root/$path" ]; then
+            echo "$path"
+        fi
+    done
+}
+existing >"$work/before"
+trap 'in_root dpkg --purge "${names[@]}" >/dev/null 2>&1 || true' EXIT
+
+# Small systems leave documents and man pages out.
+in_root dpkg --path-include='/*' --install "${packages[@]}" >"$work/log" 2>&1 || {
+    cat "$work/log" >&2
+    fail "not installed"
+}
+for name in "${names[@]}"; do
+    installed "$name" || fail "$name is not installed"
+    changed=$(in_root dpkg --verify "$name")
+    [ -z "$changed" ] || fail "$name is not as it was packed: $changed"
+done
+echo "ok: installed"
+
+# outputs BIN DIRECTORY: leaves there what both programs make of the example project
+outputs() {
+    local bin=$1 status command
+    mkdir -p "$2"
+    (
+        cd "$2"
+        "$bin/consolidator" --help | sed 1d >help
+        "$bin/consolidator" --version >version
+        "$bin/consolidator" -c -f accelerator.bin -p accelerator \
+            -d "$source/examples/program.dwarf" -h "$source/examples/system.hier" \
+            -k "$source/examples/kernel.xml" -x "$source/examples/checksum_auxiliary.xml" \
+            -s "$source/examples/scale_rows.hls" -s "$source/examples/checksum.hls" \
+            -l "$source/examples/top.ll" -r "$source/examples/ram_utilization.rpt"
+        "$bin/consolidator" -f accelerator.bin -j accelerator.json
+        "$bin/consolidator" -f accelerator.bin -u accelerator.dwarf
+        "$bin/consolidator-inspect" --version >inspect-version
+        "$bin/consolidator-inspect" --help >inspect-help
+        for command in $(commands_of consolidator-inspect); do
+            case $command in
+            summary | json | verify)
+                status=0
+                "$bin/consolidator-inspect" "$command" accelerator.bin >"$command" 2>&1 || status=$?
+                echo "status $status" >>"$command"
+                ;;
+            esac
+        done
+    )
+}
+
+BIN=$build/bin
+. "$source/tests/install/help.sh"
+outputs "$build/bin" "$work/built"
+outputs "$root/usr/bin" "$work/installed"
+diff --recursive "$work/built" "$work/installed" || fail "installed programs do something else"
+[ -s "$work/installed/accelerator.json" ] || fail "no JSON"
+grep --quiet '^status 0$' "$work/installed/summary" || fail "no summary"
+echo "ok: both programs"
+
+completions=$source/packaging/completions
+for program in consolidator consolidator-inspect; do
+    gzip --test "$root/usr/share/man/man1/$program.1.gz"
+    cmp "$completions/bash/$program" "$root/usr/share/bash-completion/completions/$program"
+    cmp "$completions/zsh/_$program" "$root/usr/share/zsh/vendor-completions/_$program"
+    cmp "$completions/fish/$program.fish" "$root/usr/share/fish/vendor_completions.d/$program.fish"
+done
+echo "ok: man pages and completions"
+
+# The library, as a user's project finds it. In a root folder it has to be told where that is.
+cmake -S "$root/usr/share/doc/consolidator/examples/read-database" -B "$work/read-database" \
+    ${root:+-DCMAKE_PREFIX_PATH="$root/usr"} >"$work/log" 2>&1 &&
+    cmake --build "$work/read-database" >>"$work/log" 2>&1 || {
+    cat "$work/log" >&2
+    fail "the library is not of use"
+}
+"$work/read-database/read-database" "$work/installed/accelerator.bin" |
+    diff "$source/tests/install/read-database.expected" - || fail "the library reads something else"
+echo "ok: library"
+
+in_root dpkg --purge "${names[@]}" >"$work/log" 2>&1 || {
+    cat "$work/log" >&2
+    fail "not removed"
+}
+for name in "${names[@]}"; do
+    ! installed "$name" || fail "$name is still installed"
+done
+existing >"$work/after"
+left=$(comm -13 "$work/before" "$work/after")
+[ -z "$left" ] || fail "left behind: $left"
+echo "ok: removed"
