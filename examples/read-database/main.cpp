@@ -1,5 +1,5 @@
-// Reads a database as a debugger does: prints the variables of each kernel and, for each instance of
-// the kernel, where in the device their bits lie.
+// Reads a database as a debugger does: prints the variables of each kernel and, for each instance
+// of the kernel, where in the device their bits lie.
 //
 //     read-database accelerator.bin
 //
@@ -50,13 +50,15 @@ int main(int argc, char** argv) {
         return 2;
     }
     consolidator::ConsolidatedFile database;
-    // False: it is not a database, or damaged; of a damaged one, what came before the damage is there.
-    const bool whole = database.readExisting(argv[1]);
+    // Of a damaged file, what came before the damage is there. Of a newer version, nothing is sure.
+    const bool readable =
+        database.readExisting(argv[1]) && database.header().majorVersion <= database.supportedMajor;
+    if (!readable) {
+        std::cerr << argv[1] << ": not a whole consolidated file of a known version\n";
+        return 1;
+    }
     for (const consolidator::Kernel& kernel : database.kernels()) {
         print(kernel);
     }
-    if (!whole) {
-        std::cerr << argv[1] << ": not a whole consolidated file\n";
-    }
-    return whole ? 0 : 1;
+    return 0;
 }

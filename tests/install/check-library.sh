@@ -67,19 +67,23 @@ export LD_LIBRARY_PATH=${pkgconfig%/pkgconfig}
     -l "$source/examples/top.ll"
 
 # Each header holds all it needs, takes no other project's headers for ours, and has no warnings.
-mkdir -p "$work/user/model" "$work/user/consolidated"
-for header in model/Kernel.h model/UniqueList.h consolidated/InputFile.h; do
-    echo '#error "taken for a header of the library"' >"$work/user/$header"
-done
-(cd "$prefix/include" && find consolidator -name '*.h' | sort) >"$work/headers"
-require [ -s "$work/headers" ]
-while read -r header; do
-    echo "#include <$header>" >"$work/user/header.cpp"
-    # shellcheck disable=SC2046 # options are words
-    quietly "$compiler" -std=c++20 "${warnings[@]}" -fsyntax-only -I "$work/user" \
-        $(pkg-config --cflags consolidator) "$work/user/header.cpp"
-done <"$work/headers"
-echo "ok: $(wc -l <"$work/headers") headers stand alone"
+check_headers() {
+    mkdir -p "$work/user/model" "$work/user/consolidated"
+    for header in model/Kernel.h model/UniqueList.h consolidated/InputFile.h; do
+        echo '#error "taken for a header of the library"' >"$work/user/$header"
+    done
+    (cd "$prefix/include" && find consolidator -name '*.h' | sort) >"$work/headers"
+    require [ -s "$work/headers" ]
+    while read -r header; do
+        echo "#include <$header>" >"$work/user/header.cpp"
+        # shellcheck disable=SC2046 # options are words
+        quietly "$compiler" -std=c++20 "${warnings[@]}" -fsyntax-only -I "$work/user" \
+            $(pkg-config --cflags consolidator) "$work/user/header.cpp"
+    done <"$work/headers"
+    echo "ok: $(wc -l <"$work/headers") headers stand alone"
+}
+# They are the same for either kind.
+[ "$kind" = shared ] || check_headers
 
 # The library is of the kind that was asked for.
 case $kind in
@@ -126,7 +130,7 @@ echo "ok: versions"
 
 # pkg-config and the compiler alone
 # shellcheck disable=SC2046 # options are words
-quietly "$compiler" -std=c++20 "${warnings[@]}" "$source/examples/read-database/main.cpp" \
+quietly "$compiler" -std=c++20 -O2 "${warnings[@]}" "$source/examples/read-database/main.cpp" \
     -o "$work/user/read-database" $(pkg-config --cflags --libs consolidator)
 expect_output "pkg-config" "$work/user/read-database" "$work/accelerator.bin"
 
@@ -148,5 +152,5 @@ echo "ok: readers"
 status=0
 "$work/user/read-database" "$source/examples/top.ll" 2>"$work/output" || status=$?
 require [ "$status" -eq 1 ]
-require [ "$(cat "$work/output")" = "$source/examples/top.ll: not a whole consolidated file" ]
+require [ "$(cat "$work/output")" = "$source/examples/top.ll: not a whole consolidated file of a known version" ]
 echo "ok: no database"
