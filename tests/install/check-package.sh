@@ -7,6 +7,7 @@
 # ones. ROOT is "/", or a folder to install into, which gets a package database of its own; what the
 # packages depend on is then that of this machine. Needs the rights of root, or fakeroot.
 set -euo pipefail
+export PATH=$PATH:/usr/sbin:/sbin # dpkg wants tools from there
 
 build=$1
 root=${2%/}
