@@ -20,6 +20,7 @@ complete -c consolidator-inspect -n __fish_use_subcommand -a verify -d 'Check th
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from find' -s r -l regex -d 'The pattern is a regular expression'
 
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s f -l consolidated_file -rF -d 'The database to add to'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s p -l project -x -d 'The name of the project'
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s d -l DWARF -rF -d 'DWARF metadata'
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s h -l hierarchy -rF -d 'Hierarchy metadata of the system linker'
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s k -l kernel -rF -d 'Kernel description'
@@ -30,6 +31,7 @@ complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s r -l 
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -l format -xa 'text json' -d 'How to print'
 
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from json' -l pretty -d 'With line breaks'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from json' -l dwarf -d 'With the bytes of the DWARF section'
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from json' -l section -d 'As it is stored'
 
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from sqlite' -l force -d 'Replace the file'
