@@ -1,5 +1,9 @@
 #include "inspect/Inspector.h"
 
+#include "inspect/AtCommand.h"
+#include "inspect/BreakCommand.h"
+#include "inspect/FindCommand.h"
+#include "inspect/KernelCommand.h"
 #include "inspect/SummaryCommand.h"
 
 #include <CLI/CLI.hpp>
@@ -24,6 +28,10 @@ public:
         app_.get_formatter()->label("Subcommands", "Commands");
         app_.require_subcommand(1);
         add<SummaryCommand>();
+        add<KernelCommand>();
+        add<FindCommand>();
+        add<AtCommand>();
+        add<BreakCommand>();
     }
 
     int run(int argc, const char* const* argv, Console& console) {

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -36,6 +37,12 @@ public:
     /// Nothing if no path occurs in its net, which no run of the consolidator leaves behind.
     std::optional<std::uint32_t> instanceOf(std::size_t position) const {
         return instances_.at(position);
+    }
+
+    /// The same in words: "instance 0", or "no instance".
+    std::string instanceText(std::size_t position) const {
+        const std::optional<std::uint32_t> instance = instanceOf(position);
+        return instance ? "instance " + std::to_string(*instance) : "no instance";
     }
 
 private:

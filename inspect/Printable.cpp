@@ -35,6 +35,10 @@ bool isControl(std::string_view character) {
     return character.size() == 2 && first == 0xC2 && static_cast<std::uint8_t>(character[1]) < 0xA0;
 }
 
+bool isContinuation(char byte) {
+    return (static_cast<std::uint8_t>(byte) & 0xC0U) == 0x80U;
+}
+
 } // namespace
 
 std::string printable(std::string_view text) {
@@ -55,9 +59,20 @@ std::string printable(std::string_view text) {
     return result;
 }
 
+std::string shortPrintable(std::string_view text) {
+    if (text.size() <= longestRepeated) {
+        return printable(text);
+    }
+    // Not in the middle of a character, which has no more than three bytes behind its first one.
+    std::size_t length = longestRepeated;
+    while (length > longestRepeated - 3 && isContinuation(text[length])) {
+        --length;
+    }
+    return printable(text.substr(0, length)) + "…";
+}
+
 std::size_t columns(std::string_view text) {
-    return static_cast<std::size_t>(std::ranges::count_if(
-        text, [](char byte) { return (static_cast<std::uint8_t>(byte) & 0xC0U) != 0x80U; }));
+    return text.size() - static_cast<std::size_t>(std::ranges::count_if(text, isContinuation));
 }
 
 } // namespace consolidator::inspect

@@ -8,24 +8,24 @@
 
 namespace consolidator::inspect {
 
-std::vector<std::size_t> Table::widths() const {
-    std::vector<std::size_t> result;
-    for (std::size_t column = 0; column < columns_.size(); ++column) {
-        std::size_t width = columns(columns_[column].heading);
-        for (const std::vector<std::string>& row : rows_) {
-            width = std::max(width, columns(row.at(column)));
+namespace {
+
+void widen(std::vector<std::size_t>& widths, const std::vector<std::string>& cells) {
+    for (std::size_t column = 0; column < widths.size(); ++column) {
+        const std::size_t width = columns(cells.at(column));
+        if (width <= Table::widestColumn) {
+            widths[column] = std::max(widths[column], width);
         }
-        result.push_back(width);
     }
-    return result;
 }
 
-std::string Table::line(const std::vector<std::string>& cells,
-                        const std::vector<std::size_t>& widths) const {
+std::string line(const std::vector<Table::Column>& tableColumns,
+                 const std::vector<std::string>& cells, const std::vector<std::size_t>& widths) {
     std::string text;
     for (std::size_t column = 0; column < cells.size(); ++column) {
-        const std::string gap(widths[column] - columns(cells[column]), ' ');
-        const bool right = columns_[column].align == Align::Right;
+        const std::size_t width = columns(cells[column]);
+        const std::string gap(std::max(widths[column], width) - width, ' ');
+        const bool right = tableColumns[column].align == Table::Align::Right;
         text += column == 0 ? "" : "  ";
         text += right ? gap + cells[column] : cells[column] + gap;
     }
@@ -33,15 +33,28 @@ std::string Table::line(const std::vector<std::string>& cells,
     return text;
 }
 
+} // namespace
+
 void Table::print(std::ostream& out, const std::string& indent, bool colour) const {
-    const std::vector<std::size_t> columnWidths = widths();
+    const auto row = [this](std::size_t number) { return rows_[number]; };
+    printRows(out, columns_, rows_.size(), row, indent, colour);
+}
+
+void printRows(std::ostream& out, const std::vector<Table::Column>& columns, std::size_t count,
+               const std::function<std::vector<std::string>(std::size_t)>& makeRow,
+               const std::string& indent, bool colour) {
     std::vector<std::string> headings;
-    for (const Column& column : columns_) {
+    for (const Table::Column& column : columns) {
         headings.push_back(column.heading);
     }
-    out << indent << bold(line(headings, columnWidths), colour) << '\n';
-    for (const std::vector<std::string>& row : rows_) {
-        out << indent << line(row, columnWidths) << '\n';
+    std::vector<std::size_t> widths(columns.size());
+    widen(widths, headings);
+    for (std::size_t row = 0; row < count; ++row) {
+        widen(widths, makeRow(row));
+    }
+    out << indent << bold(line(columns, headings, widths), colour) << '\n';
+    for (std::size_t row = 0; row < count; ++row) {
+        out << indent << line(columns, makeRow(row), widths) << '\n';
     }
 }
 

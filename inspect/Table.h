@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <iosfwd>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace consolidator::inspect {
@@ -16,8 +18,13 @@ namespace consolidator::inspect {
 ///
 ///       type         size
 ///       kernel data  1432
+///
+/// A cell of more than `widestColumn` columns widens none: it pushes aside what follows it in its
+/// row. Otherwise a single name of megabytes would make every row as long.
 class Table {
 public:
+    static constexpr std::size_t widestColumn = 120;
+
     enum class Align { Left, Right };
 
     struct Column {
@@ -37,12 +44,14 @@ public:
     void print(std::ostream& out, const std::string& indent, bool colour) const;
 
 private:
-    std::vector<std::size_t> widths() const;
-    std::string line(const std::vector<std::string>& cells,
-                     const std::vector<std::size_t>& widths) const;
-
     std::vector<Column> columns_;
     std::vector<std::vector<std::string>> rows_;
 };
+
+/// Prints a table of `count` rows, whose cells makeRow(number) gives, without keeping them: it is
+/// called twice for each. For tables that grow with the bits of a database.
+void printRows(std::ostream& out, const std::vector<Table::Column>& columns, std::size_t count,
+               const std::function<std::vector<std::string>(std::size_t)>& makeRow,
+               const std::string& indent, bool colour);
 
 } // namespace consolidator::inspect

@@ -1,0 +1,65 @@
+#include "inspect/BitRun.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <ostream>
+#include <string_view>
+
+namespace consolidator::inspect {
+
+std::string rangeText(std::uint32_t from, std::uint32_t to) {
+    std::string text = std::to_string(from);
+    if (to != from) {
+        text += '-' + std::to_string(to);
+    }
+    return text;
+}
+
+std::string bitsText(const BitRun& run) {
+    std::string text = std::to_string(run.last);
+    if (run.last != run.first) {
+        text += ':' + std::to_string(run.first);
+    }
+    return text;
+}
+
+std::string addressText(std::uint32_t address) {
+    std::array<char, 8> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), address, 16).ptr;
+    const std::string_view number(digits.data(), static_cast<std::size_t>(end - digits.data()));
+    std::string text("0x");
+    text.append(digits.size() - number.size(), '0');
+    text += number;
+    return text;
+}
+
+std::size_t bitsWidth(std::uint32_t bits) {
+    const std::size_t digits = std::to_string(std::max(bits, 1U) - 1).size();
+    return bits <= 1 ? digits : 2 * digits + 1;
+}
+
+void printBitRuns(std::ostream& out, const LocationList& locations, const std::string& indent) {
+    if (locations.empty()) {
+        out << indent << "no bits\n";
+        return;
+    }
+    const std::size_t width = bitsWidth(locations.size()) +
+                              std::string_view(locations.size() == 1 ? "bit " : "bits ").size();
+    forEachBitRun(locations, [&](const BitRun& run) {
+        std::string bits(run.first == run.last ? "bit " : "bits ");
+        bits += bitsText(run);
+        bits.append(std::max(width, bits.size()) - bits.size(), ' ');
+        out << indent << bits << "  ";
+        if (!run.isLocated()) {
+            out << "not located\n";
+            return;
+        }
+        out << "frame " << addressText(run.place.address)
+            << (run.first == run.last ? "  offset " : "  offsets ")
+            << rangeText(run.place.offset, run.lastOffset()) << '\n';
+    });
+}
+
+} // namespace consolidator::inspect

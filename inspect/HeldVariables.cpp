@@ -1,0 +1,41 @@
+#include "inspect/HeldVariables.h"
+
+#include "inspect/Printable.h"
+
+#include <algorithm>
+
+namespace consolidator::inspect {
+
+std::string HeldVariable::described() const {
+    std::string text(kind());
+    text += ' ';
+    text += shortPrintable(variable->sourceName);
+    return text;
+}
+
+HeldVariables::HeldVariables(const Kernel& kernel) {
+    forEachVariable(kernel, [this](const HeldVariable& held) {
+        byName_[held.variable->hardwareName].push_back(held);
+    });
+}
+
+std::span<const HeldVariable> HeldVariables::of(std::string_view hardwareName) const {
+    const auto found = byName_.find(hardwareName);
+    return found == byName_.end() ? std::span<const HeldVariable>() : std::span(found->second);
+}
+
+std::string HeldVariables::described(std::string_view hardwareName) const {
+    constexpr std::size_t most = 4;
+    const std::span<const HeldVariable> all = of(hardwareName);
+    std::string text;
+    for (const HeldVariable& held : all.first(std::min(all.size(), most))) {
+        text += text.empty() ? "" : ", ";
+        text += held.described();
+    }
+    if (all.size() > most) {
+        text += " and " + std::to_string(all.size() - most) + " more";
+    }
+    return text;
+}
+
+} // namespace consolidator::inspect
