@@ -13,6 +13,7 @@
 #include <limits>
 #include <memory>
 #include <ostream>
+#include <span>
 #include <vector>
 
 namespace consolidator::inspect {
@@ -67,14 +68,16 @@ public:
         for (std::size_t position = 0; position < registers.size(); ++position) {
             addRuns(registers[position].locations, [&] {
                 const auto instance = namesOfKernel()->nets.instanceOf(position);
-                return Owner{names, instance, &registers[position], {}};
+                const std::string_view hardwareName = lastComponent(registers[position].name);
+                return Owner{
+                    names, instance, &registers[position], names->held.of(hardwareName), {}};
             });
         }
         forEachVariable(kernel, [&](const HeldVariable& held) {
             const auto& instances = held.variable->locations;
             for (std::uint32_t instance = 0; instance < instances.size(); ++instance) {
                 addRuns(LocationList(instances[instance]), [&] {
-                    return Owner{namesOfKernel(), instance, nullptr, held};
+                    return Owner{namesOfKernel(), instance, nullptr, {}, held};
                 });
             }
         });
@@ -103,7 +106,8 @@ private:
         const Names* names = nullptr; ///< Of its kernel.
         std::optional<std::uint32_t> instance;
         const HardwareVariable* hardware = nullptr;
-        HeldVariable held;
+        std::span<const HeldVariable> held; ///< What the register holds.
+        HeldVariable itself;
     };
 
     struct Run {
@@ -132,8 +136,7 @@ private:
                 shortPrintable(owner.names->nets.kernel().name()),
                 owner.instance ? std::to_string(*owner.instance) : "-",
                 isRegister ? shortPrintable(owner.hardware->name) : "-",
-                isRegister ? owner.names->held.described(lastComponent(owner.hardware->name))
-                           : owner.held.described()};
+                isRegister ? described(owner.held) : owner.itself.described()};
     }
 
     Place place_;

@@ -24,16 +24,15 @@ std::span<const HeldVariable> HeldVariables::of(std::string_view hardwareName) c
     return found == byName_.end() ? std::span<const HeldVariable>() : std::span(found->second);
 }
 
-std::string HeldVariables::described(std::string_view hardwareName) const {
+std::string described(std::span<const HeldVariable> variables) {
     constexpr std::size_t most = 4;
-    const std::span<const HeldVariable> all = of(hardwareName);
     std::string text;
-    for (const HeldVariable& held : all.first(std::min(all.size(), most))) {
+    for (const HeldVariable& held : variables.first(std::min(variables.size(), most))) {
         text += text.empty() ? "" : ", ";
         text += held.described();
     }
-    if (all.size() > most) {
-        text += " and " + std::to_string(all.size() - most) + " more";
+    if (variables.size() > most) {
+        text += " and " + std::to_string(variables.size() - most) + " more";
     }
     return text;
 }

@@ -45,10 +45,6 @@ public:
     /// then the variables.
     std::span<const HeldVariable> of(std::string_view hardwareName) const;
 
-    /// The same in words for one line: "argument size, variable n". Of very many, or very long
-    /// ones, only the first.
-    std::string described(std::string_view hardwareName) const;
-
 private:
     struct Hash {
         std::size_t operator()(std::string_view text) const { return keyHash(text); }
@@ -56,5 +52,9 @@ private:
 
     std::unordered_map<std::string_view, std::vector<HeldVariable>, Hash> byName_;
 };
+
+/// In words for one line: "argument size, variable n". Of very many, or very long ones, only the
+/// first.
+std::string described(std::span<const HeldVariable> variables);
 
 } // namespace consolidator::inspect

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <string_view>
 
 namespace consolidator::inspect::test {
@@ -23,6 +24,19 @@ TEST(Printable, EscapesWhatATerminalWouldObey) {
     EXPECT_EQ(printable("\xC2\xA0"), "\xC2\xA0");
     EXPECT_EQ(printable("\xFF"), R"(\xff)");
     EXPECT_EQ(printable(R"(\n)"), R"(\\n)");
+}
+
+TEST(Printable, CutsTextsThatComeAgainAndAgain) {
+    const std::string longest(longestRepeated, 'x');
+    EXPECT_EQ(shortPrintable("a\x1b"), R"(a\x1b)");
+    EXPECT_EQ(shortPrintable(longest), longest);
+    EXPECT_EQ(shortPrintable(longest + 'x'), longest + "\xE2\x80\xA6");
+    // The four bytes of the character would be the bytes 498 to 501.
+    const std::string before = longest.substr(3);
+    EXPECT_EQ(shortPrintable(before + "\xF0\x9F\x94\xA7"), before + "\xE2\x80\xA6");
+    // Of such bytes without end, only those of one character are looked at.
+    const std::string noText(longestRepeated + 1, '\x80');
+    EXPECT_EQ(columns(shortPrintable(noText)), 4 * (longestRepeated - 3) + 1);
 }
 
 TEST(Printable, CountsCharactersAsColumns) {
