@@ -156,7 +156,7 @@ Status FindCommand::show(const Database& database, Console& console) {
     const auto quoted = [this] { return '"' + printable(pattern_) + '"'; };
     if (!pattern.fault().empty()) {
         console.err << "consolidator-inspect: error: pattern " << quoted()
-                    << " cannot be understood: " << printable(pattern.fault()) << '\n';
+                    << " cannot be understood: " << pattern.fault() << '\n';
         return unreadable;
     }
     bool isFirst = true;

@@ -1,6 +1,7 @@
 #include "inspect/NamePattern.h"
 
 #include "inspect/KernelNets.h"
+#include "inspect/Printable.h"
 
 #include <re2/re2.h>
 
@@ -30,7 +31,8 @@ std::string NamePattern::fault() const {
     if (const Glob* glob = std::get_if<Glob>(&matcher_)) {
         return glob->fault();
     }
-    return std::get<std::unique_ptr<re2::RE2>>(matcher_)->error();
+    // It quotes the expression.
+    return printable(std::get<std::unique_ptr<re2::RE2>>(matcher_)->error());
 }
 
 bool NamePattern::matchesName(std::string_view name) const {

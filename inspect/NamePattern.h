@@ -30,7 +30,8 @@ public:
     NamePattern(const NamePattern&) = delete;
     NamePattern& operator=(const NamePattern&) = delete;
 
-    /// Why the pattern cannot be understood; empty if it can. Then nothing matches.
+    /// Why the pattern cannot be understood, as a printable() text; empty if it can. Then nothing
+    /// matches.
     std::string fault() const;
 
     bool matchesName(std::string_view name) const;

@@ -45,6 +45,7 @@ TEST(NamePattern, TellsWhatItDoesNotUnderstand) {
     EXPECT_EQ(NamePattern("su(", regex).fault(), "missing ): su(");
     EXPECT_FALSE(NamePattern("su(", regex).matchesName("su("));
     EXPECT_NE(NamePattern("su[", glob).fault(), "");
+    EXPECT_EQ(NamePattern("\x1b(", regex).fault(), "missing ): \\x1b(");
     EXPECT_NE(NamePattern("((a{1000}){1000}){1000}", regex).fault(), "");
     EXPECT_NE(NamePattern("\xFF", regex).fault(), "");
 }
