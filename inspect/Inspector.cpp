@@ -3,7 +3,9 @@
 #include "inspect/AtCommand.h"
 #include "inspect/BreakCommand.h"
 #include "inspect/FindCommand.h"
+#include "inspect/JsonCommand.h"
 #include "inspect/KernelCommand.h"
+#include "inspect/SqliteCommand.h"
 #include "inspect/SummaryCommand.h"
 
 #include <CLI/CLI.hpp>
@@ -32,6 +34,8 @@ public:
         add<FindCommand>();
         add<AtCommand>();
         add<BreakCommand>();
+        add<JsonCommand>();
+        add<SqliteCommand>();
     }
 
     int run(int argc, const char* const* argv, Console& console) {

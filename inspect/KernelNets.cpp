@@ -1,7 +1,6 @@
 #include "inspect/KernelNets.h"
 
-#include <algorithm>
-#include <numeric>
+#include "inspect/InstanceFinder.h"
 
 namespace consolidator::inspect {
 
@@ -24,30 +23,9 @@ std::span<const std::uint32_t> KernelNets::registersOf(std::string_view hardware
 }
 
 void KernelNets::findInstances() {
-    const std::vector<std::string>& paths = kernel_->instancePaths();
-    std::vector<std::uint32_t> order(paths.size());
-    std::iota(order.begin(), order.end(), 0U);
-    const auto path = [&paths](std::uint32_t position) {
-        return std::string_view(paths[position]);
-    };
-    std::ranges::stable_sort(order, {}, path);
-    // A database that was not made by the consolidator may hold a path twice: the first one counts.
-    order.erase(std::ranges::unique(order, {}, path).begin(), order.end());
-    std::vector<std::string_view> sorted;
-    for (const std::uint32_t position : order) {
-        sorted.push_back(paths[position]);
-    }
-
-    PathFinder finder(sorted);
+    InstanceFinder finder(kernel_->instancePaths());
     for (const HardwareVariable& variable : kernel_->hardwareVariables()) {
-        std::optional<std::uint32_t> longest;
-        finder.forEachIn(variable.name, [&](std::uint32_t number) {
-            if (!longest || sorted[number].size() > paths[*longest].size()) {
-                longest = order[number];
-            }
-            return true;
-        });
-        instances_.push_back(longest);
+        instances_.push_back(finder.instanceOf(variable.name));
     }
 }
 

@@ -3,7 +3,6 @@
 
 #include "model/Kernel.h"
 #include "model/KeyedHash.h"
-#include "model/PathFinder.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -22,8 +21,7 @@ std::string_view lastComponent(std::string_view net);
 /// An index over the registers of one kernel, which must outlive it and stay as it is.
 ///
 /// A register holds the arguments and variables whose hardware name is its net's last component.
-/// It belongs to the instance whose path occurs in its net; of several, as "top/k_1" and "top/k_10"
-/// in "/top/k_10/x", to the longest.
+/// InstanceFinder tells which instance it belongs to.
 class KernelNets {
 public:
     explicit KernelNets(const Kernel& kernel);

@@ -51,6 +51,21 @@ std::size_t utf8Length(std::string_view text) {
     return form->length;
 }
 
+bool isUtf8(std::string_view text) {
+    while (!text.empty()) {
+        // Most texts have ASCII only, which needs no closer look.
+        const auto isAscii = [](char byte) { return isBetween(byte, 0x00, 0x7F); };
+        text.remove_prefix(
+            static_cast<std::size_t>(std::ranges::find_if_not(text, isAscii) - text.begin()));
+        const std::size_t length = utf8Length(text);
+        if (length == 0) {
+            return text.empty();
+        }
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
 std::string validUtf8(std::string_view text) {
     std::string result;
     result.reserve(text.size());

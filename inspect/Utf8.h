@@ -13,6 +13,9 @@ namespace consolidator::inspect {
 /// a number above U+10FFFF.
 std::size_t utf8Length(std::string_view text);
 
+/// Whether all of the text is UTF-8.
+bool isUtf8(std::string_view text);
+
 /// The text with U+FFFD in the place of every byte that belongs to no character. A text that is
 /// UTF-8 comes back as it is.
 std::string validUtf8(std::string_view text);

@@ -1,0 +1,56 @@
+#include "inspect/SqliteFile.h"
+
+#include <cstring>
+#include <sqlite3.h>
+
+namespace consolidator::inspect {
+
+namespace {
+
+std::string reason(sqlite3* connection) {
+    std::string text = sqlite3_errmsg(connection);
+    const int systemError = sqlite3_system_errno(connection);
+    if (sqlite3_errcode(connection) == SQLITE_IOERR && systemError != 0) {
+        text += ": ";
+        text += std::strerror(systemError);
+    }
+    return text;
+}
+
+} // namespace
+
+SqliteError::SqliteError(sqlite3* connection) : std::runtime_error(reason(connection)) {}
+
+SqliteFile::SqliteFile(const std::string& path) {
+    sqlite3* connection = nullptr;
+    const int result = sqlite3_open_v2(path.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr);
+    connection_.reset(connection);
+    if (result != SQLITE_OK) {
+        throw SqliteError(connection);
+    }
+    execute("PRAGMA page_size = 4096;"
+            "PRAGMA journal_mode = OFF;"
+            "PRAGMA synchronous = OFF;"
+            "PRAGMA locking_mode = EXCLUSIVE;"
+            "PRAGMA cache_size = -65536;" // KiB; indexes are sorted in pieces of this size
+            "PRAGMA temp_store = FILE");
+}
+
+void SqliteFile::execute(const std::string& statements) {
+    if (sqlite3_exec(connection(), statements.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+        throw SqliteError(connection());
+    }
+}
+
+void SqliteFile::close() {
+    if (sqlite3_close(connection()) != SQLITE_OK) {
+        throw SqliteError(connection());
+    }
+    (void)connection_.release();
+}
+
+void SqliteFile::Closer::operator()(sqlite3* connection) const {
+    sqlite3_close_v2(connection);
+}
+
+} // namespace consolidator::inspect
