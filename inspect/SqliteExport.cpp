@@ -44,13 +44,20 @@ CREATE TABLE variable (
     type          TEXT NOT NULL,
     width         INTEGER NOT NULL
 );
-CREATE TABLE variable_bit (
+CREATE TABLE variable_instance (
     variable_id INTEGER NOT NULL REFERENCES variable (id),
+    instance    INTEGER NOT NULL,
+    width       INTEGER NOT NULL,
+    PRIMARY KEY (variable_id, instance)
+) WITHOUT ROWID;
+CREATE TABLE variable_bit (
+    variable_id INTEGER NOT NULL,
     instance    INTEGER NOT NULL,
     bit         INTEGER NOT NULL,
     address     INTEGER NOT NULL,
     offset      INTEGER NOT NULL,
-    PRIMARY KEY (variable_id, instance, bit)
+    PRIMARY KEY (variable_id, instance, bit),
+    FOREIGN KEY (variable_id, instance) REFERENCES variable_instance (variable_id, instance)
 ) WITHOUT ROWID;
 CREATE TABLE register (
     id            INTEGER PRIMARY KEY,
@@ -120,6 +127,7 @@ public:
           kernel_(file, "kernel", 4),
           instance_(file, "instance", 3),
           variable_(file, "variable", 7),
+          variableInstance_(file, "variable_instance", 3),
           variableBit_(file, "variable_bit", 5),
           register_(file, "register", 6),
           bit_(file, "bit", 4),
@@ -171,6 +179,7 @@ private:
                           variable.typeText, variable.bitWidth());
             std::int64_t instance = 0;
             for (const std::vector<LogicLocation>& locations : variable.locations) {
+                variableInstance_.run(variables_, instance, locations.size());
                 forEachLocatedBit(locations, [&](std::uint32_t bit, LogicLocation location) {
                     variableBit_.run(variables_, instance, bit, location.address, location.offset);
                 });
@@ -201,6 +210,7 @@ private:
     InsertStatement kernel_;
     InsertStatement instance_;
     InsertStatement variable_;
+    InsertStatement variableInstance_;
     InsertStatement variableBit_;
     InsertStatement register_;
     InsertStatement bit_;

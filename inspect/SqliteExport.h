@@ -1,11 +1,12 @@
 // A database as tables: docs/sqlite.md describes them, and what to ask them.
 //
-//     database ─┬ kernel ─┬ instance
-//               │         ├ variable ── variable_bit
-//               │         ├ register ── bit
-//               │         ├ condition
-//               │         └ bram
-//               └ view source_bit: where each bit of each argument and variable lies
+//     database
+//     kernel ─┬ instance
+//             ├ variable ── variable_instance ── variable_bit
+//             ├ register ── bit
+//             ├ condition
+//             └ bram
+//     view source_bit: where each bit of each argument and variable lies
 #pragma once
 
 #include "inspect/Database.h"

@@ -1,29 +1,15 @@
 #include "inspect/SqliteFile.h"
 
-#include <cstring>
 #include <sqlite3.h>
 
 namespace consolidator::inspect {
 
-namespace {
-
-std::string reason(sqlite3* connection) {
-    std::string text = sqlite3_errmsg(connection);
-    const int systemError = sqlite3_system_errno(connection);
-    if (sqlite3_errcode(connection) == SQLITE_IOERR && systemError != 0) {
-        text += ": ";
-        text += std::strerror(systemError);
-    }
-    return text;
-}
-
-} // namespace
-
-SqliteError::SqliteError(sqlite3* connection) : std::runtime_error(reason(connection)) {}
+SqliteError::SqliteError(sqlite3* connection) : std::runtime_error(sqlite3_errmsg(connection)) {}
 
 SqliteFile::SqliteFile(const std::string& path) {
     sqlite3* connection = nullptr;
-    const int result = sqlite3_open_v2(path.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr);
+    const int result = sqlite3_open_v2(path.c_str(), &connection,
+                                       SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
     connection_.reset(connection);
     if (result != SQLITE_OK) {
         throw SqliteError(connection);

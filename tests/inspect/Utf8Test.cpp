@@ -26,6 +26,15 @@ TEST(Utf8, KnowsWhatIsNoCharacter) {
     }
 }
 
+TEST(Utf8, KnowsATextThatIsAllCharacters) {
+    EXPECT_TRUE(isUtf8(""));
+    EXPECT_TRUE(isUtf8("caf\xC3\xA9 \xF0\x9F\x94\xA7"));
+    EXPECT_TRUE(isUtf8(std::string_view("\0", 1)));
+    EXPECT_FALSE(isUtf8("caf\xC3"));
+    EXPECT_FALSE(isUtf8("\xFF and more"));
+    EXPECT_FALSE(isUtf8("\xC3\xA9\x80"));
+}
+
 TEST(Utf8, PutsAReplacementInThePlaceOfEveryOtherByte) {
     EXPECT_EQ(validUtf8("caf\xC3\xA9"), "caf\xC3\xA9");
     EXPECT_EQ(validUtf8("a\xE2\x82z"), "a\xEF\xBF\xBD\xEF\xBF\xBDz");
