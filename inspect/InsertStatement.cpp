@@ -15,20 +15,35 @@ const char* pointerTo(std::string_view bytes) {
 
 } // namespace
 
-InsertStatement::InsertStatement(const SqliteFile& file, const std::string& table, int columns) {
+InsertStatement::InsertStatement(const SqliteFile& file, const std::string& table, int columns,
+                                 std::size_t rows) {
+    std::string row = "(?";
+    for (int i = 1; i < columns; ++i) {
+        row += ", ?";
+    }
+    row += ")";
     std::string sql = "INSERT INTO ";
     sql += table;
-    sql += " VALUES (?";
-    for (int i = 1; i < columns; ++i) {
-        sql += ", ?";
+    sql += " VALUES ";
+    sql += row;
+    for (std::size_t i = 1; i < rows; ++i) {
+        sql += ", ";
+        sql += row;
     }
-    sql += ")";
     sqlite3_stmt* statement = nullptr;
     const int result = sqlite3_prepare_v2(file.connection(), sql.c_str(), -1, &statement, nullptr);
     statement_.reset(statement);
     if (result != SQLITE_OK) {
         throw SqliteError(file.connection());
     }
+}
+
+void InsertStatement::runNumbers(std::span<const std::int64_t> numbers) {
+    int column = 0;
+    for (const std::int64_t number : numbers) {
+        bindNumber(++column, number);
+    }
+    step();
 }
 
 void InsertStatement::bind(int column, std::string_view text) {

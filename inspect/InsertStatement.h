@@ -4,9 +4,11 @@
 #include "inspect/SqliteFile.h"
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -23,10 +25,13 @@ struct Blob {
 ///
 ///     InsertStatement insert(file, "bram", 3);
 ///     insert.run(1, 2, name);                    // INSERT INTO bram VALUES (1, 2, 'buffer')
+///
+/// Or so many rows, which is faster: starting and ending a statement takes longer than a small row.
 class InsertStatement {
 public:
     /// The table has so many columns.
-    InsertStatement(const SqliteFile& file, const std::string& table, int columns);
+    InsertStatement(const SqliteFile& file, const std::string& table, int columns,
+                    std::size_t rows = 1);
 
     /// A value for each column: a number, a text, a Blob, or one of them that may be missing
     /// (std::optional), which makes NULL. What is no UTF-8 in a text becomes U+FFFD.
@@ -36,6 +41,9 @@ public:
         (bind(++column, values), ...);
         step();
     }
+
+    /// The same for numbers only: those of the first row, of the second, and so on.
+    void runNumbers(std::span<const std::int64_t> numbers);
 
 private:
     struct Finalizer {

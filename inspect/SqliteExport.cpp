@@ -1,5 +1,6 @@
 #include "inspect/SqliteExport.h"
 
+#include "inspect/BitRows.h"
 #include "inspect/InsertStatement.h"
 #include "inspect/InstanceFinder.h"
 #include "inspect/KernelNets.h"
@@ -130,7 +131,7 @@ public:
           variableInstance_(file, "variable_instance", 3),
           variableBit_(file, "variable_bit", 5),
           register_(file, "register", 6),
-          bit_(file, "bit", 4),
+          bit_(file, "bit"),
           condition_(file, "condition", 7),
           bram_(file, "bram", 3) {}
 
@@ -148,6 +149,7 @@ public:
         for (const Kernel& kernel : database.kernels()) {
             add(kernel);
         }
+        bit_.finish();
     }
 
 private:
@@ -192,7 +194,7 @@ private:
         register_.run(++registers_, kernels_, instance, variable.name, lastComponent(variable.name),
                       variable.locations.size());
         forEachLocatedBit(variable.locations, [&](std::uint32_t bit, LogicLocation location) {
-            bit_.run(registers_, bit, location.address, location.offset);
+            bit_.add(registers_, bit, location);
         });
     }
 
@@ -213,7 +215,7 @@ private:
     InsertStatement variableInstance_;
     InsertStatement variableBit_;
     InsertStatement register_;
-    InsertStatement bit_;
+    BitRows bit_;
     InsertStatement condition_;
     InsertStatement bram_;
     std::int64_t kernels_ = 0;
