@@ -32,7 +32,10 @@ std::vector<std::uint32_t> InstanceFinder::inOrder(const std::vector<std::string
     };
     std::ranges::stable_sort(order, {}, path);
     // A database that was not made by the consolidator may hold a path twice: the first one counts.
-    order.erase(std::ranges::unique(order, {}, path).begin(), order.end());
+    const auto isEqual = [&paths](std::uint32_t left, std::uint32_t right) {
+        return paths[left] == paths[right];
+    };
+    order.erase(std::unique(order.begin(), order.end(), isEqual), order.end());
     return order;
 }
 
