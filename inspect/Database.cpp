@@ -1,5 +1,8 @@
 #include "inspect/Database.h"
 
+#include "inspect/ContainerCheck.h"
+#include "inspect/Hex.h"
+
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -10,15 +13,18 @@ namespace consolidator::inspect {
 
 namespace {
 
-/// Why the file cannot be opened for reading; empty if it can be.
-std::string openingFault(const std::string& path) {
-    std::error_code error;
-    if (std::filesystem::is_directory(path, error)) {
-        return "is a folder";
+/// The first thing that is wrong with a file that could not be read whole, as " at 0x8aa: REASON".
+std::string whatIsWrong(const std::string& path) {
+    Findings found;
+    if (!ContainerCheck(found).check(path)) {
+        return ": it cannot be read";
     }
-    errno = 0;
-    const std::ifstream file(path, std::ios::binary);
-    return file.is_open() ? "" : std::string("cannot be opened: ") + std::strerror(errno);
+    for (const Finding& finding : found.kept()) {
+        if (finding.severity == Finding::Severity::Error) {
+            return " at " + inHex(finding.offset) + ": " + finding.text;
+        }
+    }
+    return ": it has changed meanwhile";
 }
 
 } // namespace
@@ -45,12 +51,21 @@ Database::Readable Database::read(const std::string& path) {
     }
     // Only a table can follow a header, and only a header makes the file a database.
     if (sections().empty()) {
-        fault_ = "is no consolidated file: run 'consolidator-inspect verify' on it to see why";
+        fault_ = "is no consolidated file" + whatIsWrong(path);
         return Readable::Not;
     }
-    fault_ = "is damaged, and only a part of it could be read: run 'consolidator-inspect verify' "
-             "on it to see where";
+    fault_ = "is damaged" + whatIsWrong(path) + "; what could be read is shown";
     return Readable::InPart;
+}
+
+std::string openingFault(const std::string& path) {
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) {
+        return "is a folder";
+    }
+    errno = 0;
+    const std::ifstream file(path, std::ios::binary);
+    return file.is_open() ? "" : std::string("cannot be opened: ") + std::strerror(errno);
 }
 
 } // namespace consolidator::inspect

@@ -7,6 +7,7 @@
 #include "inspect/KernelCommand.h"
 #include "inspect/SqliteCommand.h"
 #include "inspect/SummaryCommand.h"
+#include "inspect/VerifyCommand.h"
 
 #include <CLI/CLI.hpp>
 #include <memory>
@@ -36,6 +37,7 @@ public:
         add<BreakCommand>();
         add<JsonCommand>();
         add<SqliteCommand>();
+        add<VerifyCommand>();
     }
 
     int run(int argc, const char* const* argv, Console& console) {

@@ -1,0 +1,20 @@
+// Numbers as people write places in a file or a device: in hexadecimal.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace consolidator::inspect {
+
+/// "0x1f4", or with zeros in front, if `digits` asks for more: "0x000001f4".
+inline std::string inHex(std::uint64_t number, std::size_t digits = 1) {
+    std::string result;
+    while (number > 0 || result.size() < digits) {
+        result.insert(result.begin(), "0123456789abcdef"[number % 16]);
+        number /= 16;
+    }
+    result.insert(0, "0x");
+    return result;
+}
+
+} // namespace consolidator::inspect

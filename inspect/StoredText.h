@@ -1,0 +1,38 @@
+// A text of a database of which nothing is kept but what a check needs.
+#pragma once
+
+#include "inspect/ByteRange.h"
+#include "model/KeyedHash.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace consolidator::inspect {
+
+/// Bytes in a file, however many. Readers of a database take a text up to its first zero byte, and
+/// so do hash() and quoted().
+class StoredText {
+public:
+    StoredText() = default;
+
+    /// Takes the next `length` bytes off the range, which has them.
+    StoredText(ByteRange& bytes, std::uint64_t length);
+
+    /// The same for the same text, within one run of the program.
+    std::uint64_t hash() const { return hash_.value(); }
+
+    bool hasZero() const { return hasZero_; }
+    bool empty() const { return beginning_.empty(); }
+
+    /// Its beginning, printable and between double quotes; a longer text ends with "…".
+    std::string quoted() const;
+
+private:
+    KeyedHash hash_;
+    std::string beginning_;
+    bool isCut_ = false; ///< There is more than the beginning.
+    bool hasZero_ = false;
+};
+
+} // namespace consolidator::inspect
