@@ -1,8 +1,8 @@
 #include "inspect/ContainerCheck.h"
 
 #include "inspect/DocumentCheck.h"
-#include "inspect/Hex.h"
 #include "inspect/KernelDataCheck.h"
+#include "inspect/Numbers.h"
 #include "inspect/StoredText.h"
 #include "inspect/SummaryCommand.h"
 
@@ -43,10 +43,6 @@ bool isKnown(const SectionEntry& entry) {
     return entry.type <= static_cast<std::uint32_t>(SectionType::KernelJson);
 }
 
-std::string bytesInWords(std::uint64_t count) {
-    return std::to_string(count) + (count == 1 ? " byte" : " bytes");
-}
-
 } // namespace
 
 bool ContainerCheck::check(const std::string& path) {
@@ -80,7 +76,7 @@ bool ContainerCheck::checkHeader() {
     };
     if (came < headerSize) {
         add(Severity::Error, 0,
-            "the file has " + bytesInWords(came) + ", and its header alone would have 16");
+            "the file has " + inWords(came, "byte") + ", and its header alone would have 16");
         return false;
     }
     if (number(0) != 0xBEEFDAD4) {
@@ -218,6 +214,7 @@ void ContainerCheck::checkLayout() {
         reportGap(claimed, section.entry.offset);
         if (isKnown(section.entry)) {
             if (section.entry.offset < covered) {
+                section.overlaps = true;
                 section.isReadable = false;
                 findings_->add(Severity::Error, rowOf(number) + offsetPlace, [&] {
                     return name(number) + ": it begins at " + inHex(section.entry.offset) + " in " +
@@ -238,7 +235,7 @@ void ContainerCheck::checkLayout() {
 void ContainerCheck::reportGap(std::uint64_t begin, std::uint64_t end) {
     if (begin < end) {
         findings_->add(Severity::Warning, begin, [&] {
-            return bytesInWords(end - begin) + " from here on belong to no section";
+            return inWords(end - begin, "byte") + " from here on without a section";
         });
     }
 }
@@ -329,7 +326,7 @@ void ContainerCheck::checkKernelData(std::size_t number) {
     Section& section = sections_[number];
     // Of one that is cut off by the end of the file, as much is checked as there is.
     const bool isCut = isInReach(section) && endOf(section.entry) > file_.size();
-    if (!section.isReadable && !isCut) {
+    if (section.overlaps || !(section.isReadable || isCut)) {
         return;
     }
     const std::uint64_t end = std::min(endOf(section.entry), file_.size());

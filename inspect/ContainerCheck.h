@@ -37,7 +37,8 @@ public:
 private:
     struct Section {
         SectionEntry entry;
-        bool isReadable = false; ///< All of it is in the file, and no other section has the bytes.
+        bool overlaps = false;   ///< Another one has the bytes that it begins with.
+        bool isReadable = false; ///< All of it is in the file, and it does not overlap.
         bool isWhole = false;    ///< Its content has been read without an error.
         bool hasZeroBytes = false;
     };

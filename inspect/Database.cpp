@@ -1,7 +1,7 @@
 #include "inspect/Database.h"
 
 #include "inspect/ContainerCheck.h"
-#include "inspect/Hex.h"
+#include "inspect/Numbers.h"
 
 #include <cerrno>
 #include <cstring>
@@ -13,18 +13,16 @@ namespace consolidator::inspect {
 
 namespace {
 
-/// The first thing that is wrong with a file that could not be read whole, as " at 0x8aa: REASON".
-std::string whatIsWrong(const std::string& path) {
+/// The first error in a file that could not be read whole.
+Finding firstError(const std::string& path) {
     Findings found;
-    if (!ContainerCheck(found).check(path)) {
-        return ": it cannot be read";
-    }
+    ContainerCheck(found).check(path);
     for (const Finding& finding : found.kept()) {
         if (finding.severity == Finding::Severity::Error) {
-            return " at " + inHex(finding.offset) + ": " + finding.text;
+            return finding;
         }
     }
-    return ": it has changed meanwhile";
+    return {.text = "the file has changed meanwhile"};
 }
 
 } // namespace
@@ -51,10 +49,12 @@ Database::Readable Database::read(const std::string& path) {
     }
     // Only a table can follow a header, and only a header makes the file a database.
     if (sections().empty()) {
-        fault_ = "is no consolidated file" + whatIsWrong(path);
+        fault_ = "is no consolidated file: " + firstError(path).text;
         return Readable::Not;
     }
-    fault_ = "is damaged" + whatIsWrong(path) + "; what could be read is shown";
+    const Finding fault = firstError(path);
+    fault_ = "is damaged at " + inHex(fault.offset) + ": " + fault.text +
+             "; what could be read is shown";
     return Readable::InPart;
 }
 

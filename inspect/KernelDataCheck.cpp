@@ -1,6 +1,6 @@
 #include "inspect/KernelDataCheck.h"
 
-#include "inspect/Hex.h"
+#include "inspect/Numbers.h"
 
 #include <utility>
 
@@ -12,13 +12,6 @@ using Severity = Finding::Severity;
 
 constexpr std::uint64_t numberSize = 4;
 constexpr std::uint64_t locationSize = 8;
-
-// What an element takes at least, with all its texts and lists empty.
-constexpr std::uint64_t smallestText = numberSize;
-constexpr std::uint64_t smallestVariable = 4 * numberSize;
-constexpr std::uint64_t smallestRegister = 2 * numberSize;
-constexpr std::uint64_t smallestCondition = 2 * numberSize;
-constexpr std::uint64_t smallestKernel = 8 * numberSize;
 
 constexpr std::uint32_t lastKernelType = 4;
 constexpr std::uint32_t fileLineKind = 2;
@@ -42,13 +35,12 @@ KernelDataCheck::KernelDataCheck(const FileBytes& file, std::uint64_t begin, std
       findings_(&findings) {}
 
 bool KernelDataCheck::check() {
-    if (!checkList({.element = "kernel", .smallest = smallestKernel},
-                   [this] { return checkKernel(); })) {
+    if (!checkList({.element = "kernel"}, [this] { return checkKernel(); })) {
         return false;
     }
     if (bytes_.left() > 0) {
         add(Severity::Warning, bytes_.position(), [this] {
-            return std::to_string(bytes_.left()) + " bytes behind the last record belong to none";
+            return inWords(bytes_.left(), "byte") + " without a record behind the last one";
         });
     }
     return true;
@@ -62,17 +54,13 @@ KernelDataCheck::Key KernelDataCheck::checkKernel() {
     levels_.back().name = name->quoted();
     const auto checkAnyText = [this] { return checkText(); };
     const auto checkAnyVariable = [this] { return checkVariable(); };
-    const bool isWhole =
-        checkList({.element = "instance path", .smallest = smallestText}, checkAnyText) &&
-        checkType() &&
-        checkList({.element = "argument", .smallest = smallestVariable}, checkAnyVariable) &&
-        checkList({.element = "variable", .smallest = smallestVariable}, checkAnyVariable) &&
-        checkList({.element = "register", .smallest = smallestRegister},
-                  [this] { return checkRegister(); }) &&
-        checkList({.element = "condition", .smallest = smallestCondition, .textBegin = numberSize},
-                  [this] { return checkCondition(); }) &&
-        checkList({.element = "BRAM name", .smallest = smallestText, .isUnique = false},
-                  checkAnyText);
+    const bool isWhole = checkList({.element = "instance path"}, checkAnyText) && checkType() &&
+                         checkList({.element = "argument"}, checkAnyVariable) &&
+                         checkList({.element = "variable"}, checkAnyVariable) &&
+                         checkList({.element = "register"}, [this] { return checkRegister(); }) &&
+                         checkList({.element = "condition", .textBegin = numberSize},
+                                   [this] { return checkCondition(); }) &&
+                         checkList({.element = "BRAM name", .isUnique = false}, checkAnyText);
     if (!isWhole) {
         return std::nullopt;
     }
@@ -99,7 +87,7 @@ KernelDataCheck::Key KernelDataCheck::checkText() {
 
 KernelDataCheck::Key KernelDataCheck::checkVariable() {
     const std::optional<StoredText> sourceName = text("source name");
-    const List instances{.element = "instance", .smallest = numberSize, .isUnique = false};
+    const List instances{.element = "instance", .isUnique = false};
     const auto checkInstance = [this] {
         std::uint32_t count = 0;
         return checkLocations("number of locations", count) ? Key(0) : std::nullopt;
@@ -161,8 +149,8 @@ bool KernelDataCheck::checkLocations(std::string_view what, std::uint32_t& count
     }
     if (*claimed > bytes_.left() / locationSize) {
         add(Severity::Error, start, [&] {
-            return "the " + std::string(what) + " is " + std::to_string(*claimed) + ", and " +
-                   std::to_string(bytes_.left()) + " bytes are left";
+            return "the " + std::string(what) + " is " + std::to_string(*claimed) + ", with " +
+                   inWords(bytes_.left(), "byte") + " left";
         });
         return false;
     }
@@ -180,10 +168,10 @@ bool KernelDataCheck::checkList(const List& list, CheckOne checkOne) {
     if (!count) {
         return false;
     }
-    if (*count > bytes_.left() / list.smallest) {
+    if (*count > bytes_.left() / numberSize) { // with which each element begins at least
         add(Severity::Error, start, [&] {
-            return "the " + what + " is " + std::to_string(*count) + ", and " +
-                   std::to_string(bytes_.left()) + " bytes are left";
+            return "the " + what + " is " + std::to_string(*count) + ", with " +
+                   inWords(bytes_.left(), "byte") + " left";
         });
         return false;
     }
@@ -241,7 +229,7 @@ std::optional<StoredText> KernelDataCheck::text(std::string_view what) {
     if (*length > bytes_.left()) {
         add(Severity::Error, start, [&] {
             return "the " + std::string(what) + " has a length of " + std::to_string(*length) +
-                   ", and " + std::to_string(bytes_.left()) + " bytes are left";
+                   ", with " + inWords(bytes_.left(), "byte") + " left";
         });
         return std::nullopt;
     }

@@ -49,7 +49,6 @@ private:
     /// A list of a record.
     struct List {
         std::string_view element;    ///< What one of its elements is called.
-        std::uint64_t smallest;      ///< The bytes that an element takes at least.
         bool isUnique = true;        ///< No run puts two elements of one key into it.
         std::uint64_t textBegin = 0; ///< Where in an element its key, or a text of it, stands.
     };

@@ -2,7 +2,7 @@
 
 #include "inspect/ContainerCheck.h"
 #include "inspect/Database.h"
-#include "inspect/Hex.h"
+#include "inspect/Numbers.h"
 #include "inspect/Printable.h"
 #include "inspect/Style.h"
 
@@ -26,11 +26,6 @@ std::string inColour(Severity severity, bool colour) {
         break;
     }
     return std::string(word);
-}
-
-/// "2 errors".
-std::string inWords(std::uint64_t count, std::string_view word) {
-    return std::to_string(count) + " " + std::string(word) + (count == 1 ? "" : "s");
 }
 
 /// "2 errors, 1 warning"; "no faults found", if there is nothing but notes.

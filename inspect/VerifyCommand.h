@@ -1,7 +1,7 @@
 // `consolidator-inspect verify DB`: whether a database is what it should be, to the byte.
 //
 //     accelerator.bin:0x8aa: error: section 3 (kernel data), kernel 2 of 2 ("checksum"), argument 1
-//         of 3: the hardware name has a length of 9000, and 411 bytes are left
+//         of 3: the hardware name has a length of 9000, with 411 bytes left
 //     accelerator.bin: 1 error
 //
 // (each finding on one line), or

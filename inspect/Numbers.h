@@ -1,8 +1,9 @@
-// Numbers as people write places in a file or a device: in hexadecimal.
+// Numbers as people write them: places in a file or a device in hexadecimal, and counts of things.
 #pragma once
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace consolidator::inspect {
 
@@ -15,6 +16,11 @@ inline std::string inHex(std::uint64_t number, std::size_t digits = 1) {
     }
     result.insert(0, "0x");
     return result;
+}
+
+/// "1 byte", "2 bytes".
+inline std::string inWords(std::uint64_t count, std::string_view thing) {
+    return std::to_string(count) + ' ' + std::string(thing) + (count == 1 ? "" : "s");
 }
 
 } // namespace consolidator::inspect
