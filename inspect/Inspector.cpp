@@ -6,6 +6,7 @@
 #include "inspect/JsonCommand.h"
 #include "inspect/KernelCommand.h"
 #include "inspect/SqliteCommand.h"
+#include "inspect/DiffCommand.h"
 #include "inspect/SummaryCommand.h"
 #include "inspect/VerifyCommand.h"
 
@@ -38,6 +39,7 @@ public:
         add<JsonCommand>();
         add<SqliteCommand>();
         add<VerifyCommand>();
+        add<DiffCommand>();
     }
 
     int run(int argc, const char* const* argv, Console& console) {
