@@ -1,19 +1,20 @@
 #include "inspect/ListMatch.h"
 
-#include <algorithm>
-
 namespace consolidator::inspect {
 
 std::optional<std::pair<std::uint32_t, std::uint32_t>> ListMatch::firstOutOfOrder() const {
-    std::vector<std::uint32_t> sorted;
+    // The positions after that have a partner, ascending: what the pairs' would be in order.
+    std::uint32_t expected = 0;
+    auto added = added_.begin();
     for (const auto& [before, after] : pairs_) {
-        sorted.push_back(after);
-    }
-    std::ranges::sort(sorted);
-    for (std::size_t i = 0; i < sorted.size(); ++i) {
-        if (sorted[i] != pairs_[i].second) {
-            return std::pair(sorted[i], pairs_[i].second);
+        while (added != added_.end() && *added == expected) {
+            ++added;
+            ++expected;
         }
+        if (after != expected) {
+            return std::pair(expected, after);
+        }
+        ++expected;
     }
     return std::nullopt;
 }
