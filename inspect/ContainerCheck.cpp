@@ -372,7 +372,7 @@ void ContainerCheck::compareDocument(std::size_t number, std::uint64_t end) {
         const std::optional<std::size_t> data = kernelDataFor(number);
         if (!data) {
             add(Severity::Note, sections_[number].entry.offset,
-                name(number) + ": it is not compared with the kernel data, which do not allow it");
+                name(number) + ": it cannot be compared with the kernel data");
             return;
         }
         expected = "what " + name(*data) + " gives";

@@ -65,8 +65,7 @@ struct VerifyCommand : testing::Test {
         std::ostringstream hex;
         hex << std::hex << 0x40 + kernelData.size();
         return "db:0x" + hex.str() +
-               ": note: section 1 (kernel JSON): it is not compared with the kernel data, which do "
-               "not allow it\n";
+               ": note: section 1 (kernel JSON): it cannot be compared with the kernel data\n";
     }
 
     TemporaryDirectory directory;
@@ -208,8 +207,7 @@ TEST_F(VerifyCommand, FindsSectionsThatOverlap) {
         "exit 1\n"
         "db:0x30: error: section 1 (kernel data): it begins at 0x55 in section 0 (kernel JSON), "
         "which ends at 0x56: its content is not checked\n"
-        "db:0x40: note: section 0 (kernel JSON): it is not compared with the kernel data, which "
-        "do not allow it\n"
+        "db:0x40: note: section 0 (kernel JSON): it cannot be compared with the kernel data\n"
         "db: 1 error, 1 note\n");
 }
 
@@ -246,8 +244,7 @@ TEST_F(VerifyCommand, FindsSecondSectionsOfAKind) {
         "data): the kernels of all of them are read\n"
         "db:0x58: warning: section 3 (kernel JSON): there is another one, section 2 (kernel "
         "JSON): a dump gives the first one\n"
-        "db:0xa2: note: section 2 (kernel JSON): it is not compared with the kernel data, which "
-        "do not allow it\n"
+        "db:0xa2: note: section 2 (kernel JSON): it cannot be compared with the kernel data\n"
         "db: 3 warnings, 1 note\n");
 }
 
