@@ -35,7 +35,8 @@ KernelDataCheck::KernelDataCheck(const FileBytes& file, std::uint64_t begin, std
       findings_(&findings) {}
 
 bool KernelDataCheck::check() {
-    if (!checkList({.element = "kernel"}, [this] { return checkKernel(); })) {
+    if (!checkList({.element = "kernel", .countName = "number of kernels"},
+                   [this] { return checkKernel(); })) {
         return false;
     }
     if (bytes_.left() > 0) {
@@ -51,16 +52,22 @@ KernelDataCheck::Key KernelDataCheck::checkKernel() {
     if (!name) {
         return std::nullopt;
     }
-    levels_.back().name = name->quoted();
+    levels_.back().name = name;
     const auto checkAnyText = [this] { return checkText(); };
     const auto checkAnyVariable = [this] { return checkVariable(); };
-    const bool isWhole = checkList({.element = "instance path"}, checkAnyText) && checkType() &&
-                         checkList({.element = "argument"}, checkAnyVariable) &&
-                         checkList({.element = "variable"}, checkAnyVariable) &&
-                         checkList({.element = "register"}, [this] { return checkRegister(); }) &&
-                         checkList({.element = "condition", .textBegin = numberSize},
-                                   [this] { return checkCondition(); }) &&
-                         checkList({.element = "BRAM name", .isUnique = false}, checkAnyText);
+    const bool isWhole =
+        checkList({.element = "instance path", .countName = "number of instance paths"},
+                  checkAnyText) &&
+        checkType() &&
+        checkList({.element = "argument", .countName = "number of arguments"}, checkAnyVariable) &&
+        checkList({.element = "variable", .countName = "number of variables"}, checkAnyVariable) &&
+        checkList({.element = "register", .countName = "number of registers"},
+                  [this] { return checkRegister(); }) &&
+        checkList(
+            {.element = "condition", .countName = "number of conditions", .textBegin = numberSize},
+            [this] { return checkCondition(); }) &&
+        checkList({.element = "BRAM name", .countName = "number of BRAM names", .isUnique = false},
+                  checkAnyText);
     if (!isWhole) {
         return std::nullopt;
     }
@@ -87,7 +94,8 @@ KernelDataCheck::Key KernelDataCheck::checkText() {
 
 KernelDataCheck::Key KernelDataCheck::checkVariable() {
     const std::optional<StoredText> sourceName = text("source name");
-    const List instances{.element = "instance", .isUnique = false};
+    const List instances{
+        .element = "instance", .countName = "number of instances", .isUnique = false};
     const auto checkInstance = [this] {
         std::uint32_t count = 0;
         return checkLocations("number of locations", count) ? Key(0) : std::nullopt;
@@ -148,10 +156,7 @@ bool KernelDataCheck::checkLocations(std::string_view what, std::uint32_t& count
         return false;
     }
     if (*claimed > bytes_.left() / locationSize) {
-        add(Severity::Error, start, [&] {
-            return "the " + std::string(what) + " is " + std::to_string(*claimed) + ", with " +
-                   inWords(bytes_.left(), "byte") + " left";
-        });
+        reportTooMany(start, what, *claimed);
         return false;
     }
     count = *claimed;
@@ -163,23 +168,19 @@ bool KernelDataCheck::checkLocations(std::string_view what, std::uint32_t& count
 template <typename CheckOne>
 bool KernelDataCheck::checkList(const List& list, CheckOne checkOne) {
     const std::uint64_t start = bytes_.position();
-    const std::string what = "number of " + std::string(list.element) + "s";
-    const std::optional<std::uint32_t> count = number(what);
+    const std::optional<std::uint32_t> count = number(list.countName);
     if (!count) {
         return false;
     }
     if (*count > bytes_.left() / numberSize) { // with which each element begins at least
-        add(Severity::Error, start, [&] {
-            return "the " + what + " is " + std::to_string(*count) + ", with " +
-                   inWords(bytes_.left(), "byte") + " left";
-        });
+        reportTooMany(start, list.countName, *count);
         return false;
     }
     Repeats repeats;
     levels_.push_back({.element = list.element, .count = *count});
     for (std::uint32_t i = 0; i < *count; ++i) {
         levels_.back().number = i + 1;
-        levels_.back().name.clear();
+        levels_.back().name.reset();
         const std::uint64_t begin = bytes_.position();
         const Key key = checkOne();
         if (!key) {
@@ -192,6 +193,14 @@ bool KernelDataCheck::checkList(const List& list, CheckOne checkOne) {
     levels_.pop_back();
     reportRepeats(list, repeats);
     return true;
+}
+
+void KernelDataCheck::reportTooMany(std::uint64_t offset, std::string_view what,
+                                    std::uint32_t count) {
+    add(Severity::Error, offset, [&] {
+        return "the " + std::string(what) + " is " + std::to_string(count) + ", with " +
+               inWords(bytes_.left(), "byte") + " left";
+    });
 }
 
 void KernelDataCheck::reportRepeats(const List& list, Repeats& repeats) {
@@ -255,8 +264,8 @@ std::string KernelDataCheck::here() const {
     for (const Level& level : levels_) {
         result += ", " + std::string(level.element) + " " + std::to_string(level.number) + " of " +
                   std::to_string(level.count);
-        if (!level.name.empty()) {
-            result += " (" + level.name + ")";
+        if (level.name) {
+            result += " (" + level.name->quoted() + ")";
         }
     }
     return result;

@@ -49,6 +49,7 @@ private:
     /// A list of a record.
     struct List {
         std::string_view element;    ///< What one of its elements is called.
+        std::string_view countName;  ///< What the number in front of them is called.
         bool isUnique = true;        ///< No run puts two elements of one key into it.
         std::uint64_t textBegin = 0; ///< Where in an element its key, or a text of it, stands.
     };
@@ -58,7 +59,7 @@ private:
         std::string_view element;
         std::uint32_t number = 0; ///< Of the current element, from 1.
         std::uint32_t count = 0;
-        std::string name = {}; ///< Of the current element, if it is known.
+        std::optional<StoredText> name = {}; ///< Of the current element, if it is known.
     };
 
     /// The hash of an element's key; nothing if the element cannot be read.
@@ -71,6 +72,7 @@ private:
     Key checkText();
     bool checkType();
     bool checkLocations(std::string_view what, std::uint32_t& count);
+    void reportTooMany(std::uint64_t offset, std::string_view what, std::uint32_t count);
 
     template <typename CheckOne>
     bool checkList(const List& list, CheckOne checkOne);

@@ -57,17 +57,16 @@ TEST(BitChanges, FindsBitsThatOnlyOneHas) {
     EXPECT_THAT(changes({{0, 0}, {0, 0}}, {}), ElementsAre("bits 0-1: not located -> none"));
 }
 
-TEST(BitChanges, TakesNoTimeForBitsThatNoFileNames) {
+TEST(BitChanges, JoinsBitsThatNoFileNames) {
     LocationList before;
     LocationList after;
-    before.set(0xfffffff0, {1, 2});
-    after.set(0xfffffffe, {1, 3});
-    EXPECT_THAT(changes(before, {}), ElementsAre("bits 0-4294967279: not located -> none",
-                                                 "bit 4294967280: 0x00000001 2 -> none"));
-    EXPECT_THAT(changes(before, after),
-                ElementsAre("bit 4294967280: 0x00000001 2 -> not located",
-                            "bits 4294967281-4294967293: none -> not located",
-                            "bit 4294967294: none -> 0x00000001 3"));
+    before.set(0xfffff0, {1, 2});
+    after.set(0xfffffe, {1, 3});
+    EXPECT_THAT(changes(before, {}), ElementsAre("bits 0-16777199: not located -> none",
+                                                 "bit 16777200: 0x00000001 2 -> none"));
+    EXPECT_THAT(changes(before, after), ElementsAre("bit 16777200: 0x00000001 2 -> not located",
+                                                    "bits 16777201-16777213: none -> not located",
+                                                    "bit 16777214: none -> 0x00000001 3"));
 }
 
 } // namespace
