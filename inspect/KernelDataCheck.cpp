@@ -2,6 +2,7 @@
 
 #include "inspect/Numbers.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace consolidator::inspect {
@@ -206,9 +207,9 @@ void KernelDataCheck::reportTooMany(std::uint64_t offset, std::string_view what,
 void KernelDataCheck::reportRepeats(const List& list, Repeats& repeats) {
     for (const Repeats::Repeat& repeat : repeats.take()) {
         add(Severity::Warning, repeat.second, [&] {
-            // It was read before: it is there.
             ByteRange again(*file_, repeat.second + list.textBegin, end_);
-            const StoredText element(again, again.number().value_or(0));
+            const std::uint64_t length = again.number().value_or(0);
+            const StoredText element(again, std::min(length, again.left()));
             std::string text = "the " + std::string(list.element) + " " + element.quoted() +
                                " stands here again, first at " + inHex(repeat.first);
             if (repeat.count > 2) {
