@@ -2,11 +2,11 @@
 
 #include "inspect/AtCommand.h"
 #include "inspect/BreakCommand.h"
+#include "inspect/DiffCommand.h"
 #include "inspect/FindCommand.h"
 #include "inspect/JsonCommand.h"
 #include "inspect/KernelCommand.h"
 #include "inspect/SqliteCommand.h"
-#include "inspect/DiffCommand.h"
 #include "inspect/SummaryCommand.h"
 #include "inspect/VerifyCommand.h"
 
@@ -29,7 +29,6 @@ public:
         app_.set_help_flag("--help", "Print this help and exit");
         app_.set_version_flag("--version", CONSOLIDATOR_VERSION, "Print the version and exit");
         app_.get_formatter()->label("SUBCOMMAND", "COMMAND ...");
-        app_.get_formatter()->label("Subcommands", "Commands");
         app_.require_subcommand(1);
         add<SummaryCommand>();
         add<KernelCommand>();
@@ -38,8 +37,8 @@ public:
         add<BreakCommand>();
         add<JsonCommand>();
         add<SqliteCommand>();
-        add<VerifyCommand>();
         add<DiffCommand>();
+        add<VerifyCommand>();
     }
 
     int run(int argc, const char* const* argv, Console& console) {
