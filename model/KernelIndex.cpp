@@ -17,19 +17,6 @@ KernelIndex KernelIndex::ofInstancePaths(const std::vector<Kernel>& kernels, std
     return KernelIndex(std::move(entries));
 }
 
-KernelIndex KernelIndex::ofHardwareNames(const std::vector<Kernel>& kernels) {
-    std::vector<Entry> entries;
-    for (std::uint32_t i = 0; i < kernels.size(); ++i) {
-        for (const Variable& argument : kernels[i].arguments()) {
-            entries.emplace_back(argument.hardwareName, i);
-        }
-        for (const Variable& variable : kernels[i].variables()) {
-            entries.emplace_back(variable.hardwareName, i);
-        }
-    }
-    return KernelIndex(std::move(entries));
-}
-
 KernelIndex::KernelIndex(std::vector<Entry> entries) {
     std::ranges::sort(entries);
     entries.erase(std::unique(entries.begin(), entries.end()), entries.end());

@@ -1,4 +1,4 @@
-// Which kernels of a list have a text: an instance path, or the hardware name of a variable.
+// Which kernels of a list have an instance path.
 #pragma once
 
 #include "model/Kernel.h"
@@ -12,19 +12,16 @@
 
 namespace consolidator {
 
-/// The distinct texts in ascending order, each with its kernels.
+/// The distinct paths in ascending order, each with its kernels.
 ///
-/// The texts are views of the kernels' own: the kernels must outlive the index, stay where they
-/// are, and keep these texts. Adding registers to them is harmless.
+/// They are views of the kernels' own: the kernels must outlive the index, stay where they are, and
+/// keep their instance paths. Adding registers to them is harmless.
 ///
-/// The texts are sorted, which takes little memory, and gives PathFinder the order that it needs.
+/// The paths are sorted, which takes little memory, and gives PathFinder the order that it needs.
 class KernelIndex {
 public:
     /// The instance paths of the kernels that have at most `longest` bytes.
     static KernelIndex ofInstancePaths(const std::vector<Kernel>& kernels, std::size_t longest);
-
-    /// The hardware names of the kernels' arguments and variables.
-    static KernelIndex ofHardwareNames(const std::vector<Kernel>& kernels);
 
     /// A text's number is its position here.
     const std::vector<std::string_view>& texts() const { return texts_; }

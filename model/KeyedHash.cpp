@@ -17,13 +17,17 @@ constexpr std::uint64_t pieceMask = (std::uint64_t{1} << (8 * pieceSize)) - 1;
 
 __extension__ using Product = unsigned __int128;
 
-/// The product modulo the prime, for factors below 2^61: as 2^61 is 1 modulo the prime, the bits
-/// from 61 up are added to those below.
-std::uint64_t multiply(std::uint64_t a, std::uint64_t b) {
-    const Product product = static_cast<Product>(a) * b;
-    const std::uint64_t sum =
-        (static_cast<std::uint64_t>(product) & prime) + static_cast<std::uint64_t>(product >> 61);
+/// The number modulo the prime: as 2^61 is 1 modulo the prime, the bits from 61 up are added to
+/// those below. For numbers below 2^125, whose upper bits need adding twice.
+std::uint64_t reduced(Product number) {
+    std::uint64_t sum =
+        (static_cast<std::uint64_t>(number) & prime) + static_cast<std::uint64_t>(number >> 61);
+    sum = (sum & prime) + (sum >> 61);
     return sum >= prime ? sum - prime : sum;
+}
+
+std::uint64_t multiply(std::uint64_t a, std::uint64_t b) {
+    return reduced(static_cast<Product>(a) * b);
 }
 
 /// Without the system's random numbers, the time and where the stack lies have to do: a run must
@@ -37,16 +41,52 @@ std::uint64_t drawKey() {
     return drawn % (prime - 2) + 2; // neither 0 nor 1, which would hash little or nothing
 }
 
-std::uint64_t key() {
-    static const std::uint64_t drawn = drawKey();
+/// The key and its powers, modulo the prime.
+struct Key {
+    std::uint64_t first = drawKey();
+    std::uint64_t second = multiply(first, first);
+    std::uint64_t third = multiply(second, first);
+    std::uint64_t fourth = multiply(third, first);
+};
+
+const Key& key() {
+    static const Key drawn;
     return drawn;
+}
+
+/// The piece of a text, of eight bytes or more, that begins at this position. The last one is made
+/// of the text's last bytes, some of which may have come before.
+std::uint64_t longTextPiece(std::string_view text, std::size_t at) {
+    std::uint64_t bytes = 0;
+    if (at + sizeof bytes <= text.size()) {
+        std::memcpy(&bytes, text.data() + at, sizeof bytes);
+        return bytes & pieceMask;
+    }
+    if (at < text.size()) {
+        std::memcpy(&bytes, text.data() + text.size() - sizeof bytes, sizeof bytes);
+    }
+    return bytes >> 8;
+}
+
+std::uint64_t shortTextPiece(std::string_view text) {
+    std::uint64_t bytes = 0;
+    for (const char c : text) {
+        bytes = bytes << 8 | static_cast<unsigned char>(c);
+    }
+    return bytes;
 }
 
 } // namespace
 
 void KeyedHash::addPiece(std::uint64_t piece) {
-    const std::uint64_t sum = value_ + piece; // below 2^62
-    value_ = multiply(sum >= prime ? sum - prime : sum, key());
+    value_ = multiply(value_ + piece, key().first);
+}
+
+void KeyedHash::addPieces(std::uint64_t a, std::uint64_t b, std::uint64_t c, std::uint64_t d) {
+    const Key& power = key();
+    value_ = reduced(
+        static_cast<Product>(value_ + a) * power.fourth + static_cast<Product>(b) * power.third +
+        static_cast<Product>(c) * power.second + static_cast<Product>(d) * power.first);
 }
 
 std::uint64_t KeyedHash::value() const {
@@ -58,18 +98,18 @@ std::uint64_t KeyedHash::value() const {
 }
 
 KeyedHash& KeyedHash::add(std::string_view text) {
-    addPiece(text.size());
-    std::uint64_t piece = 0;
-    while (text.size() >= sizeof piece) {
-        std::memcpy(&piece, text.data(), sizeof piece);
-        addPiece(piece & pieceMask);
-        text.remove_prefix(pieceSize);
+    if (text.size() <= pieceSize) {
+        addPiece(text.size());
+        addPiece(shortTextPiece(text));
+        return *this;
     }
-    piece = 0;
-    for (const char c : text) {
-        piece = piece << 8 | static_cast<unsigned char>(c);
+    const auto piece = [text](std::size_t number) {
+        return longTextPiece(text, number * pieceSize);
+    };
+    addPieces(text.size(), piece(0), piece(1), piece(2));
+    for (std::size_t next = 3; next * pieceSize < text.size(); next += 4) {
+        addPieces(piece(next), piece(next + 1), piece(next + 2), piece(next + 3));
     }
-    addPiece(piece);
     return *this;
 }
 

@@ -29,6 +29,10 @@ public:
 private:
     void addPiece(std::uint64_t piece);
 
+    /// The same as adding one piece after the other, but the multiplications do not wait for each
+    /// other.
+    void addPieces(std::uint64_t a, std::uint64_t b, std::uint64_t c, std::uint64_t d);
+
     std::uint64_t value_ = 0;
 };
 

@@ -2,7 +2,9 @@
 
 #include "model/Words.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cstring>
 #include <istream>
 #include <locale>
 #include <sstream>
@@ -42,8 +44,6 @@ public:
         return error == std::errc() && (behind == end_ || isSpace(*behind));
     }
 
-    std::string_view rest() const { return {position_, end_}; }
-
 private:
     /// True when there is white space and something behind it.
     bool takeSpace() {
@@ -58,18 +58,59 @@ private:
     const char* end_;
 };
 
-std::string_view lastWord(std::string_view text) {
-    while (!text.empty() && isSpace(text.back())) {
-        text.remove_suffix(1);
+/// Whether a character up to the blank is in the text, eight at a time: taking 0x21 off each byte
+/// gives those that are smaller, and only those of up to 0x7F, their highest bit. (A byte behind a
+/// smaller one may get it too, which changes nothing.)
+bool hasControlOrSpace(std::string_view text) {
+    constexpr std::uint64_t each = 0x0101010101010101;
+    std::uint64_t found = 0;
+    std::uint64_t bytes = 0;
+    const auto look = [&](std::size_t at) {
+        std::memcpy(&bytes, text.data() + at, sizeof bytes);
+        found |= (bytes - each * 0x21) & ~bytes & (each * 0x80);
+    };
+    if (text.size() < sizeof bytes) {
+        return std::ranges::any_of(text,
+                                   [](char c) { return static_cast<unsigned char>(c) <= ' '; });
     }
-    std::size_t start = text.size();
-    while (start > 0 && !isSpace(text[start - 1])) {
-        --start;
+    for (std::size_t at = 0; at + sizeof bytes < text.size(); at += sizeof bytes) {
+        look(at);
     }
-    return text.substr(start);
+    look(text.size() - sizeof bytes);
+    return found != 0;
+}
+
+/// What a stream makes of the index: a number that cannot be read is 0, one that is too large is
+/// the largest.
+std::uint32_t readIndex(std::string_view index) {
+    std::istringstream digits{std::string(index)};
+    digits.imbue(std::locale::classic());
+    std::uint32_t number = 0;
+    digits >> number;
+    return number;
 }
 
 } // namespace
+
+void NetWord::setNet(std::string_view net) {
+    const std::size_t bracket = net.back() == ']' ? net.rfind('[') : std::string_view::npos;
+    hasIndex = bracket != std::string_view::npos;
+    name = net.substr(0, bracket);
+    index = hasIndex ? net.substr(bracket + 1, net.size() - bracket - 2) : std::string_view();
+}
+
+bool NetWord::find(std::string_view line, std::size_t at) {
+    fields = line.substr(0, at);
+    std::string_view net = line.substr(at + netPrefix.size());
+    while (!net.empty() && isSpace(net.back())) {
+        net.remove_suffix(1);
+    }
+    if (net.empty() || fields.empty() || !isSpace(fields.back()) || hasControlOrSpace(net)) {
+        return false;
+    }
+    setNet(net);
+    return true;
+}
 
 std::optional<BitLine> BitLine::read(const std::string& line) {
     std::istringstream fields(line);
@@ -85,71 +126,51 @@ std::optional<BitLine> BitLine::read(const std::string& line) {
         return std::nullopt;
     }
     bit.address = static_cast<std::uint32_t>(longAddress);
-    std::string net;
-    while (fields >> word) {
-        if (word.starts_with(netPrefix)) {
-            net = word.substr(netPrefix.size());
+    std::string_view words;
+    if (!fields.eof()) {
+        words = std::string_view(line).substr(static_cast<std::size_t>(fields.tellg()));
+    }
+    for (auto next = takeWord(words); !next.empty(); next = takeWord(words)) {
+        if (next.starts_with(netPrefix)) {
+            bit.setNet(next.substr(netPrefix.size()));
         }
     }
-    bit.setNet(net);
-    bit.cutBitIndex();
     return bit;
 }
 
-void BitLine::setNet(std::string_view word) {
-    net.clear();
-    if (!word.empty()) {
-        net += '/';
-        net += word;
+void BitLine::setNet(std::string_view text) {
+    hasNet = !text.empty();
+    net = {};
+    number = 0;
+    if (hasNet) {
+        NetWord word;
+        word.setNet(text);
+        net = word.name;
+        number = word.hasIndex ? readIndex(word.index) : 0;
     }
 }
 
-void BitLine::cutBitIndex() {
-    const std::size_t bracket = net.rfind('[');
-    if (net.ends_with(']') && bracket != std::string::npos) {
-        // A number that cannot be read is 0, one that is too large is the largest.
-        std::istringstream index(net.substr(bracket + 1));
-        index.imbue(std::locale::classic());
-        index >> number;
-        net.resize(bracket);
-    }
-}
-
-bool BitLine::scan(std::string_view line) {
+bool BitLine::scan(const NetWord& word) {
     constexpr std::string_view firstWord = "Bit";
     std::uint64_t position = 0;
     std::uint64_t longAddress = 0;
     std::uint32_t unused = 0;
-    Scanner words(line.substr(firstWord.size()));
+    Scanner words(word.fields.substr(firstWord.size()));
     if (!words.takeNumber(position, 10) || !words.takeNumber(longAddress, 16) ||
         !words.takeNumber(offset, 10) || !words.takeWord() || !words.takeNumber(unused, 10)) {
         return false;
     }
     address = static_cast<std::uint32_t>(longAddress);
-    return scanNet(lastWord(words.rest()));
-}
-
-bool BitLine::scanNet(std::string_view word) {
-    if (!word.starts_with(netPrefix)) {
-        return false;
-    }
-    word.remove_prefix(netPrefix.size());
     number = 0;
-    const std::size_t bracket = word.ends_with(']') ? word.rfind('[') : std::string_view::npos;
-    if (bracket != std::string_view::npos) {
-        const std::string_view digits = word.substr(bracket + 1, word.size() - bracket - 2);
-        const char* const end = digits.data() + digits.size();
-        const auto [behind, error] = std::from_chars(digits.data(), end, number);
+    if (word.hasIndex) {
+        const char* const end = word.index.data() + word.index.size();
+        const auto [behind, error] = std::from_chars(word.index.data(), end, number);
         if (error != std::errc() || behind != end) {
             return false;
         }
-        setNet(word.substr(0, bracket));
-        if (bracket == 0) {
-            net = '/'; // the index was all of the name, but there was one
-        }
-        return true;
     }
-    setNet(word);
+    net = word.name;
+    hasNet = true;
     return true;
 }
 

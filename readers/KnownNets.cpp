@@ -1,7 +1,9 @@
 #include "readers/KnownNets.h"
 
 #include "model/KeyedHash.h"
+#include "model/Prefetch.h"
 
+#include <cstring>
 #include <utility>
 
 namespace consolidator {
@@ -10,47 +12,91 @@ namespace {
 
 constexpr std::size_t slotsAtFirst = 1024;
 
+using Length = std::uint16_t;
+static_assert(KnownNets::longestNet <= static_cast<Length>(-1));
+
+/// The low bits of the hash choose the slot, these distinguish the nets in it.
+std::uint32_t highBits(std::uint64_t hash) {
+    return static_cast<std::uint32_t>(hash >> 32);
+}
+
 } // namespace
 
-KnownNets::KnownNets(const std::vector<Kernel>& kernels)
-    : kernels_(kernels), slots_(slotsAtFirst, none) {}
+KnownNets::KnownNets() : slots_(slotsAtFirst) {}
 
-std::span<const KnownNets::Place> KnownNets::find(std::string_view net) {
-    const std::uint32_t found = slotOf(net);
-    if (found == none) {
+std::span<const KnownNets::Place> KnownNets::find(std::string_view net) const {
+    return registersAt(slots_[placeOf(net, keyHash(net))]);
+}
+
+void KnownNets::findAll(std::span<Query> queries) const {
+    const std::size_t mask = slots_.size() - 1;
+    for (Query& query : queries) {
+        query.hash = keyHash(query.net);
+        prefetch(&slots_[query.hash & mask]);
+    }
+    for (const Query& query : queries) {
+        const Slot& slot = slots_[query.hash & mask]; // mostly the right one
+        if (slot.text != none) {
+            prefetch(&texts_[slot.text]);
+        }
+    }
+    for (Query& query : queries) {
+        query.registers = registersAt(slots_[placeOf(query.net, query.hash)]);
+    }
+}
+
+std::span<const KnownNets::Place> KnownNets::registersAt(const Slot& slot) const {
+    if (slot.text == none) {
         return {};
     }
-    return std::span(places_).subspan(nets_[found].first, nets_[found].count);
+    return slot.place.kernel == none ? std::span(lists_[slot.place.position])
+                                     : std::span(&slot.place, 1);
 }
 
 void KnownNets::add(std::string_view net, std::span<const Place> registers) {
-    if (2 * (nets_.size() + 1) > slots_.size()) {
+    if (texts_.size() + sizeof(Length) + net.size() > none) {
+        return; // no position could tell where its text is
+    }
+    const std::uint64_t hash = keyHash(net);
+    Slot& slot = slots_[placeOf(net, hash)];
+    slot = {highBits(hash), static_cast<std::uint32_t>(texts_.size()), registers.front()};
+    if (registers.size() > 1) {
+        slot.place = {none, static_cast<std::uint32_t>(lists_.size())};
+        lists_.emplace_back(registers.begin(), registers.end());
+    }
+    const auto length = static_cast<Length>(net.size());
+    const auto* const lengthBytes = reinterpret_cast<const char*>(&length);
+    texts_.insert(texts_.end(), lengthBytes, lengthBytes + sizeof length);
+    texts_.insert(texts_.end(), net.begin(), net.end());
+    if (4 * ++used_ > 3 * slots_.size()) {
         grow();
     }
-    slotOf(net) = static_cast<std::uint32_t>(nets_.size());
-    nets_.push_back(
-        {static_cast<std::uint32_t>(places_.size()), static_cast<std::uint32_t>(registers.size())});
-    places_.insert(places_.end(), registers.begin(), registers.end());
 }
 
-std::uint32_t& KnownNets::slotOf(std::string_view net) {
+std::size_t KnownNets::placeOf(std::string_view net, std::uint64_t hash) const {
     const std::size_t mask = slots_.size() - 1;
-    std::size_t place = static_cast<std::size_t>(keyHash(net)) & mask;
-    while (slots_[place] != none && nameOf(nets_[slots_[place]]) != net) {
-        place = (place + 1) & mask;
+    std::size_t place = static_cast<std::size_t>(hash) & mask;
+    for (; slots_[place].text != none; place = (place + 1) & mask) {
+        if (slots_[place].hash == highBits(hash) && textAt(slots_[place].text) == net) {
+            break;
+        }
     }
-    return slots_[place];
+    return place;
 }
 
-std::string_view KnownNets::nameOf(const Run& net) const {
-    const Place& place = places_[net.first];
-    return kernels_[place.kernel].hardwareVariables()[place.position].name;
+std::string_view KnownNets::textAt(std::size_t position) const {
+    Length length = 0;
+    std::memcpy(&length, &texts_[position], sizeof length);
+    return {texts_.data() + position + sizeof length, length};
 }
 
 void KnownNets::grow() {
-    slots_.assign(2 * slots_.size(), none);
-    for (std::uint32_t i = 0; i < nets_.size(); ++i) {
-        slotOf(nameOf(nets_[i])) = i;
+    const std::vector<Slot> old = std::exchange(slots_, std::vector<Slot>(2 * slots_.size()));
+    for (const Slot& slot : old) {
+        if (slot.text != none) {
+            const std::string_view net = textAt(slot.text);
+            slots_[placeOf(net, keyHash(net))] = slot;
+        }
     }
 }
 

@@ -1,8 +1,6 @@
 // The registers of nets that came before, found by one look at the net's name.
 #pragma once
 
-#include "model/Kernel.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -14,8 +12,10 @@ namespace consolidator {
 /// Remembers where the registers of a net are in a list of kernels: a bus has a line for each of
 /// its bits, and its owners need to be found for the first one only.
 ///
-/// Takes about 14 bytes for a net and 8 for each of its registers: a net's name is that of its
-/// registers.
+/// The lines of a file come in no order that a cache could follow, so what a look costs is how many
+/// places in memory it has to wait for, one after the other. There are two: the slot of the table,
+/// which tells where the register is, and the net's text. The texts are kept here once more for it.
+/// Beside its text a net takes some 30 bytes.
 class KnownNets {
 public:
     /// A register: a kernel of the list, and one of the kernel's hardware variables.
@@ -24,34 +24,48 @@ public:
         std::uint32_t position;
     };
 
-    /// The kernels must outlive this object and stay where they are, and so must their registers.
-    explicit KnownNets(const std::vector<Kernel>& kernels);
+    /// The most bytes that a net may have.
+    static constexpr std::size_t longestNet = 65535;
+
+    KnownNets();
+
+    /// A net that is looked for, and what is found.
+    struct Query {
+        std::string_view net;
+        std::uint64_t hash = 0;
+        std::span<const Place> registers;
+    };
 
     /// The registers of a net that was added; nothing for any other net. Holds until the next call
     /// of add().
-    std::span<const Place> find(std::string_view net);
+    std::span<const Place> find(std::string_view net) const;
 
-    /// Remembers the registers, at least one, that have this net as their name and belong to all
-    /// its owners. The net must not be known.
+    /// Does the same for several nets. The waits for memory, most of what a look costs, overlap.
+    void findAll(std::span<Query> queries) const;
+
+    /// Remembers the registers, at least one, that belong to this net, which must not be known.
+    /// (When there is no room for more it does nothing.)
     void add(std::string_view net, std::span<const Place> registers);
 
 private:
     static constexpr auto none = static_cast<std::uint32_t>(-1);
 
-    /// The places of one net.
-    struct Run {
-        std::uint32_t first;
-        std::uint32_t count;
+    /// A place of the hash table, of which four share a cache line.
+    struct Slot {
+        std::uint32_t hash = 0; ///< A part of the hash that tells the net from nearly all others.
+        std::uint32_t text = none; ///< Where its text begins in texts_; none in a free slot.
+        Place place{};             ///< Its register; with the kernel none, a position in lists_.
     };
 
-    std::uint32_t& slotOf(std::string_view net);
-    std::string_view nameOf(const Run& net) const;
+    std::size_t placeOf(std::string_view net, std::uint64_t hash) const;
+    std::span<const Place> registersAt(const Slot& slot) const;
+    std::string_view textAt(std::size_t position) const;
     void grow();
 
-    const std::vector<Kernel>& kernels_;
-    std::vector<Place> places_; ///< Of the first net, of the second, …
-    std::vector<Run> nets_;
-    std::vector<std::uint32_t> slots_; ///< Positions of nets by hash, or none: a power of two.
+    std::vector<Slot> slots_;               ///< A power of two.
+    std::size_t used_ = 0;                  ///< So many slots are not free; three quarters at most.
+    std::vector<char> texts_;               ///< Each with its length, in two bytes, in front.
+    std::vector<std::vector<Place>> lists_; ///< The registers of nets that have several.
 };
 
 } // namespace consolidator

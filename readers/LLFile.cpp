@@ -1,5 +1,6 @@
 #include "readers/LLFile.h"
 
+#include "model/Prefetch.h"
 #include "model/Words.h"
 
 #include <algorithm>
@@ -30,10 +31,11 @@ bool LLFile::parse() {
         return false;
     }
     matcher_.emplace(kernels_, longestLine);
-    knownNets_.emplace(kernels_);
+    knownNets_.emplace();
     const bool readToItsEnd = readLines();
-    knownNets_.reset(); // they look into the kernels, which the project takes now
-    matcher_.reset();
+    budget_.lineRead(bytesWithNets_ - paidBytes_);
+    knownNets_.reset();
+    matcher_.reset(); // it looks into the kernels, which the project takes now
     if (strangers_ > 0) {
         diagnostic_.remark(firstStranger_, "the first of " + std::to_string(strangers_) +
                                                " lines whose net belongs to no kernel");
@@ -63,42 +65,50 @@ bool LLFile::readLines() {
 bool LLFile::takeUsualLines() {
     const std::string_view block = ahead();
     const std::uint64_t firstLine = lineNumber_;
-    std::size_t start = 0; // of the next line
+    std::size_t net = block.find(netPrefix); // the next one, in this line or in a later one
+    std::size_t start = 0;                   // of the line
     while (start < block.size()) {
-        const std::size_t length = std::min(block.find('\n', start), block.size()) - start;
-        const std::string_view line = block.substr(start, length);
-        if (start + length == block.size() || length > longestLine) {
+        std::size_t end = block.find('\n', start);
+        if (end == std::string_view::npos || end - start > longestLine) {
             break; // the line goes on in the next block, or is too long
         }
-        if (!line.starts_with(';')) {
-            if (!beginsWithBit(line)) {
-                break;
-            }
-            if (contains(line, netPrefix) && !takeUsualLine(line)) {
-                break;
-            }
+        const std::string_view line = block.substr(start, end - start);
+        const bool hasNet = net < end;
+        if (!line.starts_with(';') &&
+            (!beginsWithBit(line) || (hasNet && !takeUsualLine(line, net - start)))) {
+            break;
         }
-        start += length;
+        if (hasNet) {
+            net = block.find(netPrefix, end);
+        }
         // The newline, and what else the stream would pass over before the next line.
-        for (; start < block.size() && isSpace(block[start]); ++start) {
-            lineNumber_ += block[start] == '\n' ? 1 : 0;
+        for (; end < block.size() && isSpace(block[end]); ++end) {
+            lineNumber_ += block[end] == '\n' ? 1 : 0;
         }
+        start = end;
     }
+    addWaiting(); // they look into the block
     skip(start, lineNumber_ - firstLine);
     return start > 0;
 }
 
-bool LLFile::takeUsualLine(std::string_view line) {
-    if (contains(line, std::string_view("\0", 1))) {
+bool LLFile::takeUsualLine(std::string_view line, std::size_t net) {
+    NetWord word;
+    if (contains(line.substr(0, net), std::string_view("\0", 1)) || !word.find(line, net)) {
         return false;
     }
-    if (contains(line, headerWord)) {
+    if (contains(line, headerWord) || isStranger(word, line.size())) {
         return true;
     }
-    if (!bit_.scan(line)) {
+    BitLine bit;
+    if (!bit.scan(word)) {
         return false;
     }
-    addToKernels(line.size());
+    bytesWithNets_ += line.size();
+    waiting_[waitingCount_++] = {bit, lineNumber_, bytesWithNets_};
+    if (waitingCount_ == mostWaiting) {
+        addWaiting();
+    }
     return true;
 }
 
@@ -111,120 +121,164 @@ bool LLFile::handleLine(const std::string& text) {
     if (first != "Bit") {
         return stop(lineNumber_, "the line begins with " + quoted(first) + ", not with \"Bit\"");
     }
-    if (!contains(text, netPrefix)) {
+    const std::size_t net = text.find(netPrefix);
+    NetWord word;
+    if (net == std::string::npos || (word.find(text, net) && isStranger(word, text.size()))) {
         return true;
     }
     const std::optional<BitLine> bit = BitLine::read(text);
     if (!bit) {
         diagnostic_.remark(lineNumber_, "the numbers of the line cannot be read");
-        return true;
+    } else if (bit->hasNet) {
+        bytesWithNets_ += text.size();
+        add({*bit, lineNumber_, bytesWithNets_});
     }
-    bit_ = *bit;
-    addToKernels(text.size());
     return true;
 }
 
-void LLFile::addToKernels(std::size_t lineLength) {
-    if (bit_.net.empty()) {
-        return;
+bool LLFile::isStranger(const NetWord& word, std::size_t lineLength) {
+    if (matcher_->knowsName(word.lastComponent())) {
+        return false;
     }
-    budget_.lineRead(lineLength);
-    if (!matcher_->knowsName(bit_.net)) {
-        noteStranger();
-        return;
+    bytesWithNets_ += lineLength;
+    noteStranger(lineNumber_);
+    return true;
+}
+
+void LLFile::addWaiting() {
+    const std::span lines = std::span(waiting_).first(waitingCount_);
+    waitingCount_ = 0;
+    std::array<KnownNets::Query, mostWaiting> space;
+    const std::span queries = std::span(space).first(lines.size());
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        queries[i].net = lines[i].bit.net;
     }
-    const auto registers = knownNets_->find(bit_.net);
-    if (registers.empty()) {
-        addToOwners();
-    } else if (mayHave(bit_.number)) {
-        addToRegisters(registers);
+    knownNets_->findAll(queries);
+    for (const KnownNets::Query& query : queries) {
+        for (const auto& [owner, position] :
+             query.registers.first(query.registers.empty() ? 0 : 1)) {
+            prefetch(&kernels_[owner].hardwareVariables()[position]);
+        }
+    }
+    bool areKnown = true; // so far: a net that gets known may move what was found
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        areKnown = areKnown && !queries[i].registers.empty();
+        if (areKnown) {
+            addToRegisters(lines[i], queries[i].registers);
+        } else {
+            add(lines[i]);
+        }
     }
 }
 
-void LLFile::addToOwners() {
-    const auto owners = matcher_->owners(bit_.net, budget_.mostOwners());
+void LLFile::add(const NetLine& line) {
+    const auto registers = knownNets_->find(line.bit.net);
+    if (registers.empty()) {
+        addToOwners(line);
+    } else {
+        addToRegisters(line, registers);
+    }
+}
+
+void LLFile::addToOwners(const NetLine& line) {
+    const auto& [net, bit, address, offset, hasNet] = line.bit;
+    std::string name = "/";
+    name += net;
+    payFor(line);
+    const auto owners = matcher_->owners(name, budget_.mostOwners());
     if (owners.empty()) {
-        noteStranger();
+        noteStranger(line.number);
         return;
     }
-    if (!mayHave(bit_.number)) {
+    if (!mayHave(line)) {
         return;
     }
     std::vector<KnownNets::Place> registers;
     for (const std::uint32_t owner : owners) {
         Kernel& kernel = kernels_[owner];
         const bool isFurther = !registers.empty();
-        if (isFurther && !mayShare()) {
+        if (isFurther && !mayShare(line)) {
             return;
         }
-        if (!mayLeaveEmpty(kernel.emptyBitsBefore(bit_.net, bit_.number))) {
+        if (!mayLeaveEmpty(line, kernel.emptyBitsBefore(name, bit))) {
             continue;
         }
         const std::size_t registersBefore = kernel.hardwareVariables().size();
-        const std::size_t position =
-            kernel.addHardwareLocation(bit_.net, bit_.number, bit_.address, bit_.offset);
+        const std::size_t position = kernel.addHardwareLocation(name, bit, address, offset);
         if (isFurther && kernel.hardwareVariables().size() > registersBefore) {
-            budget_.shareRegister(bit_.net.size());
+            budget_.shareRegister(name.size());
         }
         registers.push_back({owner, static_cast<std::uint32_t>(position)});
     }
     if (registers.size() == owners.size()) {
-        knownNets_->add(bit_.net, registers);
+        knownNets_->add(net, registers);
     }
 }
 
-void LLFile::addToRegisters(std::span<const KnownNets::Place> registers) {
+void LLFile::addToRegisters(const NetLine& line, std::span<const KnownNets::Place> registers) {
+    payFor(line);
+    if (!mayHave(line)) {
+        return;
+    }
+    const BitLine& bit = line.bit;
     bool isFurther = false;
     for (const auto& [owner, position] : registers) {
         Kernel& kernel = kernels_[owner];
         const HardwareVariable& variable = kernel.hardwareVariables()[position];
-        if (isFurther && !mayShare()) {
+        if (isFurther && !mayShare(line)) {
             return;
         }
-        if (!mayLeaveEmpty(variable.emptyBitsBefore(bit_.number))) {
+        if (!mayLeaveEmpty(line, variable.emptyBitsBefore(bit.number))) {
             continue;
         }
-        kernel.setHardwareLocation(position, bit_.number, bit_.address, bit_.offset);
+        kernel.setHardwareLocation(position, bit.number, bit.address, bit.offset);
         isFurther = true;
     }
 }
 
-bool LLFile::mayHave(std::uint32_t bitNumber) {
-    if (bitNumber >= bitLimit) {
-        remarkOnSkipped("registers of up to " + std::to_string(bitLimit) + " bits are kept");
+void LLFile::payFor(const NetLine& line) {
+    budget_.lineRead(line.bytesWithNets - paidBytes_);
+    paidBytes_ = line.bytesWithNets;
+}
+
+bool LLFile::mayHave(const NetLine& line) {
+    if (line.bit.number >= bitLimit) {
+        remarkOnSkipped(line, "registers of up to " + std::to_string(bitLimit) + " bits are kept");
         return false;
     }
     return true;
 }
 
-bool LLFile::mayShare() {
+bool LLFile::mayShare(const NetLine& line) {
     if (!budget_.mayShare()) {
         remarkOnSkipped(
-            "so many nets belong to several kernels that only the first kernels of this "
-            "one get it");
+            line, "so many nets belong to several kernels that only the first kernels of this "
+                  "one get it");
         return false;
     }
     budget_.shareLocation();
     return true;
 }
 
-bool LLFile::mayLeaveEmpty(std::uint32_t emptyBits) {
+bool LLFile::mayLeaveEmpty(const NetLine& line, std::uint32_t emptyBits) {
     if (!budget_.takeEmptyBits(emptyBits)) {
-        remarkOnSkipped("the registers of this file have too many bits that it does not name");
+        remarkOnSkipped(line,
+                        "the registers of this file have too many bits that it does not name");
         return false;
     }
     return true;
 }
 
-void LLFile::noteStranger() {
-    if (strangers_++ == 0) {
-        firstStranger_ = lineNumber_;
-    }
+void LLFile::noteStranger(std::uint64_t lineNumber) {
+    firstStranger_ = strangers_ == 0 ? lineNumber : std::min(firstStranger_, lineNumber);
+    ++strangers_;
 }
 
-void LLFile::remarkOnSkipped(const std::string& reason) {
-    diagnostic_.remark(lineNumber_, "bit " + std::to_string(bit_.number) + " of " +
-                                        quoted(bit_.net) + " is skipped: " + reason);
+void LLFile::remarkOnSkipped(const NetLine& line, const std::string& reason) {
+    std::string net = "/";
+    net += line.bit.net;
+    diagnostic_.remark(line.number, "bit " + std::to_string(line.bit.number) + " of " +
+                                        quoted(net) + " is skipped: " + reason);
 }
 
 } // namespace consolidator

@@ -35,6 +35,7 @@
 #include "readers/LocationBudget.h"
 #include "readers/NetMatcher.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -77,28 +78,46 @@ public:
 private:
     bool readLines();
     bool takeUsualLines();
-    bool takeUsualLine(std::string_view line);
+    bool takeUsualLine(std::string_view line, std::size_t net);
     bool handleLine(const std::string& text);
 
-    void addToKernels(std::size_t lineLength);
-    void addToOwners();
-    void addToRegisters(std::span<const KnownNets::Place> registers);
+    bool isStranger(const NetWord& word, std::size_t lineLength);
+
+    static constexpr std::size_t mostWaiting = 32;
+
+    /// A line whose net may belong to a kernel.
+    struct NetLine {
+        BitLine bit;
+        std::uint64_t number = 0;        ///< Of the line.
+        std::uint64_t bytesWithNets = 0; ///< Of the lines with a net, up to the end of this one.
+    };
+
+    void addWaiting();
+    void add(const NetLine& line);
+    void addToOwners(const NetLine& line);
+    void addToRegisters(const NetLine& line, std::span<const KnownNets::Place> registers);
 
     // Whether the bit may be added; each one remarks on it if not.
-    bool mayHave(std::uint32_t bitNumber);
-    bool mayShare();
-    bool mayLeaveEmpty(std::uint32_t emptyBits);
+    bool mayHave(const NetLine& line);
+    bool mayShare(const NetLine& line);
+    bool mayLeaveEmpty(const NetLine& line, std::uint32_t emptyBits);
 
-    void noteStranger();
-    void remarkOnSkipped(const std::string& reason);
+    void payFor(const NetLine& line);
+    void noteStranger(std::uint64_t lineNumber);
+    void remarkOnSkipped(const NetLine& line, const std::string& reason);
 
-    BitLine bit_; ///< Of the line.
     std::uint64_t lineNumber_ = 0;
     std::optional<NetMatcher> matcher_;  ///< Of the base's kernels.
     std::optional<KnownNets> knownNets_; ///< In the base's kernels.
     LocationBudget budget_;
-    std::uint64_t strangers_ = 0; ///< Lines whose net belongs to no kernel.
+    std::uint64_t bytesWithNets_ = 0; ///< Of the lines with a net that were read.
+    std::uint64_t paidBytes_ = 0;     ///< So many of them are in the budget.
+    std::uint64_t strangers_ = 0;     ///< Lines whose net belongs to no kernel.
     std::uint64_t firstStranger_ = 0;
+
+    /// Usual lines that are added together, which is quicker.
+    std::array<NetLine, mostWaiting> waiting_;
+    std::size_t waitingCount_ = 0;
 };
 
 } // namespace consolidator

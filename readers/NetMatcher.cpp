@@ -29,30 +29,20 @@ void intersect(std::span<const std::uint32_t> few, std::span<const std::uint32_t
 
 NetMatcher::NetMatcher(const std::vector<Kernel>& kernels, std::size_t longestNet)
     : paths_(KernelIndex::ofInstancePaths(kernels, longestNet)),
-      names_(KernelIndex::ofHardwareNames(kernels)),
+      names_(kernels),
       finder_(paths_.texts()),
-      isOwner_(kernels.size()) {
-    nameNumbers_.reserve(names_.texts().size());
-    for (const std::string_view name : names_.texts()) {
-        nameNumbers_.emplace(name, static_cast<std::uint32_t>(nameNumbers_.size()));
-    }
-}
-
-std::optional<std::uint32_t> NetMatcher::nameOf(std::string_view net) const {
-    const auto found = nameNumbers_.find(net.substr(net.rfind('/') + 1));
-    return found == nameNumbers_.end() ? std::nullopt : std::optional(found->second);
-}
+      isOwner_(kernels.size()) {}
 
 std::span<const std::uint32_t> NetMatcher::owners(std::string_view net, std::size_t most) {
     owners_.clear();
-    const auto name = nameOf(net);
-    if (!name) {
+    const std::uint32_t name = names_.numberOf(net.substr(net.rfind('/') + 1));
+    if (name == HardwareNames::none) {
         return {};
     }
     isOwner_.clear();
-    const std::size_t candidates = names_.kernelsOf(*name).size();
+    const std::size_t candidates = names_.kernelsOf(name).size();
     finder_.forEachIn(net, [&](std::uint32_t path) {
-        const Kernels found = havingBoth(path, *name);
+        const Kernels found = havingBoth(path, name);
         for (const std::uint32_t kernel : found.first(std::min(most, found.size()))) {
             if (isOwner_.set(kernel)) {
                 owners_.push_back(kernel);

@@ -2,18 +2,16 @@
 #pragma once
 
 #include "model/KernelIndex.h"
-#include "model/KeyedHash.h"
 #include "model/Marks.h"
 #include "model/PathFinder.h"
+#include "readers/HardwareNames.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <map>
-#include <optional>
 #include <span>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -32,8 +30,11 @@ public:
     /// are, and keep their instance paths, arguments and variables; their registers may change.
     NetMatcher(const std::vector<Kernel>& kernels, std::size_t longestNet);
 
-    /// Whether some kernel has the net's last component as a hardware name.
-    bool knowsName(std::string_view net) const { return nameOf(net).has_value(); }
+    /// Whether some kernel has a net's last component as a hardware name; if not, nobody owns the
+    /// net.
+    bool knowsName(std::string_view lastComponent) const {
+        return names_.numberOf(lastComponent) != HardwareNames::none;
+    }
 
     /// The positions of the first `most` kernels, at least one, that own the net, which has a
     /// leading "/": ascending and each once. The result holds until the next call.
@@ -43,17 +44,11 @@ public:
 private:
     using Kernels = std::span<const std::uint32_t>;
 
-    struct Hash {
-        std::size_t operator()(std::string_view text) const { return keyHash(text); }
-    };
-
-    std::optional<std::uint32_t> nameOf(std::string_view net) const;
     Kernels havingBoth(std::uint32_t path, std::uint32_t name);
     Kernels remember(std::pair<std::uint32_t, std::uint32_t> pair, std::vector<std::uint32_t> both);
 
     KernelIndex paths_;
-    KernelIndex names_;
-    std::unordered_map<std::string_view, std::uint32_t, Hash> nameNumbers_;
+    HardwareNames names_;
     PathFinder finder_;
 
     // Intersections of long lists by path and name, which many nets may need again. They are

@@ -1,4 +1,4 @@
-// The index of which kernels have a path or a name.
+// The index of which kernels have a path.
 
 #include "model/KernelIndex.h"
 
@@ -65,24 +65,8 @@ TEST(KernelIndex, LeavesOutPathsThatAreTooLong) {
     EXPECT_THAT(KernelIndex::ofInstancePaths(kernels, 4).texts(), ElementsAre("abc", "abcd"));
 }
 
-TEST(KernelIndex, HasTheHardwareNamesOfArgumentsAndVariables) {
-    std::vector<Kernel> kernels(2);
-    kernels[0].addArgument("size", "size_r", "int");
-    kernels[0].addVariable("n", "n_reg", "int");
-    kernels[1].addVariable("a", "size_r", "int");
-    kernels[1].addVariable("b", "size_r", "int");
-    kernels[1].addArgument("c", "", "int");
-    kernels[1].addInstancePath("top");
-    const KernelIndex index = KernelIndex::ofHardwareNames(kernels);
-    EXPECT_THAT(index.texts(), ElementsAre("", "n_reg", "size_r"));
-    EXPECT_THAT(kernelsOf(index, ""), ElementsAre(1));
-    EXPECT_THAT(kernelsOf(index, "n_reg"), ElementsAre(0));
-    EXPECT_THAT(kernelsOf(index, "size_r"), ElementsAre(0, 1));
-}
-
 TEST(KernelIndex, OfNoKernelsIsEmpty) {
     EXPECT_THAT(KernelIndex::ofInstancePaths({}, anyLength).texts(), IsEmpty());
-    EXPECT_THAT(KernelIndex::ofHardwareNames({}).texts(), IsEmpty());
 }
 
 } // namespace

@@ -8,6 +8,8 @@
 #include <ostream>
 #include <random>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace consolidator {
@@ -21,60 +23,132 @@ void PrintTo(const BitLine& bit, std::ostream* out) {
 namespace consolidator::test {
 namespace {
 
-/// What the quick way makes of the line; it must not refuse.
+/// The quick way as a whole: finds the net, then takes the rest apart.
+bool scan(const std::string& line, BitLine& bit) {
+    const std::size_t at = line.find("Net=");
+    NetWord word;
+    return at != std::string::npos && word.find(line, at) && bit.scan(word);
+}
+
+/// What the quick way makes of the line, which must live on; it must not refuse.
 BitLine scanned(const std::string& line) {
     BitLine bit;
     bit.number = 77; // of the line before
-    EXPECT_TRUE(bit.scan(line)) << line;
+    EXPECT_TRUE(scan(line, bit)) << line;
     return bit;
 }
 
 bool isRefused(const std::string& line) {
-    return !BitLine().scan(line);
+    BitLine bit;
+    return !scan(line, bit);
+}
+
+/// What a line with a net gives.
+BitLine bitOf(std::string_view net, std::uint32_t number, std::uint32_t address,
+              std::uint32_t offset) {
+    return {net, number, address, offset, true};
+}
+
+const std::string fields = "Bit 1 0x2 3 a 0 ";
+
+TEST(NetWord, GivesTheNetOfTheLastWord) {
+    const std::string line = "Bit 1 0x2 3 a 0 Net=top/k_1/inst/state_r[3]";
+    NetWord word;
+    ASSERT_TRUE(word.find(line, line.find("Net=")));
+    EXPECT_EQ(word.fields, "Bit 1 0x2 3 a 0 ");
+    EXPECT_EQ(word.name, "top/k_1/inst/state_r");
+    EXPECT_EQ(word.lastComponent(), "state_r");
+    EXPECT_TRUE(word.hasIndex);
+    EXPECT_EQ(word.index, "3");
+}
+
+TEST(NetWord, TellsAnEmptyIndexFromNone) {
+    NetWord word;
+    word.setNet("n[]");
+    EXPECT_TRUE(word.hasIndex);
+    EXPECT_EQ(word.index, "");
+    EXPECT_EQ(word.name, "n");
+    word.setNet("a[2]_x");
+    EXPECT_FALSE(word.hasIndex);
+    EXPECT_EQ(word.lastComponent(), "a[2]_x");
+    word.setNet("a/");
+    EXPECT_EQ(word.lastComponent(), "");
+}
+
+TEST(NetWord, RefusesANetWithAnOddCharacterAnywhere) {
+    for (std::size_t length = 1; length < 30; ++length) {
+        for (std::size_t at = 0; at + 1 < length; ++at) {
+            for (const char odd : {'\0', ' ', '\t', '\x1F', '\r'}) {
+                std::string line = fields + "Net=" + std::string(length, '\xA1');
+                NetWord word;
+                ASSERT_TRUE(word.find(line, fields.size())) << line;
+                line[fields.size() + 4 + at] = odd;
+                ASSERT_FALSE(word.find(line, fields.size())) << line;
+            }
+        }
+    }
 }
 
 TEST(BitLine, TakesAUsualLineApartEitherWay) {
     const std::string line =
         "Bit 26214438 0x00402a1f 2214 TILE_X1Y2 0 Latch=Q Net=top/k_1/inst/state_r[3]";
-    const BitLine expected{"/top/k_1/inst/state_r", 3, 0x402a1f, 2214};
+    const BitLine expected = bitOf("top/k_1/inst/state_r", 3, 0x402a1f, 2214);
     EXPECT_EQ(scanned(line), expected);
     EXPECT_EQ(BitLine::read(line), expected);
 }
 
 TEST(BitLine, ScansTheLargestNumbers) {
-    EXPECT_EQ(
-        scanned(
-            "Bit 18446744073709551615 ffffffffffffffff 4294967295 a 4294967295 Net=n[4294967295]"),
-        (BitLine{"/n", 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF}));
+    const std::string line =
+        "Bit 18446744073709551615 ffffffffffffffff 4294967295 a 4294967295 Net=n[4294967295]";
+    EXPECT_EQ(scanned(line), bitOf("n", 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF));
 }
 
 TEST(BitLine, ScansNumbersWithManyZeros) {
-    EXPECT_EQ(
-        scanned(
-            "Bit 0 0x0000000000000000000000012 00000000000000000000007 a 0 Net=n[0000000000003]"),
-        (BitLine{"/n", 3, 0x12, 7}));
+    const std::string line =
+        "Bit 0 0x0000000000000000000000012 00000000000000000000007 a 0 Net=n[0000000000003]";
+    EXPECT_EQ(scanned(line), bitOf("n", 3, 0x12, 7));
 }
 
 TEST(BitLine, ScansAnyWhiteSpace) {
-    EXPECT_EQ(scanned("Bit\t1\v0x2\f3\ra 0   x y Net=n[4] \r"), (BitLine{"/n", 4, 2, 3}));
+    const std::string line = "Bit\t1\v0x2\f3\ra 0   x y Net=n[4] \r";
+    EXPECT_EQ(scanned(line), bitOf("n", 4, 2, 3));
 }
 
 TEST(BitLine, ScansNetsWithoutAnIndex) {
     for (const std::string net : {"n", "a[2]_x", "n]", "]", "[", "a[1", "Net=a"}) {
-        EXPECT_EQ(scanned("Bit 1 0x2 3 a 0 Net=" + net), (BitLine{"/" + net, 0, 2, 3}));
+        const std::string line = fields + "Net=" + net;
+        EXPECT_EQ(scanned(line), bitOf(net, 0, 2, 3));
     }
 }
 
-TEST(BitLine, ScansAnEmptyNet) {
-    EXPECT_EQ(scanned("Bit 1 0x2 3 a 0 Net="), (BitLine{"", 0, 2, 3}));
-}
-
 TEST(BitLine, ScansANetThatIsNothingButAnIndex) {
-    EXPECT_EQ(scanned("Bit 1 0x2 3 a 0 Net=[5]"), (BitLine{"/", 5, 2, 3}));
+    const std::string line = fields + "Net=[5]";
+    EXPECT_EQ(scanned(line), bitOf("", 5, 2, 3));
+    EXPECT_EQ(BitLine::read(line), bitOf("", 5, 2, 3));
 }
 
-TEST(BitLine, ScansTheLastOfSeveralNets) {
-    EXPECT_EQ(scanned("Bit 1 0x2 3 a 0 Net=b Net=n[1]"), (BitLine{"/n", 1, 2, 3}));
+TEST(BitLine, ReadsTheLastOfSeveralNets) {
+    const std::string line = fields + "Net=b Net=n[1] x";
+    EXPECT_EQ(BitLine::read(line), bitOf("n", 1, 2, 3));
+}
+
+TEST(BitLine, ReadsNoNetWhereNothingIsBehindTheLastOne) {
+    const BitLine expected{"", 0, 2, 3, false};
+    EXPECT_EQ(BitLine::read("Bit 1 0x2 3 a 0"), expected);
+    EXPECT_EQ(BitLine::read("Bit 1 0x2 3 a 0 Net=a[1] Net="), expected);
+}
+
+TEST(BitLine, ReadsIndicesAsTheStreamDoes) {
+    for (const auto& [index, number] :
+         std::vector<std::pair<std::string, std::uint32_t>>{{"", 0},
+                                                            {"x", 0},
+                                                            {"1x", 1},
+                                                            {"+2", 2},
+                                                            {"-1", 0xFFFFFFFF},
+                                                            {"4294967296", 0xFFFFFFFF}}) {
+        const std::string line = fields + "Net=n[" + index + "]";
+        EXPECT_EQ(BitLine::read(line), bitOf("n", number, 2, 3)) << line;
+    }
 }
 
 TEST(BitLine, LeavesOddLinesToTheStream) {
@@ -83,6 +157,8 @@ TEST(BitLine, LeavesOddLinesToTheStream) {
                              "Bit 1",
                              "Bit 1 0x2 3 a 0",
                              "Bit 1 0x2 3 a 0 ",
+                             "Bit 1 0x2 3 a 0 Net=",
+                             "Bit 1 0x2 3 a 0 Net=b Net=n[1]",
                              "Bit 1 0x2 3 a Net=n",
                              "Bit 1 0x2 3 a 0Net=n",
                              "Bit 1 0x2 3 a 0 Net=n x",
@@ -167,12 +243,12 @@ TEST(BitLine, EveryScannedLineIsWhatTheStreamMakesOfIt) {
     for (int i = 0; i < 200'000; ++i) {
         const std::string line = lines.next();
         BitLine bit;
-        if (bit.scan(line)) {
+        if (scan(line, bit)) {
             ++scannedLines;
             ASSERT_EQ(BitLine::read(line), bit) << line;
         }
     }
-    EXPECT_GT(scannedLines, 5'000);
+    EXPECT_GT(scannedLines, 4'000);
 }
 
 } // namespace

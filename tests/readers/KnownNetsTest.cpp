@@ -1,12 +1,12 @@
 // Nets are found again by their whole name, with all their registers.
 #include "readers/KnownNets.h"
 
-#include "tests/support/Kernels.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -15,50 +15,70 @@ namespace {
 
 using Places = std::vector<std::pair<std::uint32_t, std::uint32_t>>;
 
-Places placesOf(KnownNets& nets, std::string_view net) {
+Places pairsOf(std::span<const KnownNets::Place> registers) {
     Places places;
-    for (const auto& [kernel, position] : nets.find(net)) {
+    for (const auto& [kernel, position] : registers) {
         places.emplace_back(kernel, position);
     }
     return places;
 }
 
+Places placesOf(const KnownNets& nets, std::string_view net) {
+    return pairsOf(nets.find(net));
+}
+
 TEST(KnownNets, KnowsNothingAtFirst) {
-    const std::vector<Kernel> kernels;
-    KnownNets nets(kernels);
+    const KnownNets nets;
     EXPECT_EQ(placesOf(nets, ""), Places());
-    EXPECT_EQ(placesOf(nets, "/a"), Places());
+    EXPECT_EQ(placesOf(nets, "a"), Places());
 }
 
 TEST(KnownNets, GivesAllRegistersOfANet) {
-    std::vector<Kernel> kernels(3);
-    kernels[0].addHardwareLocation("/other", 0, 1, 2);
-    for (Kernel& kernel : kernels) {
-        kernel.addHardwareLocation("/a", 0, 1, 2);
-    }
-    KnownNets nets(kernels);
-    const std::vector<KnownNets::Place> registers{{0, 1}, {2, 0}};
-    nets.add("/a", registers);
-    EXPECT_EQ(placesOf(nets, "/a"), (Places{{0, 1}, {2, 0}}));
-    EXPECT_EQ(placesOf(nets, "/other"), Places());
-    EXPECT_EQ(placesOf(nets, "/a/"), Places());
-    EXPECT_EQ(placesOf(nets, ""), Places());
+    KnownNets nets;
+    const std::vector<KnownNets::Place> several{{0, 1}, {2, 0}, {2, 0}};
+    nets.add("top/a", several);
+    nets.add("", std::vector<KnownNets::Place>{{7, 3}});
+    nets.add("b", std::vector<KnownNets::Place>{{1, 5}, {0, 0}});
+    EXPECT_EQ(placesOf(nets, "top/a"), (Places{{0, 1}, {2, 0}, {2, 0}}));
+    EXPECT_EQ(placesOf(nets, ""), (Places{{7, 3}}));
+    EXPECT_EQ(placesOf(nets, "b"), (Places{{1, 5}, {0, 0}}));
+    EXPECT_EQ(placesOf(nets, "a"), Places());
+    EXPECT_EQ(placesOf(nets, "top/a/"), Places());
 }
 
-TEST(KnownNets, FindsEachOfManyNets) {
-    std::vector<Kernel> kernels(7);
-    KnownNets nets(kernels);
+TEST(KnownNets, KnowsTheLongestNet) {
+    KnownNets nets;
+    const std::string longest(KnownNets::longestNet, 'x');
+    nets.add(longest, std::vector<KnownNets::Place>{{1, 2}});
+    EXPECT_EQ(placesOf(nets, longest), (Places{{1, 2}}));
+    EXPECT_EQ(placesOf(nets, std::string_view(longest).substr(1)), Places());
+}
+
+TEST(KnownNets, FindsEachOfManyNetsOneByOneAndTogether) {
+    KnownNets nets;
     constexpr std::uint32_t count = 20'000;
+    std::vector<std::string> names;
     for (std::uint32_t i = 0; i < count; ++i) {
-        const std::string net = "/top/k/" + std::to_string(i);
-        const std::size_t position = kernels[i % 7].addHardwareLocation(net, 0, 1, 2);
-        const KnownNets::Place place{i % 7, static_cast<std::uint32_t>(position)};
-        nets.add(net, {&place, 1});
+        names.push_back("top/k/" + std::to_string(i));
+        const KnownNets::Place place{i % 7, i / 7};
+        nets.add(names.back(), {&place, 1});
     }
     for (std::uint32_t i = 0; i < count; ++i) {
-        ASSERT_EQ(placesOf(nets, "/top/k/" + std::to_string(i)), (Places{{i % 7, i / 7}})) << i;
+        ASSERT_EQ(placesOf(nets, names[i]), (Places{{i % 7, i / 7}})) << i;
     }
-    EXPECT_EQ(placesOf(nets, "/top/k/20000"), Places());
+    EXPECT_EQ(placesOf(nets, "top/k/20000"), Places());
+    names.emplace_back("top/k/20000");
+    names.emplace_back("");
+    std::vector<KnownNets::Query> queries(names.size());
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        queries[i].net = names[i];
+    }
+    nets.findAll(queries);
+    for (std::uint32_t i = 0; i < names.size(); ++i) {
+        const Places expected = i < count ? Places{{i % 7, i / 7}} : Places();
+        ASSERT_EQ(pairsOf(queries[i].registers), expected) << i;
+    }
+    nets.findAll({});
 }
 
 } // namespace

@@ -833,7 +833,7 @@ TEST(LLFile, RemarksOnBitsThatItSkips) {
 }
 
 TEST(LLFile, RemarksOnNumbersThatCannotBeRead) {
-    EXPECT_THAT(remarksOn(";\n" + withFields("1 0x 64 DIE0 0") + usualLine + "Bit 1 Net=a\n"),
+    EXPECT_THAT(remarksOn(";\n" + withFields("1 0x 64 DIE0 0") + usualLine + "Bit 1 Net=state_r\n"),
                 ElementsAre(remarkAt(2, "numbers"), remarkAt(4, "numbers")));
 }
 

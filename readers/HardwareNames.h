@@ -1,0 +1,63 @@
+// Which kernels of a list have a hardware name, found by one look at the name.
+#pragma once
+
+#include "model/Kernel.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace consolidator {
+
+/// The distinct hardware names of the kernels' arguments and variables, each with its kernels.
+///
+/// A million variables may have a thousand names or a million, so names are not sorted, and what is
+/// kept of each is a view, its number in a table of hashes, and its kernels. Most names that are
+/// asked for belong to no kernel: the table tells so without a look at any name.
+class HardwareNames {
+public:
+    static constexpr auto none = static_cast<std::uint32_t>(-1);
+
+    /// The kernels must outlive this object, stay where they are, and keep their arguments and
+    /// variables.
+    explicit HardwareNames(const std::vector<Kernel>& kernels);
+
+    /// The number of a name, or none. Names are numbered from 0 in the order of the kernels.
+    std::uint32_t numberOf(std::string_view name) const;
+
+    /// The positions of the kernels that have the name of this number, ascending and each once.
+    std::span<const std::uint32_t> kernelsOf(std::uint32_t number) const {
+        return std::span(kernels_).subspan(starts_[number], starts_[number + 1] - starts_[number]);
+    }
+
+    /// How many kernels all the names have, together.
+    std::size_t entryCount() const { return kernels_.size(); }
+
+private:
+    /// A place of the hash table: a name's number, and a part of its hash that tells it from nearly
+    /// all others.
+    struct Slot {
+        std::uint32_t hash = 0;
+        std::uint32_t number = none;
+    };
+
+    /// That a kernel has a name.
+    struct Entry {
+        std::uint32_t number;
+        std::uint32_t kernel;
+    };
+
+    std::uint32_t numberOrAdd(std::string_view name);
+    std::size_t placeOf(std::string_view name, std::uint64_t hash) const;
+    void grow();
+    void listKernels(std::span<const Entry> entries);
+
+    std::vector<std::string_view> names_;
+    std::vector<Slot> slots_;            ///< A power of two, at most half of them taken.
+    std::vector<std::uint32_t> starts_;  ///< Per name where its kernels begin; then the end.
+    std::vector<std::uint32_t> kernels_; ///< The kernels of the first name, of the second, …
+};
+
+} // namespace consolidator
