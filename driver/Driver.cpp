@@ -62,13 +62,13 @@ void addAll(ConsolidatedFile& database, const std::vector<std::string>& paths, s
     }
 }
 
-/// Logic locations are matched against a copy of the project's kernels, which is merged back.
+/// Logic locations are matched against the project's kernels themselves.
 void addLogicLocations(ConsolidatedFile& database, const std::vector<std::string>& paths,
                        std::ostream& err) {
     LocationBudget budget; // one for all files of the run
     for (const std::string& path : paths) {
         LLFile reader(path, err);
-        reader.setKernels(database.kernels());
+        reader.setProject(database.kernels());
         reader.setBudget(budget);
         database.addInputFile(reader);
         budget = reader.budget();

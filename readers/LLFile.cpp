@@ -1,5 +1,6 @@
 #include "readers/LLFile.h"
 
+#include "model/KeyedHash.h"
 #include "model/Prefetch.h"
 #include "model/Words.h"
 
@@ -7,6 +8,7 @@
 #include <array>
 #include <istream>
 #include <optional>
+#include <unordered_set>
 
 namespace consolidator {
 
@@ -19,6 +21,10 @@ bool contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
 
+struct HashOfText {
+    std::size_t operator()(std::string_view text) const { return keyHash(text); }
+};
+
 /// Whether the first word is "Bit", and stands where tools put it.
 bool beginsWithBit(std::string_view line) {
     return line.starts_with("Bit ") || line.starts_with("Bit\t");
@@ -26,11 +32,29 @@ bool beginsWithBit(std::string_view line) {
 
 } // namespace
 
+void LLFile::setProject(const std::vector<Kernel>& project) {
+    project_ = &project;
+    kernels_.clear();
+    kernels_.reserve(project.size());
+    lacksRegisters_.clear();
+    lacksRegisters_.reserve(project.size());
+    std::unordered_set<std::string_view, HashOfText> names;
+    for (const Kernel& kernel : project) {
+        const bool isFirst = names.insert(kernel.name()).second;
+        lacksRegisters_.push_back(isFirst);
+        if (isFirst) {
+            kernels_.emplace_back().setName(kernel.name());
+        } else {
+            kernels_.push_back(kernel);
+        }
+    }
+}
+
 bool LLFile::parse() {
     if (!isOpen()) {
         return false;
     }
-    matcher_.emplace(kernels_, longestLine);
+    matcher_.emplace(project_ == nullptr ? kernels_ : *project_, longestLine);
     knownNets_.emplace();
     const bool readToItsEnd = readLines();
     budget_.lineRead(bytesWithNets_ - paidBytes_);
@@ -195,7 +219,7 @@ void LLFile::addToOwners(const NetLine& line) {
     }
     std::vector<KnownNets::Place> registers;
     for (const std::uint32_t owner : owners) {
-        Kernel& kernel = kernels_[owner];
+        Kernel& kernel = withRegisters(owner);
         const bool isFurther = !registers.empty();
         if (isFurther && !mayShare(line)) {
             return;
@@ -213,6 +237,17 @@ void LLFile::addToOwners(const NetLine& line) {
     if (registers.size() == owners.size()) {
         knownNets_->add(net, registers);
     }
+}
+
+Kernel& LLFile::withRegisters(std::uint32_t owner) {
+    Kernel& kernel = kernels_[owner];
+    if (owner < lacksRegisters_.size() && lacksRegisters_[owner]) {
+        for (const HardwareVariable& known : (*project_)[owner].hardwareVariables()) {
+            kernel.addHardwareVariable(known);
+        }
+        lacksRegisters_[owner] = false;
+    }
+    return kernel;
 }
 
 void LLFile::addToRegisters(const NetLine& line, std::span<const KnownNets::Place> registers) {

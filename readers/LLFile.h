@@ -62,7 +62,20 @@ public:
 
     /// Gives the reader the kernels to match nets against; it works on this copy. To be called
     /// before parse().
-    void setKernels(std::vector<Kernel> kernels) { kernels_ = std::move(kernels); }
+    void setKernels(std::vector<Kernel> kernels) {
+        project_ = nullptr;
+        lacksRegisters_.clear();
+        kernels_ = std::move(kernels);
+    }
+
+    /// Gives the reader the kernels of a project instead, which it neither copies nor changes; they
+    /// must stay where they are until parse() is done. To be called before it.
+    ///
+    /// The reader's own kernels are then what the project still has to take over with
+    /// ConsolidatedFile::mergeKernel, which comes to the same as merging a changed copy of each:
+    /// for the first kernel of a name a kernel with nothing but this name and registers, for the
+    /// others, which the first one takes in, a whole copy.
+    void setProject(const std::vector<Kernel>& project);
 
     /// Gives the reader another budget than a fresh one, for example what another file has left. To
     /// be called before parse().
@@ -92,6 +105,8 @@ private:
         std::uint64_t bytesWithNets = 0; ///< Of the lines with a net, up to the end of this one.
     };
 
+    Kernel& withRegisters(std::uint32_t owner);
+
     void addWaiting();
     void add(const NetLine& line);
     void addToOwners(const NetLine& line);
@@ -106,8 +121,13 @@ private:
     void noteStranger(std::uint64_t lineNumber);
     void remarkOnSkipped(const NetLine& line, const std::string& reason);
 
+    const std::vector<Kernel>* project_ = nullptr; ///< Null when the base's kernels are it.
+
+    /// Per kernel of the base, whether it still lacks the registers that it has in the project.
+    std::vector<bool> lacksRegisters_;
+
     std::uint64_t lineNumber_ = 0;
-    std::optional<NetMatcher> matcher_;  ///< Of the base's kernels.
+    std::optional<NetMatcher> matcher_;  ///< Of the project's kernels.
     std::optional<KnownNets> knownNets_; ///< In the base's kernels.
     LocationBudget budget_;
     std::uint64_t bytesWithNets_ = 0; ///< Of the lines with a net that were read.
