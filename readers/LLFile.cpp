@@ -17,6 +17,11 @@ namespace {
 constexpr std::string_view netPrefix = "Net=";
 constexpr std::string_view headerWord = "Revision";
 
+/// So many bytes are looked at together, several times, while the processor has them at hand. It
+/// also bounds what a line that is not usual costs, after which the search for nets begins anew.
+constexpr std::size_t pieceSize = std::size_t{32} * 1024;
+static_assert(pieceSize > LLFile::longestLine);
+
 bool contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
@@ -87,38 +92,40 @@ bool LLFile::readLines() {
 }
 
 bool LLFile::takeUsualLines() {
-    const std::string_view block = ahead();
+    // A zero byte, which no usual line has, is as good as the end.
+    std::string_view piece = ahead().substr(0, pieceSize);
+    piece = piece.substr(0, piece.find('\0'));
     const std::uint64_t firstLine = lineNumber_;
-    std::size_t net = block.find(netPrefix); // the next one, in this line or in a later one
+    std::size_t net = piece.find(netPrefix); // the next one, in this line or in a later one
     std::size_t start = 0;                   // of the line
-    while (start < block.size()) {
-        std::size_t end = block.find('\n', start);
+    while (start < piece.size()) {
+        std::size_t end = piece.find('\n', start);
         if (end == std::string_view::npos || end - start > longestLine) {
-            break; // the line goes on in the next block, or is too long
+            break; // the line goes on behind the piece, or is too long
         }
-        const std::string_view line = block.substr(start, end - start);
+        const std::string_view line = piece.substr(start, end - start);
         const bool hasNet = net < end;
         if (!line.starts_with(';') &&
             (!beginsWithBit(line) || (hasNet && !takeUsualLine(line, net - start)))) {
             break;
         }
         if (hasNet) {
-            net = block.find(netPrefix, end);
+            net = piece.find(netPrefix, end);
         }
         // The newline, and what else the stream would pass over before the next line.
-        for (; end < block.size() && isSpace(block[end]); ++end) {
-            lineNumber_ += block[end] == '\n' ? 1 : 0;
+        for (; end < piece.size() && isSpace(piece[end]); ++end) {
+            lineNumber_ += piece[end] == '\n' ? 1 : 0;
         }
         start = end;
     }
-    addWaiting(); // they look into the block
+    addWaiting(); // they look into the piece
     skip(start, lineNumber_ - firstLine);
     return start > 0;
 }
 
 bool LLFile::takeUsualLine(std::string_view line, std::size_t net) {
     NetWord word;
-    if (contains(line.substr(0, net), std::string_view("\0", 1)) || !word.find(line, net)) {
+    if (!word.find(line, net)) {
         return false;
     }
     if (contains(line, headerWord) || isStranger(word, line.size())) {
@@ -181,7 +188,9 @@ void LLFile::addWaiting() {
     for (const KnownNets::Query& query : queries) {
         for (const auto& [owner, position] :
              query.registers.first(query.registers.empty() ? 0 : 1)) {
-            prefetch(&kernels_[owner].hardwareVariables()[position]);
+            const HardwareVariable& variable = kernels_[owner].hardwareVariables()[position];
+            prefetch(&variable);
+            prefetch(&variable + 1); // it may lie in two lines of the cache
         }
     }
     bool areKnown = true; // so far: a net that gets known may move what was found
