@@ -5,11 +5,9 @@
 #include "model/JsonText.h"
 
 #include <algorithm>
-#include <exception>
 #include <limits>
 #include <locale>
 #include <map>
-#include <new>
 #include <stdio_ext.h>
 #include <tuple>
 #include <unistd.h>
@@ -213,16 +211,12 @@ void ConsolidatedFile::addDwarf(const std::string& path) {
 }
 
 void ConsolidatedFile::addInputFile(InputFile& reader) {
-    try {
-        if (reader.isOpen() && !reader.parse()) {
-            return;
-        }
-    } catch (const std::bad_alloc&) {
-        throw; // no fault of the input: what other inputs have added would be lost in silence
-    } catch (const std::exception& error) {
-        reader.noteFailure(error.what());
-        return;
+    if (reader.tryToParse()) {
+        addKernelsOf(reader);
     }
+}
+
+void ConsolidatedFile::addKernelsOf(InputFile& reader) {
     for (Kernel& kernel : reader.takeKernels()) {
         mergeKernel(std::move(kernel));
     }

@@ -92,6 +92,9 @@ public:
     /// whose reader throws, adds nothing.
     void addInputFile(InputFile& reader);
 
+    /// The second half of it: merges the kernels of a reader that has succeeded.
+    void addKernelsOf(InputFile& reader);
+
     /// Merges a kernel into the first one of its name (see Kernel::merge), or appends it if the
     /// name is new.
     void mergeKernel(Kernel kernel);

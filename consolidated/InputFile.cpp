@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <exception>
 #include <fstream>
 #include <locale>
 #include <new>
@@ -33,8 +34,14 @@ bool InputFile::isOpen() const {
     return stream_.good();
 }
 
-void InputFile::noteFailure(const std::string& reason) {
-    stop(0, reason);
+bool InputFile::tryToParse() {
+    try {
+        return !isOpen() || parse();
+    } catch (const std::bad_alloc&) {
+        throw; // no fault of the input: what other inputs have added would be lost in silence
+    } catch (const std::exception& error) {
+        return stop(0, error.what());
+    }
 }
 
 std::string_view InputFile::readLine(std::span<char> buffer) {

@@ -47,6 +47,10 @@ public:
     /// list then holds what came before the fault.
     virtual bool parse() = 0;
 
+    /// Runs parse() if the input is open. False when it fails or throws, which is noted then; but
+    /// lack of memory is thrown on.
+    bool tryToParse();
+
     const std::vector<Kernel>& kernels() const { return kernels_; }
 
     /// Hands the kernels over to the caller; the reader has none any more.
@@ -60,8 +64,9 @@ public:
 
     const Diagnostic& diagnostic() const { return diagnostic_; }
 
-    /// Notes that parse() has thrown, unless it has noted itself why it stopped.
-    void noteFailure(const std::string& reason);
+    /// Has `listener` told from time to time how many bytes have come from the input. To be called
+    /// before parse().
+    void watch(LineCountingBuffer::Listener listener) { buffer_.watch(std::move(listener)); }
 
 protected:
     /// The line, counted from 1, of the next byte that the stream will deliver.

@@ -41,6 +41,10 @@ LineCountingBuffer::int_type LineCountingBuffer::underflow() {
         return traits_type::eof();
     }
     setg(block_.get(), block_.get(), block_.get() + came);
+    arrived_ += static_cast<std::uint64_t>(came);
+    if (listener_) {
+        listener_(arrived_);
+    }
     return traits_type::to_int_type(*gptr());
 }
 

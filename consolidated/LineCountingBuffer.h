@@ -3,9 +3,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <streambuf>
 #include <string_view>
+#include <utility>
 
 namespace consolidator {
 
@@ -23,6 +25,9 @@ public:
     /// The most bytes that are in memory at a time.
     static constexpr std::size_t blockSize = std::size_t{256} * 1024;
 
+    /// Is told how many bytes have come from the source so far, with each block.
+    using Listener = std::function<void(std::uint64_t)>;
+
     /// `source` is not owned and must outlive this buffer.
     explicit LineCountingBuffer(std::streambuf& source);
 
@@ -36,6 +41,8 @@ public:
     /// Goes on behind the first `bytes` of ahead(), among which there are so many newlines.
     void skip(std::size_t bytes, std::uint64_t newlines);
 
+    void watch(Listener listener) { listener_ = std::move(listener); }
+
 protected:
     int_type underflow() override;
 
@@ -44,6 +51,8 @@ private:
 
     std::streambuf& source_;
     std::unique_ptr<char[]> block_; ///< Not filled with zeros first.
+    Listener listener_;             ///< May be empty.
+    std::uint64_t arrived_ = 0;     ///< Bytes that have come from the source.
     std::uint64_t newlines_ = 0;    ///< Newlines before `counted_`.
     const char* counted_;           ///< Newlines of the block are counted up to here.
 };

@@ -109,11 +109,6 @@ bool ConsolidatorOptions::check(std::ostream& out) const {
     return true;
 }
 
-bool ConsolidatorOptions::anyInput() const {
-    return !dwarfFile.empty() || !hierarchyFiles.empty() || !kernelFiles.empty() ||
-           !hlsFiles.empty() || !auxFiles.empty() || !llFiles.empty() || !ramFiles.empty();
-}
-
 void ConsolidatorOptions::printUsage(std::ostream& out) const {
     out << "Usage: " << programName << " [options] --consolidated_file filename" << std::endl
         << std::endl

@@ -1,19 +1,20 @@
 // The command line of the consolidator.
 #pragma once
 
+#include "driver/Inputs.h"
+
 #include <boost/program_options/options_description.hpp>
 
 #include <ostream>
 #include <string>
-#include <vector>
 
 namespace consolidator {
 
-/// The options of one run, parsed from the command line.
+/// The options of one run, parsed from the command line, with its input files.
 ///
 /// Options may be given in any order; there are no positional arguments. Those that take a value
 /// take one per occurrence, and only the list options may occur more than once.
-class ConsolidatorOptions {
+class ConsolidatorOptions : public InputPaths {
 public:
     /// Parses a command line as main() gets it. What is wrong with it is said on `out`.
     ConsolidatorOptions(int argc, const char* const* argv, std::ostream& out);
@@ -38,15 +39,6 @@ public:
     bool help = false;
     bool version = false;
 
-    // The input files, each list in command-line order.
-    std::string dwarfFile;                   ///< DWARF metadata; empty if not given.
-    std::vector<std::string> hierarchyFiles; ///< Hierarchy metadata of the system linker.
-    std::vector<std::string> kernelFiles;    ///< Kernel description XML.
-    std::vector<std::string> hlsFiles;       ///< Kernel metadata of high-level synthesis.
-    std::vector<std::string> auxFiles;       ///< Auxiliary XML of high-level synthesis.
-    std::vector<std::string> llFiles;        ///< Logic locations of bitstream generation.
-    std::vector<std::string> ramFiles;       ///< RAM utilization reports of synthesis.
-
     std::string consolidatedFile; ///< The database; empty if not given.
     std::string project;          ///< The project's name; empty if not given.
 
@@ -55,7 +47,6 @@ public:
 
 private:
     void parse(int argc, const char* const* argv, std::ostream& out);
-    bool anyInput() const;
 
     boost::program_options::options_description description_{"Consolidator options"};
 };

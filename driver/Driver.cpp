@@ -2,18 +2,11 @@
 
 #include "consolidated/ConsolidatedFile.h"
 #include "driver/ConsolidatorOptions.h"
-#include "model/RAMFile.h"
-#include "readers/AuxiliaryXMLFile.h"
-#include "readers/HLSFile.h"
+#include "driver/Inputs.h"
 #include "readers/HierarchyFile.h"
-#include "readers/KernelFile.h"
-#include "readers/LLFile.h"
-#include "readers/LocationBudget.h"
 
 #include <cstdint>
 #include <ostream>
-#include <string>
-#include <vector>
 
 namespace consolidator {
 
@@ -53,53 +46,6 @@ bool isOfSupportedVersion(const ConsolidatedFile& database, const ConsolidatorOp
     return false;
 }
 
-/// Runs one reader of the given kind on each file, in order.
-template <typename Reader>
-void addAll(ConsolidatedFile& database, const std::vector<std::string>& paths, std::ostream& err) {
-    for (const std::string& path : paths) {
-        Reader reader(path, err);
-        database.addInputFile(reader);
-    }
-}
-
-/// Logic locations are matched against the project's kernels themselves.
-void addLogicLocations(ConsolidatedFile& database, const std::vector<std::string>& paths,
-                       std::ostream& err) {
-    LocationBudget budget; // one for all files of the run
-    for (const std::string& path : paths) {
-        LLFile reader(path, err);
-        reader.setProject(database.kernels());
-        reader.setBudget(budget);
-        database.addInputFile(reader);
-        budget = reader.budget();
-    }
-}
-
-/// RAM reports are matched against the project's kernels themselves.
-void addRamReports(ConsolidatedFile& database, const std::vector<std::string>& paths,
-                   std::ostream& err) {
-    for (const std::string& path : paths) {
-        RAMFile reader(path, database.kernels(), err);
-        database.addInputFile(reader);
-    }
-}
-
-/// Takes in all inputs. The order of the kinds matters: each builds on what the ones before it have
-/// found.
-void consolidate(ConsolidatedFile& database, const ConsolidatorOptions& options,
-                 std::ostream& err) {
-    if (!options.dwarfFile.empty()) {
-        database.addDwarf(options.dwarfFile);
-    }
-    addAll<HierarchyFile>(database, options.hierarchyFiles, err);
-    addAll<KernelFile>(database, options.kernelFiles, err);
-    addAll<HLSFile>(database, options.hlsFiles, err);
-    addAll<AuxiliaryXMLFile>(database, options.auxFiles, err);
-    addLogicLocations(database, options.llFiles, err);
-    addRamReports(database, options.ramFiles, err);
-    database.write();
-}
-
 } // namespace
 
 int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
@@ -132,7 +78,8 @@ int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err)
     } else if (!options.dumpJsonFile.empty()) {
         database.dumpSection(SectionType::KernelJson, options.dumpJsonFile);
     } else {
-        consolidate(database, options, err);
+        addInputs(database, options, err);
+        database.write();
     }
     return 0;
 }

@@ -32,6 +32,15 @@ TEST(Diagnostic, IsEmptyAtFirst) {
     EXPECT_EQ(diagnostic.remarkCount(), 0U);
 }
 
+TEST(Diagnostic, TellsNotesFromOtherRemarks) {
+    Diagnostic diagnostic;
+    diagnostic.remark(1, "wrong");
+    diagnostic.note(2, "as it should be");
+    EXPECT_THAT(diagnostic.remarks(),
+                ElementsAre(Remark{1, "wrong", false}, Remark{2, "as it should be", true}));
+    EXPECT_EQ(diagnostic.remarkCount(), 2U);
+}
+
 TEST(Diagnostic, KeepsWhereAndWhyReadingStopped) {
     Diagnostic diagnostic;
     diagnostic.stop(31, "expected a number");

@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <new>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -159,6 +160,18 @@ TEST(InputFile, StopsWithFalseAndTheReason) {
     FakeReader reader(textOf(""));
     EXPECT_FALSE(reader.stop(12, "expected a number"));
     EXPECT_EQ(reader.diagnostic().stopped(), (Diagnostic::Remark{12, "expected a number"}));
+}
+
+TEST(InputFile, TriesToParse) {
+    EXPECT_TRUE(readerOf({"a"}).tryToParse());
+    EXPECT_FALSE(readerOf({"a"}, false).tryToParse());
+
+    FakeReader throwing([](FakeReader&) -> bool { throw std::out_of_range("too short"); });
+    EXPECT_FALSE(throwing.tryToParse());
+    EXPECT_EQ(throwing.diagnostic().stopped(), (Diagnostic::Remark{0, "too short"}));
+
+    FakeReader exhausted([](FakeReader&) -> bool { throw std::bad_alloc(); });
+    EXPECT_THROW(exhausted.tryToParse(), std::bad_alloc);
 }
 
 TEST(AddInputFile, MergesTheKernelsInTheirOrder) {

@@ -325,6 +325,14 @@ TEST(LineCountingBuffer, GoesOnAfterTheStreamIsCleared) {
     EXPECT_EQ(text.buffer.line(), 2U);
 }
 
+TEST(LineCountingBuffer, TellsHowManyBytesHaveComeWithEachBlock) {
+    Text text(std::string(block + 10, 'x'));
+    std::vector<std::uint64_t> told;
+    text.buffer.watch([&told](std::uint64_t bytes) { told.push_back(bytes); });
+    EXPECT_EQ(allOf(text.stream).size(), block + 10);
+    EXPECT_EQ(told, (std::vector<std::uint64_t>{block, block + 10}));
+}
+
 } // namespace
 
 } // namespace consolidator::test
