@@ -24,9 +24,18 @@ void Diagnostic::stop(std::uint64_t line, std::string reason) {
 }
 
 void Diagnostic::remark(std::uint64_t line, std::string text) {
+    keep({line, std::move(text)});
+}
+
+void Diagnostic::note(std::uint64_t line, std::string text) {
+    keep({line, std::move(text), true});
+}
+
+void Diagnostic::keep(Remark remark) {
     ++remarkCount_;
     if (remarks_.size() < mostRemarks) {
-        remarks_.push_back({line, shortened(std::move(text))});
+        remark.text = shortened(std::move(remark.text));
+        remarks_.push_back(std::move(remark));
     }
 }
 

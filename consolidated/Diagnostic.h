@@ -20,6 +20,8 @@ public:
     struct Remark {
         std::uint64_t line; ///< Counted from 1; 0 when it is about the file as a whole.
         std::string text;   ///< Without a line number, in words that a user understands.
+        /// Nothing is wrong with it: inputs without a fault have such places too.
+        bool isNote = false;
 
         bool operator==(const Remark&) const = default;
     };
@@ -36,6 +38,9 @@ public:
     /// Notes something that reading went on after.
     void remark(std::uint64_t line, std::string text);
 
+    /// Notes something that is as it should be and still may explain what a user does not find.
+    void note(std::uint64_t line, std::string text);
+
     /// Why reading stopped; nothing when the input was read to its end.
     const std::optional<Remark>& stopped() const { return stopped_; }
 
@@ -46,6 +51,8 @@ public:
     std::uint64_t remarkCount() const { return remarkCount_; }
 
 private:
+    void keep(Remark remark);
+
     std::optional<Remark> stopped_;
     std::vector<Remark> remarks_;
     std::uint64_t remarkCount_ = 0;

@@ -78,6 +78,7 @@ void RAMFile::enterSection(std::string_view text) {
     } else if (pastContents_ && text == "6. Memory Utilization - Instantiated") {
         section_ = instantiated;
     }
+    hasTable_ = hasTable_ || section_ == inferred || section_ == instantiated;
     if (text == "8. Block Ram / URAM Memory Power - Instantiated") {
         pastContents_ = true;
     }
@@ -90,9 +91,10 @@ void RAMFile::matchRow(std::string_view row) {
     if (!name || !cellType || cellType->find("RAMB") == std::string_view::npos) {
         return;
     }
+    ++blockRamCount_;
     if (const Owners owners = ownersOf(*name); owners.count > 0) {
-        diagnostic_.remark(lineNumber_, "block RAM " + quoted(*name) + " belongs to " +
-                                            described(owners) + "; its name is not stored");
+        diagnostic_.note(lineNumber_, "block RAM " + quoted(*name) + " belongs to " +
+                                          described(owners) + "; its name is not stored");
     }
 }
 

@@ -56,6 +56,12 @@ public:
     RAMFile(std::unique_ptr<std::streambuf> source, const std::vector<Kernel>& projectKernels,
             std::ostream& errors = std::cerr);
 
+    /// Whether a heading of a wanted table was met behind the table of contents.
+    bool hasTable() const { return hasTable_; }
+
+    /// How many rows of wanted tables are those of block RAMs, whatever instance they lie in.
+    std::uint64_t blockRamCount() const { return blockRamCount_; }
+
     /// Fails only when the file is not open. A line that is too long ends the reading.
     bool parse() override;
 
@@ -86,6 +92,8 @@ private:
     std::uint32_t section_ = 0;  ///< 3 or 6 inside a wanted table, 4 or 7 behind it, else 0.
     bool pastContents_ = false;  ///< The table of contents is over.
     std::uint64_t lineNumber_ = 0;
+    bool hasTable_ = false;
+    std::uint64_t blockRamCount_ = 0;
 };
 
 } // namespace consolidator

@@ -30,6 +30,9 @@ bool AuxiliaryXMLFile::parse() {
         }
         scanLine(text, kernel);
     }
+    if (!hasMap_) {
+        diagnostic_.remark(0, "no line begins with \"<vd:acceleratorMap\": the kernel has no name");
+    }
     kernels_.push_back(std::move(kernel));
     return true;
 }
@@ -71,6 +74,7 @@ void AuxiliaryXMLFile::scanAcceleratorMap(std::string_view words, Kernel& kernel
         diagnostic_.remark(lineNumber_, "the accelerator map names no function");
     }
     kernel.setName(name);
+    hasMap_ = true;
 }
 
 std::string_view AuxiliaryXMLFile::nameOf(std::string_view word, std::string_view attribute) {

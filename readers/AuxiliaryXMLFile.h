@@ -47,6 +47,7 @@ private:
     std::string_view valueOf(std::string_view word, std::string_view attribute);
 
     std::uint64_t lineNumber_ = 0;
+    bool hasMap_ = false; ///< An accelerator map line was there.
 };
 
 } // namespace consolidator

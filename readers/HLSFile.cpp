@@ -53,7 +53,8 @@ bool HLSFile::parse() {
         }
     }
     if (!functions_.empty()) {
-        stop(0, "function " + quoted(functions_.back()) + " begins and does not end");
+        stop(functions_.back().lineNumber,
+             "function " + quoted(functions_.back().name) + " begins and does not end");
         functions_.clear();
         return false;
     }
@@ -81,7 +82,7 @@ bool HLSFile::dispatch(std::string_view text) {
     }
     const std::string_view second = takeWord(words);
     if (first == "Begin" && second == "Function") {
-        functions_.emplace_back(takeWord(words));
+        functions_.push_back({std::string(takeWord(words)), lineNumber_});
         return true;
     }
     if (first == "End" && second == "Function") {
@@ -90,7 +91,9 @@ bool HLSFile::dispatch(std::string_view text) {
     if (first == "local") {
         return readBlock(second);
     }
-    return stop(lineNumber_, "a line cannot begin with " + quoted(first));
+    return stop(lineNumber_, text.find_first_not_of("\r") == std::string_view::npos
+                                 ? "the line is empty but for a carriage return"
+                                 : "a line cannot begin with " + quoted(first));
 }
 
 bool HLSFile::endFunction() {
@@ -176,13 +179,13 @@ void HLSFile::convertEntries(Kernel& kernel) {
     std::set<std::uint32_t> seen; // a hash table could be made slow by chosen numbers
     for (const RtlEntry& entry : entries_) {
         if (entry.files.empty()) {
-            diagnostic_.remark(entry.lineNumber, "the entry has no source line and is passed over");
+            diagnostic_.note(entry.lineNumber, "the entry has no source line and is passed over");
             continue;
         }
         if (!seen.insert(entry.lines.front()).second) {
-            diagnostic_.remark(entry.lineNumber, "an entry for source line " +
-                                                     std::to_string(entry.lines.front()) +
-                                                     " came before; this one is passed over");
+            diagnostic_.note(entry.lineNumber, "an entry for source line " +
+                                                   std::to_string(entry.lines.front()) +
+                                                   " came before; this one is passed over");
             continue;
         }
         BreakableCondition condition(BreakableCondition::FileLine, entry.condition);

@@ -56,6 +56,12 @@ private:
         std::uint32_t width;
     };
 
+    /// A "Begin Function" line.
+    struct Function {
+        std::string name;
+        std::uint64_t lineNumber;
+    };
+
     /// One local variable and the register that holds it.
     struct HlsVariable {
         std::string name;
@@ -86,8 +92,8 @@ private:
     std::string kernelName() const;
     void convertEntries(Kernel& kernel);
 
-    std::vector<std::string> functions_; ///< The functions that have begun and not ended.
-    std::deque<RtlEntry> entries_;       ///< Never moved: there may be millions of empty ones.
+    std::vector<Function> functions_; ///< The functions that have begun and not ended.
+    std::deque<RtlEntry> entries_;    ///< Never moved: there may be millions of empty ones.
     std::vector<char> buffer_ = std::vector<char>(longestLine + 1);
     std::uint64_t lineNumber_ = 0; ///< Of the line in the buffer.
 };

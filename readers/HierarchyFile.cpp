@@ -2,7 +2,9 @@
 
 #include <array>
 #include <istream>
+#include <locale>
 #include <ostream>
+#include <sstream>
 #include <utility>
 
 namespace consolidator {
@@ -89,7 +91,11 @@ bool HierarchyFile::readVersion() {
     stream_ >> std::ws;
     if (static_cast<double>(version_) > supportedVersion) {
         reportUnsupportedVersion();
-        return stop(wordLine_, "the version is above the supported one");
+        std::ostringstream reason;
+        reason.imbue(std::locale::classic());
+        reason << "version " << static_cast<double>(version_) << " is above " << supportedVersion
+               << ", the highest that is known";
+        return stop(wordLine_, reason.str());
     }
     if (noNumber) {
         return stop(wordLine_, stream_.bad() ? "the file cannot be read"

@@ -18,7 +18,9 @@ bool KernelFile::parse() {
         std::ranges::move(kernels, std::back_inserter(kernels_));
         return true;
     } catch (const lmx60::c_lmx_reader_exception& exception) {
-        return stopUnread(exception.line(), exception.reason());
+        const bool isRoot = exception.code() == lmx60::ErrorCode::UnexpectedRoot;
+        return stopUnread(exception.line(),
+                          (isRoot ? "the root element is " : "") + exception.reason());
     } catch (const lmx60::c_lmx_exception& exception) {
         return stopUnread(0, std::string(lmx60::get_error_description(exception.code())));
     }

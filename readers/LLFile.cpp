@@ -66,8 +66,8 @@ bool LLFile::parse() {
     knownNets_.reset();
     matcher_.reset(); // it looks into the kernels, which the project takes now
     if (strangers_ > 0) {
-        diagnostic_.remark(firstStranger_, "the first of " + std::to_string(strangers_) +
-                                               " lines whose net belongs to no kernel");
+        diagnostic_.note(firstStranger_, "the first of " + std::to_string(strangers_) +
+                                             " lines whose net belongs to no kernel");
     }
     return readToItsEnd;
 }
@@ -150,7 +150,7 @@ bool LLFile::handleLine(const std::string& text) {
     std::string_view words = text;
     const std::string_view first = takeWord(words);
     if (first != "Bit") {
-        return stop(lineNumber_, "the line begins with " + quoted(first) + ", not with \"Bit\"");
+        return stop(lineNumber_, "line begins with " + quoted(first) + ", not \"Bit\"");
     }
     const std::size_t net = text.find(netPrefix);
     NetWord word;

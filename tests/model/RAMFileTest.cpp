@@ -18,6 +18,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace consolidator::test {
@@ -46,15 +47,19 @@ const std::string matchingRow = "|top/k_1|RAMB|";
 /// The remark on a match.
 Remark match(std::uint64_t line, const std::string& cell,
              const std::string& kernel = "scale_rows") {
-    return {line, "block RAM \"" + cell + "\" belongs to kernel \"" + kernel +
-                      "\"; its name is not stored"};
+    return {line,
+            "block RAM \"" + cell + "\" belongs to kernel \"" + kernel +
+                "\"; its name is not stored",
+            true};
 }
 
 /// The remark on a match with a kernel and others.
 Remark matchOfSeveral(std::uint64_t line, const std::string& cell, const std::string& kernel,
                       const std::string& others) {
-    return {line, "block RAM \"" + cell + "\" belongs to kernel \"" + kernel + "\" and " + others +
-                      "; its name is not stored"};
+    return {line,
+            "block RAM \"" + cell + "\" belongs to kernel \"" + kernel + "\" and " + others +
+                "; its name is not stored",
+            true};
 }
 
 /// A report, of which the rows begin at line 3.
@@ -192,6 +197,20 @@ TEST(RAMFile, FailsWhenTheFileIsNotOpen) {
     EXPECT_EQ(errors.str(), "");
     EXPECT_EQ(reader.diagnostic().stopped(),
               (Remark{0, "cannot be opened: No such file or directory"}));
+}
+
+TEST(RAMFile, TellsHowManyBlockRamsItHasSeenInTables) {
+    const auto seenIn = [](const std::string& text) {
+        RAMFile reader(std::make_unique<std::stringbuf>(text), oneKernel);
+        EXPECT_TRUE(reader.parse());
+        return std::pair(reader.hasTable(), reader.blockRamCount());
+    };
+    EXPECT_EQ(seenIn(""), std::pair(false, std::uint64_t{0}));
+    EXPECT_EQ(seenIn(heading3 + "\n" + matchingRow + "\n" + heading8 + "\n"),
+              std::pair(false, std::uint64_t{0}));
+    EXPECT_EQ(seenIn(report("|a|LUT|\n")), std::pair(true, std::uint64_t{0}));
+    EXPECT_EQ(seenIn(report("|a|RAMB|\n|a|LUT|\n" + matchingRow)),
+              std::pair(true, std::uint64_t{2}));
 }
 
 TEST(RAMFile, ReadsItsFileOnce) {

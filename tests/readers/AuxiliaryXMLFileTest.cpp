@@ -513,6 +513,12 @@ TEST(AuxiliaryXMLFile, RemarksOnNamesThatAreMissing) {
                             Remark{5, "the accelerator map names no function"}));
 }
 
+TEST(AuxiliaryXMLFile, RemarksOnAFileWithoutAnAcceleratorMap) {
+    EXPECT_THAT(remarksOn("<vd:arg vd:originalName=\"n\"\n<vd:acceleratorMap>\n"),
+                ElementsAre(Diagnostic::Remark{
+                    0, "no line begins with \"<vd:acceleratorMap\": the kernel has no name"}));
+}
+
 // Damaged files
 
 TEST(AuxiliaryXMLFile, ThrowsOnThoseBeginningsOfAFileThatEndBeforeAValue) {

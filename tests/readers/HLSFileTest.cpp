@@ -706,10 +706,10 @@ TEST(HLSFile, FailsInSilenceWhereReadingBreaksOff) {
 TEST(HLSFile, ExplainsWhyItStoppedAndWhere) {
     EXPECT_EQ(stopOf("\nBegin Function f\nBegin\n"),
               (Remark{3, "a line cannot begin with \"Begin\""}));
-    EXPECT_EQ(stopOf(" \n\r\n"), (Remark{2, "a line cannot begin with \"\""}));
+    EXPECT_EQ(stopOf(" \n\r\n"), (Remark{2, "the line is empty but for a carriage return"}));
     EXPECT_EQ(stopOf("\n\nEnd Function f\n"), (Remark{3, "a function ends that has not begun"}));
     EXPECT_EQ(stopOf("Begin Function f\nBegin Function g\nEnd Function g\n"),
-              (Remark{0, "function \"f\" begins and does not end"}));
+              (Remark{1, "function \"f\" begins and does not end"}));
     EXPECT_EQ(stopOf("\nlocal v\n"), (Remark{2, "\"local\" comes before the first \"RTL\""}));
 }
 
@@ -735,10 +735,10 @@ TEST(HLSFile, ExplainsThatTheFileCannotBeOpened) {
 TEST(HLSFile, RemarksOnEntriesThatArePassedOver) {
     EXPECT_THAT(
         remarksOn("RTL 1 s (x)\n\n" + entryAt("f:7") + "RTL 1 s (x)\nlocal v\n\n" + entryAt("g:7")),
-        ElementsAre(Remark{1, "the entry has no source line and is passed over"},
-                    Remark{7, "the entry has no source line and is passed over"},
-                    Remark{10, "an entry for source line 7 came before; this one is "
-                               "passed over"}));
+        ElementsAre(
+            Remark{1, "the entry has no source line and is passed over", true},
+            Remark{7, "the entry has no source line and is passed over", true},
+            Remark{10, "an entry for source line 7 came before; this one is passed over", true}));
 }
 
 // Damaged and large files

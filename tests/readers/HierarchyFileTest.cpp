@@ -645,7 +645,8 @@ TEST(HierarchyFile, ExplainsWhyItStoppedAndWhere) {
     EXPECT_EQ(stopOf("k\n\n# " + std::string(254, 'c') + "\nm\n"),
               (Remark{3, "the comment is longer than 254 characters"}));
     EXPECT_EQ(stopOf("# one\nversion: abc\n"), (Remark{2, "expected a number after \"version:\""}));
-    EXPECT_EQ(stopOf("\nversion: 2.0\nk\n"), (Remark{2, "the version is above the supported one"}));
+    EXPECT_EQ(stopOf("\nversion: 2.0\nk\n"),
+              (Remark{2, "version 2 is above 1, the highest that is known"}));
 }
 
 TEST(HierarchyFile, StatesTheLineOfTheKeywordNotOfWhatFollows) {

@@ -64,7 +64,10 @@ Taken takenFromTree(const std::string& document) {
     try {
         project.readMemory(document);
     } catch (const lmx60::c_lmx_reader_exception& exception) {
-        return {.succeeded = false, .line = exception.line(), .reason = exception.reason()};
+        const bool isRoot = exception.code() == lmx60::ErrorCode::UnexpectedRoot;
+        return {.succeeded = false,
+                .line = exception.line(),
+                .reason = (isRoot ? "the root element is " : "") + exception.reason()};
     }
     Taken taken;
     for (const Kernel& kernel : plainKernelsOf(project)) {

@@ -800,9 +800,9 @@ TEST(LLFile, FailsWhereTheFileCannotBeRead) {
 TEST(LLFile, ExplainsWhyItStoppedAndWhere) {
     using Remark = Diagnostic::Remark;
     EXPECT_EQ(readWith(";\n\n" + usualLine + "  word 1\n", {}).stop(),
-              (Remark{4, "the line begins with \"word\", not with \"Bit\""}));
+              (Remark{4, "line begins with \"word\", not \"Bit\""}));
     EXPECT_EQ(readWith("\n" + usualLine, {}).stop(),
-              (Remark{1, "the line begins with \"\", not with \"Bit\""}));
+              (Remark{1, "line begins with \"\", not \"Bit\""}));
     EXPECT_EQ(readWith(usualLine + lineOf(2047) + "\n" + usualLine, {}).stop(),
               (Remark{2, "the line has more than 2046 characters"}));
 }
