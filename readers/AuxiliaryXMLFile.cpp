@@ -56,11 +56,15 @@ void AuxiliaryXMLFile::scanArgument(std::string_view words, Kernel& kernel) {
             type = valueOf(word, busType) == "\"acc_fifo\"" ? "int*" : "int";
         }
     }
-    if (hardwareName.empty()) {
+    const std::string sourceName = HdlReservedWords::shared().sourceName(hardwareName);
+    const std::size_t before = kernel.arguments().size();
+    kernel.addArgument(sourceName, hardwareName, type);
+    if (kernel.arguments().size() == before) {
+        diagnostic_.remark(lineNumber_, "argument " + quoted(sourceName) +
+                                            " came before; this one is passed over");
+    } else if (hardwareName.empty()) {
         diagnostic_.remark(lineNumber_, "an argument without a name is made");
     }
-    const std::string sourceName = HdlReservedWords::shared().sourceName(hardwareName);
-    kernel.addArgument(sourceName, hardwareName, type);
 }
 
 void AuxiliaryXMLFile::scanAcceleratorMap(std::string_view words, Kernel& kernel) {

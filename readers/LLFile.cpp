@@ -66,8 +66,10 @@ bool LLFile::parse() {
     knownNets_.reset();
     matcher_.reset(); // it looks into the kernels, which the project takes now
     if (strangers_ > 0) {
-        diagnostic_.note(firstStranger_, "the first of " + std::to_string(strangers_) +
-                                             " lines whose net belongs to no kernel");
+        diagnostic_.note(firstStranger_, strangers_ == 1
+                                             ? "its net belongs to no kernel"
+                                             : "the first of " + std::to_string(strangers_) +
+                                                   " lines whose net belongs to no kernel");
     }
     return readToItsEnd;
 }

@@ -509,7 +509,7 @@ TEST(AuxiliaryXMLFile, RemarksOnNamesThatAreMissing) {
                           "<vd:acceleratorMap vd:functionName=\"\n"),
                 ElementsAre(Remark{1, "an argument without a name is made"},
                             Remark{3, "the accelerator map names no function"},
-                            Remark{4, "an argument without a name is made"},
+                            Remark{4, "argument \"\" came before; this one is passed over"},
                             Remark{5, "the accelerator map names no function"}));
 }
 

@@ -845,6 +845,8 @@ TEST(LLFile, RemarksOnceOnNetsThatBelongToNoKernel) {
     EXPECT_THAT(remarksOn(usualLine + bitOf("top/k_2/state_r") + bitOf("top/k_1/other") +
                           bitOf("top/k_2/state_r[4294967295]")),
                 ElementsAre(remarkAt(2, "the first of 3 lines whose net belongs to no kernel")));
+    EXPECT_THAT(remarksOn(usualLine + bitOf("top/k_2/state_r")),
+                ElementsAre(remarkAt(2, "its net belongs to no kernel")));
 }
 
 TEST(LLFile, RemarksOnceOnASkippedBitOfSeveralKernels) {
