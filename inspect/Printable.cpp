@@ -27,12 +27,26 @@ std::string escaped(char byte) {
     return {'\\', 'x', digits[value / digits.size()], digits[value % digits.size()]};
 }
 
+/// Characters of three bytes that take no room, break the line or turn the direction of writing
+/// around: U+200B to U+200F, U+2028 to U+202E, U+2060 to U+206F and U+FEFF.
+bool isInvisible(std::string_view character) {
+    const auto last = static_cast<std::uint8_t>(character[2]);
+    if (character.starts_with("\xE2\x80")) {
+        return (last >= 0x8B && last <= 0x8F) || (last >= 0xA8 && last <= 0xAE);
+    }
+    return (character.starts_with("\xE2\x81") && last >= 0xA0 && last <= 0xAF) ||
+           character == "\xEF\xBB\xBF";
+}
+
 bool isControl(std::string_view character) {
     const auto first = static_cast<std::uint8_t>(character.front());
     if (character.size() == 1) {
         return first < 0x20 || first == 0x7F;
     }
-    return character.size() == 2 && first == 0xC2 && static_cast<std::uint8_t>(character[1]) < 0xA0;
+    if (character.size() == 2) {
+        return first == 0xC2 && static_cast<std::uint8_t>(character[1]) < 0xA0;
+    }
+    return character.size() == 3 && isInvisible(character);
 }
 
 bool isContinuation(char byte) {

@@ -9,7 +9,8 @@ namespace consolidator::inspect {
 
 /// The text on one line, and without anything that a terminal would take for a command: control
 /// bytes, DEL, and bytes that are no UTF-8 come as "\n", "\t" or "\x1b", a backslash as "\\".
-/// Control characters of two bytes (U+0080 to U+009F) come byte by byte.
+/// Control characters of two bytes (U+0080 to U+009F) come byte by byte, and so do characters that
+/// one does not see, as the byte order mark, or that turn the direction of writing around.
 ///
 /// A net or a name from a build is never changed by it; one from a hostile file cannot move the
 /// cursor or forge a line.

@@ -39,6 +39,16 @@ TEST(Printable, CutsTextsThatComeAgainAndAgain) {
     EXPECT_EQ(columns(shortPrintable(noText)), 4 * (longestRepeated - 3) + 1);
 }
 
+TEST(Printable, EscapesWhatAReaderWouldNotSee) {
+    EXPECT_EQ(printable("\xEF\xBB\xBFk"), R"(\xef\xbb\xbfk)"); // U+FEFF
+    EXPECT_EQ(printable("a\xE2\x80\xAE"
+                        "b"),
+              R"(a\xe2\x80\xaeb)");                          // U+202E
+    EXPECT_EQ(printable("\xE2\x81\xA6"), R"(\xe2\x81\xa6)"); // U+2066
+    EXPECT_EQ(printable("\xE2\x80\x8A\xE2\x80\x90"), "\xE2\x80\x8A\xE2\x80\x90");
+    EXPECT_EQ(printable("\xE2\x82\xAC"), "\xE2\x82\xAC"); // U+20AC
+}
+
 TEST(Printable, CountsCharactersAsColumns) {
     EXPECT_EQ(columns(""), 0U);
     EXPECT_EQ(columns("gr\xC3\xB6\xC3\x9F"), 4U);
