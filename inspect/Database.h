@@ -38,6 +38,9 @@ public:
     const std::optional<std::string>& dwarf() const { return content_->dwarf(); }
     const std::vector<Kernel>& kernels() const { return content_->kernels(); }
 
+    /// The same as the consolidator has it, for inputs to be added to.
+    ConsolidatedFile& content() { return *content_; }
+
 private:
     std::string path_;
     std::string fault_;

@@ -2,6 +2,7 @@
 
 #include "inspect/AtCommand.h"
 #include "inspect/BreakCommand.h"
+#include "inspect/CheckCommand.h"
 #include "inspect/DiffCommand.h"
 #include "inspect/FindCommand.h"
 #include "inspect/JsonCommand.h"
@@ -35,6 +36,7 @@ public:
         add<FindCommand>();
         add<AtCommand>();
         add<BreakCommand>();
+        add<CheckCommand>();
         add<JsonCommand>();
         add<SqliteCommand>();
         add<DiffCommand>();

@@ -1,0 +1,114 @@
+#include "inspect/CheckCommand.h"
+
+#include "inspect/CheckReport.h"
+#include "inspect/OldDatabase.h"
+#include "inspect/Printable.h"
+#include "inspect/ProjectCheck.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <filesystem>
+#include <ostream>
+#include <system_error>
+
+namespace consolidator::inspect {
+
+namespace {
+
+/// An option that takes one value per occurrence, as often as one likes.
+void addList(CLI::App& command, const std::string& names, std::vector<std::string>& paths,
+             const std::string& help) {
+    command.add_option(names, paths, help)->allow_extra_args(false)->type_name("FILE");
+}
+
+/// Calls visit(path) for each input file.
+template <typename Visit>
+void forEachPath(const InputPaths& inputs, Visit visit) {
+    if (!inputs.dwarfFile.empty()) {
+        visit(inputs.dwarfFile);
+    }
+    for (const auto* paths : {&inputs.hierarchyFiles, &inputs.kernelFiles, &inputs.hlsFiles,
+                              &inputs.auxFiles, &inputs.llFiles, &inputs.ramFiles}) {
+        std::ranges::for_each(*paths, visit);
+    }
+}
+
+} // namespace
+
+CheckCommand::CheckCommand(CLI::App& commandLine) {
+    CLI::App& command = *commandLine.add_subcommand(
+        "check", "Read inputs as the consolidator does, and say what goes wrong; write nothing");
+    addList(command, "-d,--DWARF", dwarfFiles_, "DWARF metadata file");
+    addList(command, "-h,--hierarchy", inputs_.hierarchyFiles,
+            "Hierarchy metadata file of the system linker");
+    addList(command, "-k,--kernel", inputs_.kernelFiles, "kernel.xml of high-level synthesis");
+    addList(command, "-s,--hls", inputs_.hlsFiles, "Kernel metadata of high-level synthesis");
+    addList(command, "-x,--aux", inputs_.auxFiles, "*_auxiliary.xml of high-level synthesis");
+    addList(command, "-l,--ll", inputs_.llFiles, "*.ll file of bitstream generation");
+    addList(command, "-r,--ram", inputs_.ramFiles, "RAM utilization report of synthesis");
+    command
+        .add_option("-f,--consolidated_file", databasePath_,
+                    "Consolidated file that the inputs would be added to")
+        ->type_name("DB");
+    command.add_option("-p,--project", project_, "Name of the project")->type_name("NAME");
+    command.add_option("--format", format_, "Form of the output: text or json")
+        ->check(CLI::IsMember({"text", "json"}))
+        ->type_name("FORM");
+}
+
+Status CheckCommand::run(Console& console) {
+    if (!dwarfFiles_.empty()) {
+        inputs_.dwarfFile = dwarfFiles_.front();
+    }
+    if (!inputs_.anyInput()) {
+        console.err << "check: error: no input file is given\n";
+        return unreadable;
+    }
+    return check(console);
+}
+
+Status CheckCommand::check(Console& console) {
+    Findings findings;
+    OldDatabase old;
+    if (!databasePath_.empty() && !old.read(databasePath_, project_, findings)) {
+        console.err << printable(databasePath_) << ": error: " << old.fault() << '\n';
+        return unreadable;
+    }
+    for (std::size_t i = 1; i < dwarfFiles_.size(); ++i) {
+        findings.add(
+            {dwarfFiles_[i], 0, Severity::Error, "repeated-option",
+             "-d is given more than once: the consolidator refuses the whole command line, "
+             "and only the first one is looked at here"});
+    }
+    reportDatabaseAsInput(findings);
+    Progress progress(console.err, console.progress);
+    InputCheck inputs(old.content(), findings, progress);
+    inputs.addOldDatabase(databasePath_);
+    std::ostream nowhere(nullptr); // what readers say themselves is in their diagnostics too
+    addInputs(old.content(), inputs_, nowhere, &inputs);
+
+    ProjectCheck project(old.content(), inputs, findings, progress);
+    project.run();
+    const CheckReport report{findings, project.coverage(), project.mistakenKernels(),
+                             !inputs.readLogicLocations().empty()};
+    if (format_ == "json") {
+        printJson(report, console.out);
+    } else {
+        printText(report, console);
+    }
+    const bool anyFault =
+        findings.count(Severity::Error) > 0 || findings.count(Severity::Warning) > 0;
+    return anyFault ? Status::findings : fine;
+}
+
+void CheckCommand::reportDatabaseAsInput(Findings& findings) const {
+    forEachPath(inputs_, [&](const std::string& path) {
+        std::error_code error;
+        if (!databasePath_.empty() && std::filesystem::equivalent(path, databasePath_, error)) {
+            findings.add({path, 0, Severity::Error, "database-is-input",
+                          "is given with -f too: a run empties it before it is read"});
+        }
+    });
+}
+
+} // namespace consolidator::inspect

@@ -1,0 +1,63 @@
+// What can be told of an input file by a look at its beginning: mix-ups of files and options, and
+// what happens to files on their way from one machine to another.
+#pragma once
+
+#include "driver/Inputs.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace consolidator::inspect {
+
+/// What a file seems to hold.
+enum class Content : std::uint8_t {
+    Unknown,
+    Hierarchy,
+    KernelXml,
+    Hls,
+    AuxiliaryXml,
+    LogicLocations,
+    RamReport,
+    OtherXml,
+    Database,
+};
+
+/// Judges by words that only one kind of file has. `head` is the beginning of the file.
+Content contentOf(std::string_view head);
+
+/// In words: "a logic-location file".
+std::string_view describe(Content content);
+
+/// What files of a kind hold. Nothing for DWARF, whose bytes are not looked into.
+std::optional<Content> contentFor(InputKind kind);
+
+/// The option that a kind of file is given with: "-l". Empty for contents that have none.
+std::string_view optionFor(Content content);
+std::string_view optionFor(InputKind kind);
+
+/// The name of the compression that the file is packed with; empty if it seems to be none.
+std::string_view compressionOf(std::string_view head);
+
+/// The name of the byte order mark that the file begins with: "UTF-8" or "UTF-16"; else empty.
+std::string_view byteOrderMarkOf(std::string_view head);
+
+/// Whether the first line ends with a carriage return and a newline.
+bool hasCarriageReturns(std::string_view head);
+
+/// One look at a file.
+struct FileLook {
+    /// So much of the beginning is looked at: more than the comments in front of a file take.
+    static constexpr std::size_t longestHead = 65536;
+
+    bool isFolder = false;
+    bool isRegular = false; ///< It can be read more than once, unlike a pipe.
+    std::uint64_t size = 0; ///< Of a regular file.
+    std::string head;       ///< Of a regular file.
+
+    /// Looks at the file at `path`; one that is missing or cannot be read shows as nothing at all.
+    static FileLook at(const std::string& path);
+};
+
+} // namespace consolidator::inspect

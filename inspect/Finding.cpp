@@ -1,0 +1,55 @@
+#include "inspect/Finding.h"
+
+#include "consolidated/Diagnostic.h"
+
+#include <utility>
+
+namespace consolidator::inspect {
+
+std::string_view label(Severity severity) {
+    switch (severity) {
+    case Severity::Note:
+        return "note";
+    case Severity::Warning:
+        return "warning";
+    case Severity::Error:
+        break;
+    }
+    return "error";
+}
+
+void Findings::add(Finding finding) {
+    ++counts_.at(static_cast<std::size_t>(finding.severity));
+    if (finding.severity != Severity::Error) {
+        std::size_t& kept = keptOf_[finding.file];
+        if (kept == mostOfAFile) {
+            ++dropped_;
+            return;
+        }
+        ++kept;
+    }
+    kept_.push_back(std::move(finding));
+}
+
+std::uint64_t Findings::count(Severity severity) const {
+    return counts_.at(static_cast<std::size_t>(severity));
+}
+
+std::string quotedName(std::string_view text) {
+    if (text.size() <= Diagnostic::longestText) {
+        return quoted(text);
+    }
+    std::string shortened(text.substr(0, Diagnostic::longestText));
+    shortened += "...";
+    return quoted(shortened);
+}
+
+std::string counted(std::uint64_t number, std::string_view noun) {
+    std::string result = std::to_string(number);
+    result += ' ';
+    result += noun;
+    result += number == 1 ? "" : "s";
+    return result;
+}
+
+} // namespace consolidator::inspect

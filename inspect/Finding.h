@@ -1,0 +1,64 @@
+// What `check` has to say about an input.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace consolidator::inspect {
+
+enum class Severity : std::uint8_t {
+    Note,    ///< As it should be, and may still explain what a user does not find.
+    Warning, ///< Something does not get into the database, or not as it was meant.
+    Error,   ///< A file or a whole run is of no use.
+};
+
+std::string_view label(Severity severity);
+
+/// One statement about a place, as compilers make them.
+struct Finding {
+    std::string file;       ///< Empty when it is about no file.
+    std::uint64_t line = 0; ///< Counted from 1; 0 when it is about no line.
+    Severity severity = Severity::Warning;
+    std::string
+        code; ///< For scripts: "wrong-kind". The codes are listed in docs/inspector-check.md.
+    std::string text; ///< For users. As it comes, not printable() yet.
+
+    bool operator==(const Finding&) const = default;
+};
+
+/// All findings of one check, in the order in which they were made.
+class Findings {
+public:
+    /// So many are kept of a file, beside errors, of which there are few: a file full of mistakes
+    /// costs no more memory.
+    static constexpr std::size_t mostOfAFile = 1000;
+
+    void add(Finding finding);
+
+    const std::vector<Finding>& kept() const { return kept_; }
+
+    /// How many were made of this severity, those included that were not kept.
+    std::uint64_t count(Severity severity) const;
+
+    /// How many were made and not kept.
+    std::uint64_t dropped() const { return dropped_; }
+
+private:
+    std::vector<Finding> kept_;
+    std::unordered_map<std::string, std::size_t> keptOf_; ///< By file; their number is the user's.
+    std::array<std::uint64_t, 3> counts_{};
+    std::uint64_t dropped_ = 0;
+};
+
+/// The text between double quotes, for use in a finding; the end of a very long one is left out.
+std::string quotedName(std::string_view text);
+
+/// "1 kernel", "2 kernels".
+std::string counted(std::uint64_t number, std::string_view noun);
+
+} // namespace consolidator::inspect

@@ -1,0 +1,157 @@
+#include "inspect/NearestNets.h"
+
+#include "inspect/KernelNets.h"
+#include "inspect/NameDistance.h"
+#include "model/Words.h"
+#include "readers/LLFile.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+
+namespace consolidator::inspect {
+
+namespace {
+
+/// Scores of names alike stay below this, those of the same name are above.
+constexpr std::size_t sameNameScore = 16;
+
+std::string_view withoutSlash(std::string_view path) {
+    path.remove_prefix(path.starts_with('/') ? 1 : 0);
+    return path;
+}
+
+std::size_t commonBeginning(std::string_view first, std::string_view second) {
+    const auto end = std::ranges::mismatch(first, second).in1;
+    return static_cast<std::size_t>(end - first.begin());
+}
+
+} // namespace
+
+NearestNets::NearestNets(std::vector<KernelCoverage>& coverage) {
+    for (KernelCoverage& kernel : coverage) {
+        for (MissingName& missing : kernel.missing) {
+            addWanted(missing, *kernel.kernel);
+        }
+    }
+    // Now that the lists stay where they are.
+    for (KernelCoverage& kernel : coverage) {
+        for (const MissingName& missing : kernel.missing) {
+            const auto found = byName_.find(missing.variable->hardwareName);
+            if (alike_.size() < mostAlike && found != byName_.end() &&
+                found->second.front().missing == &missing) {
+                alike_.push_back(&found->second.front());
+            }
+        }
+    }
+}
+
+void NearestNets::addWanted(MissingName& missing, const Kernel& kernel) {
+    const std::string_view name = missing.variable->hardwareName;
+    if (name.empty()) {
+        return;
+    }
+    std::vector<Wanted>& wanted = byName_[name];
+    if (wanted.size() < mostOfAName) {
+        wanted.push_back({&missing, &kernel});
+    }
+}
+
+void NearestNets::read(const std::string& path, Progress& progress) {
+    std::ifstream file(path);
+    std::array<char, LLFile::longestLine + 1> buffer{};
+    std::string last; // a bus has a line for each of its bits
+    std::uint64_t bytes = 0;
+    constexpr std::uint64_t linesBetween = 1024;
+    for (std::uint64_t line = 1; file.good(); ++line) {
+        file.getline(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+        bytes += static_cast<std::uint64_t>(file.gcount());
+        if (line % linesBetween == 0) {
+            progress.update(bytes);
+        }
+        const std::string_view net = netOfLine(buffer.data());
+        if (!net.empty() && net != last) {
+            last = net;
+            offer({net, lastComponent(net), path, line});
+        }
+    }
+}
+
+void NearestNets::offer(const Net& net) {
+    const auto sameName = byName_.find(net.lastComponent);
+    if (sameName != byName_.end()) {
+        for (Wanted& wanted : sameName->second) {
+            offerSameName(net, wanted);
+        }
+    }
+    for (Wanted* const wanted : alike_) {
+        if (wanted->score < sameNameScore) {
+            offerAlike(net, *wanted);
+        }
+    }
+}
+
+void NearestNets::offerSameName(const Net& net, Wanted& wanted) {
+    const std::vector<std::string>& paths = wanted.kernel->instancePaths();
+    const std::string_view path = paths.empty() ? "" : withoutSlash(paths.front());
+    const std::size_t score = sameNameScore + commonBeginning(net.name, path);
+    if (score > wanted.score) {
+        wanted.score = score;
+        wanted.missing->nearest = {'/' + std::string(net.name), net.file, net.line, true,
+                                   isIn(*wanted.kernel, net.name)};
+    }
+}
+
+void NearestNets::offerAlike(const Net& net, Wanted& wanted) {
+    const std::string_view name = wanted.missing->variable->hardwareName;
+    const auto distance = nameDistance(name, net.lastComponent);
+    if (!distance) {
+        return;
+    }
+    // A distance is at most 4; an instance of the kernel outweighs it.
+    const std::size_t outside = 6 - *distance;
+    constexpr std::size_t inKernel = 6;
+    if (outside + inKernel <= wanted.score) {
+        return;
+    }
+    const bool isInKernel = isIn(*wanted.kernel, net.name);
+    const std::size_t score = outside + (isInKernel ? inKernel : 0);
+    if (score > wanted.score) {
+        wanted.score = score;
+        wanted.missing->nearest = {'/' + std::string(net.name), net.file, net.line, false,
+                                   isInKernel};
+    }
+}
+
+bool NearestNets::isIn(const Kernel& kernel, std::string_view net) {
+    std::string full(1, '/');
+    full += net;
+    const auto& paths = kernel.instancePaths();
+    const auto end = paths.begin() + static_cast<std::ptrdiff_t>(std::min(mostPaths, paths.size()));
+    return std::any_of(paths.begin(), end, [&full](const std::string& path) {
+        return full.find(path) != std::string::npos;
+    });
+}
+
+std::string_view netOfLine(std::string_view line) {
+    constexpr std::string_view prefix = "Net=";
+    if (line.starts_with(';')) {
+        return {};
+    }
+    std::size_t at = line.rfind(prefix);
+    while (at != std::string_view::npos && (at == 0 || !isSpace(line[at - 1]))) {
+        at = at == 0 ? std::string_view::npos : line.rfind(prefix, at - 1);
+    }
+    if (at == std::string_view::npos) {
+        return {};
+    }
+    std::string_view rest = line.substr(at + prefix.size());
+    if (rest.empty() || isSpace(rest.front())) {
+        return {};
+    }
+    std::string_view net = takeWord(rest);
+    const std::size_t bracket = net.ends_with(']') ? net.rfind('[') : std::string_view::npos;
+    return bracket == std::string_view::npos ? net : net.substr(0, bracket);
+}
+
+} // namespace consolidator::inspect

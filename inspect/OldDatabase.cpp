@@ -1,0 +1,45 @@
+#include "inspect/OldDatabase.h"
+
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+#include <utility>
+
+namespace consolidator::inspect {
+
+bool OldDatabase::read(const std::string& path, const std::string& project, Findings& findings) {
+    std::error_code error;
+    if (!std::filesystem::exists(path, error) && !error) {
+        findings.add({path, 0, Severity::Note, "new-database", "does not exist: a run makes it"});
+        return true;
+    }
+    const Database::Readable readable = database_.read(path);
+    if (readable == Database::Readable::Not) {
+        if (std::filesystem::is_directory(path, error) || !std::ifstream(path).is_open()) {
+            return false;
+        }
+        reportUnusable(findings);
+        return true;
+    }
+    if (readable == Database::Readable::InPart) {
+        findings.add({path, 0, Severity::Error, "damaged-database",
+                      database_.fault() + "; what could not be read is lost after a run"});
+    }
+    if (!project.empty() && !database_.project().empty() && project != database_.project()) {
+        findings.add({path, 0, Severity::Error, "other-project",
+                      "is of project " + quotedName(database_.project()) + ", not " +
+                          quotedName(project) + ": a run refuses it and does nothing"});
+    }
+    return true;
+}
+
+void OldDatabase::reportUnusable(Findings& findings) {
+    const std::string path = database_.path();
+    const bool isNewer = database_.header().majorVersion > ConsolidatedFile::supportedMajor;
+    findings.add({path, 0, Severity::Error, isNewer ? "newer-version" : "no-database",
+                  isNewer ? database_.fault() + ": a run refuses it and does nothing"
+                          : "is no consolidated file: a run replaces all of its content"});
+    database_ = Database(); // the inputs are looked at all the same
+}
+
+} // namespace consolidator::inspect
