@@ -40,7 +40,7 @@ std::size_t bitsWidth(std::uint32_t bits) {
     return bits <= 1 ? digits : 2 * digits + 1;
 }
 
-void printBitRuns(std::ostream& out, const LocationList& locations, const std::string& indent) {
+void printBitRuns(std::ostream& out, const LocationList& locations, std::string_view indent) {
     if (locations.empty()) {
         out << indent << "no bits\n";
         return;

@@ -13,7 +13,7 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace consolidator::inspect {
 
@@ -80,6 +80,6 @@ std::string addressText(std::uint32_t address);
 std::size_t bitsWidth(std::uint32_t bits);
 
 /// Prints one line for each run, as above, each behind `indent`; "no bits" if there are none.
-void printBitRuns(std::ostream& out, const LocationList& locations, const std::string& indent);
+void printBitRuns(std::ostream& out, const LocationList& locations, std::string_view indent);
 
 } // namespace consolidator::inspect

@@ -38,7 +38,7 @@ std::string Glob::takeCharacter(std::string_view& pattern) {
             return {};
         }
     }
-    const std::string character(pattern.substr(0, characterLength(pattern)));
+    std::string character(pattern.substr(0, characterLength(pattern)));
     pattern.remove_prefix(character.size());
     return character;
 }

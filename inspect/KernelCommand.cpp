@@ -19,7 +19,8 @@ namespace consolidator::inspect {
 namespace {
 
 constexpr Table::Align right = Table::Align::Right;
-const std::string indent = "  ";
+constexpr std::string_view indent = "  ";
+constexpr std::string_view bitIndent = "    ";
 
 /// In which instances the registers of a hardware name lie, in few words.
 ///
@@ -124,7 +125,7 @@ private:
 
     void printTable(const std::vector<Table::Column>& tableColumns, std::size_t rows,
                     const std::function<std::vector<std::string>(std::size_t)>& makeRow) {
-        printRows(out_, tableColumns, rows, makeRow, indent, console_.colour);
+        printRows(out_, tableColumns, rows, makeRow, std::string(indent), console_.colour);
     }
 
     void printInstances() {
@@ -165,7 +166,7 @@ private:
         for (std::size_t position = 0; position < registers.size(); ++position) {
             out_ << indent << nets_.instanceText(position) << ": "
                  << printable(registers[position].name) << '\n';
-            printBitRuns(out_, registers[position].locations, indent + indent);
+            printBitRuns(out_, registers[position].locations, bitIndent);
         }
     }
 
@@ -178,7 +179,7 @@ private:
                     begin("Locations of the arguments and variables themselves", true);
                 }
                 out_ << indent << "instance " << instance << ": " << held.described() << '\n';
-                printBitRuns(out_, LocationList(instances[instance]), indent + indent);
+                printBitRuns(out_, LocationList(instances[instance]), bitIndent);
             }
         });
     }

@@ -44,6 +44,7 @@ void printRows(std::ostream& out, const std::vector<Table::Column>& columns, std
                const std::function<std::vector<std::string>(std::size_t)>& makeRow,
                const std::string& indent, bool colour) {
     std::vector<std::string> headings;
+    headings.reserve(columns.size());
     for (const Table::Column& column : columns) {
         headings.push_back(column.heading);
     }
