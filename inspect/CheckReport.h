@@ -34,7 +34,7 @@ struct CheckReport {
 ///     1 error, 0 warnings, 0 notes
 void printText(const CheckReport& report, Console& console);
 
-/// As one JSON document, with a newline behind it; see docs/inspector-check.md.
+/// As one JSON document, with a newline behind it; see docs/inspector.md.
 void printJson(const CheckReport& report, std::ostream& out);
 
 } // namespace consolidator::inspect

@@ -25,7 +25,7 @@ struct Finding {
     std::uint64_t line = 0; ///< Counted from 1; 0 when it is about no line.
     Severity severity = Severity::Warning;
     std::string
-        code; ///< For scripts: "wrong-kind". The codes are listed in docs/inspector-check.md.
+        code; ///< For scripts: "wrong-kind". The codes are listed in docs/inspector.md.
     std::string text; ///< For users. As it comes, not printable() yet.
 
     bool operator==(const Finding&) const = default;

@@ -31,7 +31,7 @@ void Glob::setFault(std::string_view fault) {
 
 /// One character off the front of the pattern, which is not empty; behind a backslash the next one.
 std::string Glob::takeCharacter(std::string_view& pattern) {
-    if (pattern.front() == '\\') {
+    if (pattern.starts_with('\\')) {
         pattern.remove_prefix(1);
         if (pattern.empty()) {
             setFault("nothing follows its last \"\\\"");

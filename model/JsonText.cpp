@@ -20,14 +20,15 @@ constexpr std::uint32_t firstBeyond = 100'000'000;
 constexpr std::size_t roomForNumber = 10;
 
 /// The digits of all numbers of four digits, one in a byte, the first in the lowest.
-constexpr auto fourDigits = [] {
+constexpr std::array<std::uint32_t, 10'000> makeFourDigits() {
     std::array<std::uint32_t, 10'000> table{};
     for (std::uint32_t number = 0; number < table.size(); ++number) {
         table[number] =
             number / 1000 | number / 100 % 10 << 8 | number / 10 % 10 << 16 | number % 10 << 24;
     }
     return table;
-}();
+}
+constexpr std::array fourDigits = makeFourDigits();
 
 /// The digits of a number below `firstBeyond` in the same order.
 std::uint64_t digitsOf(std::uint32_t number) {

@@ -101,7 +101,7 @@ bool LLFile::takeUsualLines() {
     std::size_t net = piece.find(netPrefix); // the next one, in this line or in a later one
     std::size_t start = 0;                   // of the line
     while (start < piece.size()) {
-        std::size_t end = piece.find('\n', start);
+        const std::size_t end = piece.find('\n', start);
         if (end == std::string_view::npos || end - start > longestLine) {
             break; // the line goes on behind the piece, or is too long
         }
@@ -115,10 +115,11 @@ bool LLFile::takeUsualLines() {
             net = piece.find(netPrefix, end);
         }
         // The newline, and what else the stream would pass over before the next line.
-        for (; end < piece.size() && isSpace(piece[end]); ++end) {
-            lineNumber_ += piece[end] == '\n' ? 1 : 0;
-        }
         start = end;
+        while (start < piece.size() && isSpace(piece[start])) {
+            lineNumber_ += piece[start] == '\n' ? 1 : 0;
+            ++start;
+        }
     }
     addWaiting(); // they look into the piece
     skip(start, lineNumber_ - firstLine);
