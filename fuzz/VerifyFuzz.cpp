@@ -11,7 +11,7 @@
 #include "fuzz/ScratchFile.h"
 #include "inspect/ContainerCheck.h"
 #include "inspect/DiffPrinter.h"
-#include "inspect/Findings.h"
+#include "inspect/Faults.h"
 #include "inspect/KernelDiff.h"
 
 #include <algorithm>
@@ -23,17 +23,17 @@ using namespace consolidator; // NOLINT(google-build-using-namespace)
 
 namespace {
 
-using Severity = inspect::Finding::Severity;
+using inspect::Severity;
 
 /// Requires that what is kept of the findings is what the counts say.
-void requireCounts(const inspect::Findings& findings) {
+void requireCounts(const inspect::Faults& faults) {
     std::uint64_t expected = 0;
     for (const Severity severity : {Severity::Note, Severity::Warning, Severity::Error}) {
-        expected += std::min(findings.count(severity), inspect::Findings::mostKept);
+        expected += std::min(faults.count(severity), inspect::Faults::mostKept);
     }
-    fuzz::require(findings.kept().size() == expected, "findings are kept up to their limit");
-    for (const inspect::Finding& finding : findings.kept()) {
-        fuzz::require(!finding.text.empty() && finding.text.find('\n') == std::string::npos,
+    fuzz::require(faults.kept().size() == expected, "findings are kept up to their limit");
+    for (const inspect::Fault& fault : faults.kept()) {
+        fuzz::require(!fault.text.empty() && fault.text.find('\n') == std::string::npos,
                       "a finding has one line");
     }
 }
@@ -41,11 +41,11 @@ void requireCounts(const inspect::Findings& findings) {
 /// Checks the file and compares that with reading it. Returns the number of errors.
 std::uint64_t checkAndRead(const fuzz::ScratchFile& file, const ConsolidatedFile& database,
                            bool isWhole) {
-    inspect::Findings findings;
-    inspect::ContainerCheck check(findings);
+    inspect::Faults faults;
+    inspect::ContainerCheck check(faults);
     fuzz::require(check.check(file.path()), "a file is opened");
-    requireCounts(findings);
-    const std::uint64_t errors = findings.count(Severity::Error);
+    requireCounts(faults);
+    const std::uint64_t errors = faults.count(Severity::Error);
     if (errors == 0) {
         fuzz::require(isWhole, "a file without an error is read whole");
         fuzz::require(check.kernels() == database.kernels().size(), "all kernels are counted");

@@ -180,7 +180,7 @@ Status AtCommand::show(const Database& database, Console& console) {
     }
     const auto complain = [&](std::string_view reason) {
         console.err << printable(database.path()) << ": error: " << reason << '\n';
-        return findings;
+        return Status::Findings;
     };
     if (place.address == 0 && place.offset == 0U) {
         return complain("frame 0, offset 0 stands for a bit that is not located: nothing can be "
@@ -195,7 +195,7 @@ Status AtCommand::show(const Database& database, Console& console) {
     }
     console.out << bold(place.described(), console.colour) << '\n';
     occupants.print(console);
-    return fine;
+    return Status::Fine;
 }
 
 std::optional<std::uint64_t> parsedNumber(std::string_view text) {

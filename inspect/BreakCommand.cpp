@@ -123,7 +123,7 @@ Status BreakCommand::show(const Database& database, Console& console) {
         printFile(ofFile, console);
     });
     if (!isFirst) {
-        return fine;
+        return Status::Fine;
     }
     const std::string start = printable(database.path()) + ": error: ";
     forEachFile(stops, [&](std::span<const Stop> ofFile) {
@@ -136,7 +136,7 @@ Status BreakCommand::show(const Database& database, Console& console) {
         console.err << start << "no kernel can be stopped in \"" << printable(place.file) << '"'
                     << nearest.question() << '\n';
     }
-    return findings;
+    return Status::Findings;
 }
 
 SourcePlace::SourcePlace(std::string_view text) : file(text) {

@@ -62,7 +62,7 @@ Status CheckCommand::run(Console& console) {
     }
     if (!inputs_.anyInput()) {
         console.err << "check: error: no input file is given\n";
-        return unreadable;
+        return Status::Unreadable;
     }
     return check(console);
 }
@@ -72,7 +72,7 @@ Status CheckCommand::check(Console& console) {
     OldDatabase old;
     if (!databasePath_.empty() && !old.read(databasePath_, project_, findings)) {
         console.err << printable(databasePath_) << ": error: " << old.fault() << '\n';
-        return unreadable;
+        return Status::Unreadable;
     }
     for (std::size_t i = 1; i < dwarfFiles_.size(); ++i) {
         findings.add(
@@ -98,7 +98,7 @@ Status CheckCommand::check(Console& console) {
     }
     const bool anyFault =
         findings.count(Severity::Error) > 0 || findings.count(Severity::Warning) > 0;
-    return anyFault ? Status::findings : fine;
+    return anyFault ? Status::Findings : Status::Fine;
 }
 
 void CheckCommand::reportDatabaseAsInput(Findings& findings) const {

@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
+namespace CLI { // NOLINT(readability-identifier-naming)
 class App;
 } // namespace CLI
 

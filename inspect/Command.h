@@ -3,13 +3,15 @@
 
 #include "inspect/Console.h"
 
+#include <cstdint>
+
 namespace consolidator::inspect {
 
 /// Exit status of the inspector. Of several, the highest counts.
-enum Status : int {
-    fine = 0,
-    findings = 1,   ///< Something was found that should not be, or nothing that should be.
-    unreadable = 2, ///< A file cannot be read, or the command line cannot be understood.
+enum class Status : std::uint8_t {
+    Fine = 0,
+    Findings = 1,   ///< Something was found that should not be, or nothing that should be.
+    Unreadable = 2, ///< A file cannot be read, or the command line cannot be understood.
 };
 
 /// One command: `consolidator-inspect NAME …`. A derived class adds its name, options and their

@@ -14,8 +14,6 @@ namespace consolidator::inspect {
 
 namespace {
 
-using Severity = Finding::Severity;
-
 constexpr std::uint64_t headerSize = 16;
 constexpr std::uint64_t entrySize = 24;
 constexpr std::uint64_t versionPlace = 4;
@@ -139,7 +137,7 @@ void ContainerCheck::checkEntry(std::size_t number) {
     for (const auto& [padding, place] : {std::pair(entry.padding1, firstPaddingPlace),
                                          std::pair(entry.padding2, secondPaddingPlace)}) {
         if (padding != 0) {
-            findings_->add(Severity::Note, row + place, [&, value = padding] {
+            faults_->add(Severity::Note, row + place, [&, value = padding] {
                 return name(number) + ": the padding is " + inHex(value, 8) + ", not zero";
             });
         }
@@ -148,7 +146,7 @@ void ContainerCheck::checkEntry(std::size_t number) {
         checkPlace(number);
         return;
     }
-    findings_->add(Severity::Error, row, [&] {
+    faults_->add(Severity::Error, row, [&] {
         return name(number) + ": the type is unknown: reading ends here, and what comes behind it "
                               "in the table is not read";
     });
@@ -161,7 +159,7 @@ void ContainerCheck::checkPlace(std::size_t number) {
     const std::uint64_t row = rowOf(number);
     const std::uint64_t end = endOf(entry);
     const auto addAt = [&](Severity severity, std::uint64_t place, const auto& makeText) {
-        findings_->add(severity, row + place, [&] { return name(number) + ": " + makeText(); });
+        faults_->add(severity, row + place, [&] { return name(number) + ": " + makeText(); });
     };
     if (entry.offset >= positionsEnd) {
         addAt(Severity::Error, offsetPlace, [&] {
@@ -216,7 +214,7 @@ void ContainerCheck::checkLayout() {
             if (section.entry.offset < covered) {
                 section.overlaps = true;
                 section.isReadable = false;
-                findings_->add(Severity::Error, rowOf(number) + offsetPlace, [&] {
+                faults_->add(Severity::Error, rowOf(number) + offsetPlace, [&] {
                     return name(number) + ": it begins at " + inHex(section.entry.offset) + " in " +
                            (last ? name(*last) : "the section table") + ", which ends at " +
                            inHex(covered) + ": its content is not checked";
@@ -234,7 +232,7 @@ void ContainerCheck::checkLayout() {
 
 void ContainerCheck::reportGap(std::uint64_t begin, std::uint64_t end) {
     if (begin < end) {
-        findings_->add(Severity::Warning, begin, [&] {
+        faults_->add(Severity::Warning, begin, [&] {
             return inWords(end - begin, "byte") + " from here on without a section";
         });
     }
@@ -249,7 +247,7 @@ void ContainerCheck::checkOrder() {
             continue;
         }
         if (before && section.entry.offset < sections_[*before].entry.offset) {
-            findings_->add(Severity::Warning, rowOf(number) + offsetPlace, [&] {
+            faults_->add(Severity::Warning, rowOf(number) + offsetPlace, [&] {
                 return name(number) + ": it lies in front of " + name(*before) +
                        ", which comes first in the table";
             });
@@ -272,7 +270,7 @@ void ContainerCheck::checkRepeatedKinds() {
         for (std::size_t number = one.value_or(sections_.size()) + 1; number < sections_.size();
              ++number) {
             if (sections_[number].entry.is(kind.type)) {
-                findings_->add(Severity::Warning, rowOf(number), [&] {
+                faults_->add(Severity::Warning, rowOf(number), [&] {
                     return name(number) + ": there is another one, " + name(*one) + ": " +
                            kind.consequence;
                 });
@@ -289,8 +287,8 @@ void ContainerCheck::checkContent(std::size_t number) {
     } else if (entry.is(SectionType::ProjectName)) {
         checkProject(number);
     } else if (entry.is(SectionType::Dwarf) && entry.size == 0) {
-        findings_->add(Severity::Note, rowOf(number) + sizePlace,
-                       [&] { return name(number) + ": it is empty"; });
+        faults_->add(Severity::Note, rowOf(number) + sizePlace,
+                     [&] { return name(number) + ": it is empty"; });
     }
 }
 
@@ -302,8 +300,8 @@ void ContainerCheck::checkProject(std::size_t number) {
     ByteRange bytes(file_, section.entry.offset, endOf(section.entry));
     const StoredText project(bytes, section.entry.size);
     const auto addHere = [&](Severity severity, const auto& makeText) {
-        findings_->add(severity, section.entry.offset,
-                       [&] { return name(number) + ": " + makeText(); });
+        faults_->add(severity, section.entry.offset,
+                     [&] { return name(number) + ": " + makeText(); });
     };
     if (project.hasZero()) {
         addHere(Severity::Warning,
@@ -330,7 +328,7 @@ void ContainerCheck::checkKernelData(std::size_t number) {
         return;
     }
     const std::uint64_t end = std::min(endOf(section.entry), file_.size());
-    KernelDataCheck content(file_, section.entry.offset, end, name(number), *findings_);
+    KernelDataCheck content(file_, section.entry.offset, end, name(number), *faults_);
     section.isWhole = content.check() && section.isReadable;
     section.hasZeroBytes = content.hasZeroBytes();
     kernels_ += content.kernels();

@@ -7,8 +7,8 @@
 
 #include "consolidated/SectionEntry.h"
 #include "inspect/ByteRange.h"
+#include "inspect/Faults.h"
 #include "inspect/FileBytes.h"
-#include "inspect/Findings.h"
 
 #include <cstdint>
 #include <optional>
@@ -25,7 +25,7 @@ namespace consolidator::inspect {
 /// kernel data and JSON, the largest kernel.
 class ContainerCheck {
 public:
-    explicit ContainerCheck(Findings& findings) : findings_(&findings) {}
+    explicit ContainerCheck(Faults& faults) : faults_(&faults) {}
 
     /// To be called once. False if the file cannot be opened or has no length; then nothing was
     /// checked.
@@ -65,11 +65,11 @@ private:
 
     std::string name(std::size_t number) const;
     std::uint64_t tableEnd() const;
-    void add(Finding::Severity severity, std::uint64_t offset, const std::string& text) {
-        findings_->add(severity, offset, text);
+    void add(Severity severity, std::uint64_t offset, const std::string& text) {
+        faults_->add(severity, offset, text);
     }
 
-    Findings* findings_;
+    Faults* faults_;
     std::string path_;
     FileBytes file_;
     std::vector<Section> sections_;

@@ -14,12 +14,12 @@ namespace consolidator::inspect {
 namespace {
 
 /// The first error in a file that could not be read whole.
-Finding firstError(const std::string& path) {
-    Findings found;
+Fault firstError(const std::string& path) {
+    Faults found;
     ContainerCheck(found).check(path);
-    for (const Finding& finding : found.kept()) {
-        if (finding.severity == Finding::Severity::Error) {
-            return finding;
+    for (const Fault& fault : found.kept()) {
+        if (fault.severity == Severity::Error) {
+            return fault;
         }
     }
     return {.text = "the file has changed meanwhile"};
@@ -52,7 +52,7 @@ Database::Readable Database::read(const std::string& path) {
         fault_ = "is no consolidated file: " + firstError(path).text;
         return Readable::Not;
     }
-    const Finding fault = firstError(path);
+    const Fault fault = firstError(path);
     fault_ = "is damaged at " + inHex(fault.offset) + ": " + fault.text +
              "; what could be read is shown";
     return Readable::InPart;

@@ -28,10 +28,10 @@ DatabaseCommand::DatabaseCommand(CLI::App& command) {
 Status DatabaseCommand::run(Console& console) {
     const std::optional<Database> database = readDatabase(path_, console);
     if (!database) {
-        return unreadable;
+        return Status::Unreadable;
     }
     const Status status = show(*database, console);
-    return database->fault().empty() ? status : std::max(status, unreadable);
+    return database->fault().empty() ? status : std::max(status, Status::Unreadable);
 }
 
 } // namespace consolidator::inspect

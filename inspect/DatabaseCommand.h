@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace CLI {
+namespace CLI { // NOLINT(readability-identifier-naming)
 class App;
 } // namespace CLI
 
@@ -15,7 +15,7 @@ namespace consolidator::inspect {
 /// A command whose first argument is a database, which is read before the command proper begins.
 ///
 /// A file that is no database ends the command. Of a damaged one, what the consolidator itself
-/// would still make of it is shown, after a message, and the status is `unreadable`.
+/// would still make of it is shown, after a message, and the status is `Unreadable`.
 class DatabaseCommand : public Command {
 public:
     Status run(Console& console) final;

@@ -120,7 +120,7 @@ Status DiffCommand::run(Console& console) {
     const std::optional<Database> before = readDatabase(before_, console);
     const std::optional<Database> after = readDatabase(after_, console);
     if (!before || !after) {
-        return unreadable;
+        return Status::Unreadable;
     }
     DiffPrinter printer(printable(before_), printable(after_), console);
     compareValues("version", versionOf(*before), versionOf(*after), printer);
@@ -128,7 +128,8 @@ Status DiffCommand::run(Console& console) {
     compareDwarf(*before, *after, printer);
     compareKernels(before->kernels(), after->kernels(), printer);
     const bool isWhole = before->fault().empty() && after->fault().empty();
-    return std::max(printer.isSame() ? fine : findings, isWhole ? fine : unreadable);
+    return std::max(printer.isSame() ? Status::Fine : Status::Findings,
+                    isWhole ? Status::Fine : Status::Unreadable);
 }
 
 } // namespace consolidator::inspect

@@ -17,14 +17,14 @@
 
 #include <string>
 
-namespace CLI {
+namespace CLI { // NOLINT(readability-identifier-naming)
 class App;
 } // namespace CLI
 
 namespace consolidator::inspect {
 
-/// The status is `findings` if anything differs. Of damaged databases, what can be read is
-/// compared, and the status is `unreadable`.
+/// The status is `Findings` if anything differs. Of damaged databases, what can be read is
+/// compared, and the status is `Unreadable`.
 class DiffCommand final : public Command {
 public:
     /// Adds the command to the command line.

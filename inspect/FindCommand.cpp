@@ -157,7 +157,7 @@ Status FindCommand::show(const Database& database, Console& console) {
     if (!pattern.fault().empty()) {
         console.err << "consolidator-inspect: error: pattern " << quoted()
                     << " cannot be understood: " << pattern.fault() << '\n';
-        return unreadable;
+        return Status::Unreadable;
     }
     bool isFirst = true;
     for (const Kernel& kernel : database.kernels()) {
@@ -172,11 +172,11 @@ Status FindCommand::show(const Database& database, Console& console) {
         }
     }
     if (!isFirst) {
-        return fine;
+        return Status::Fine;
     }
     console.err << printable(database.path())
                 << ": error: no argument, variable or register matches " << quoted() << '\n';
-    return findings;
+    return Status::Findings;
 }
 
 } // namespace consolidator::inspect

@@ -6,18 +6,6 @@
 
 namespace consolidator::inspect {
 
-std::string_view label(Severity severity) {
-    switch (severity) {
-    case Severity::Note:
-        return "note";
-    case Severity::Warning:
-        return "warning";
-    case Severity::Error:
-        break;
-    }
-    return "error";
-}
-
 void Findings::add(Finding finding) {
     ++counts_.at(static_cast<std::size_t>(finding.severity));
     if (finding.severity != Severity::Error) {

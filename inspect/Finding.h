@@ -1,6 +1,8 @@
 // What `check` has to say about an input.
 #pragma once
 
+#include "inspect/Severity.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -11,21 +13,12 @@
 
 namespace consolidator::inspect {
 
-enum class Severity : std::uint8_t {
-    Note,    ///< As it should be, and may still explain what a user does not find.
-    Warning, ///< Something does not get into the database, or not as it was meant.
-    Error,   ///< A file or a whole run is of no use.
-};
-
-std::string_view label(Severity severity);
-
 /// One statement about a place, as compilers make them.
 struct Finding {
     std::string file;       ///< Empty when it is about no file.
     std::uint64_t line = 0; ///< Counted from 1; 0 when it is about no line.
     Severity severity = Severity::Warning;
-    std::string
-        code; ///< For scripts: "wrong-kind". The codes are listed in docs/inspector.md.
+    std::string code; ///< For scripts: "wrong-kind". The codes are listed in docs/inspector.md.
     std::string text; ///< For users. As it comes, not printable() yet.
 
     bool operator==(const Finding&) const = default;

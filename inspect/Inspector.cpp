@@ -43,19 +43,20 @@ public:
         add<VerifyCommand>();
     }
 
-    int run(int argc, const char* const* argv, Console& console) {
+    Status run(int argc, const char* const* argv, Console& console) {
         try {
             app_.parse(argc, argv);
         } catch (const CLI::ParseError& error) {
             // Asking for help is no error; everything else has a status of its own there.
-            return app_.exit(error, console.out, console.err) == 0 ? fine : unreadable;
+            return app_.exit(error, console.out, console.err) == 0 ? Status::Fine
+                                                                   : Status::Unreadable;
         }
         for (const auto& [subcommand, command] : commands_) {
             if (subcommand->parsed()) {
                 return command->run(console);
             }
         }
-        return unreadable;
+        return Status::Unreadable;
     }
 
 private:
@@ -72,7 +73,7 @@ private:
 } // namespace
 
 int inspect(int argc, const char* const* argv, Console& console) {
-    return CommandLine().run(argc, argv, console);
+    return static_cast<int>(CommandLine().run(argc, argv, console));
 }
 
 } // namespace consolidator::inspect

@@ -49,15 +49,15 @@ Status showSection(const Database& database, Console& console) {
     });
     if (entry == database.sections().end()) {
         console.err << printable(database.path()) << ": error: has no JSON section\n";
-        return findings;
+        return Status::Findings;
     }
     std::ifstream file = opened(database.path(), *entry);
     if (!copy(file, entry->size, console.out)) {
         console.err << printable(database.path())
                     << ": error: the file ends before its JSON section does\n";
-        return unreadable;
+        return Status::Unreadable;
     }
-    return fine;
+    return Status::Fine;
 }
 
 } // namespace
@@ -82,7 +82,7 @@ Status JsonCommand::show(const Database& database, Console& console) {
                {.layout = pretty_ ? JsonOptions::Layout::Pretty : JsonOptions::Layout::Compact,
                 .withDwarf = withDwarf_},
                console.out);
-    return fine;
+    return Status::Fine;
 }
 
 } // namespace consolidator::inspect

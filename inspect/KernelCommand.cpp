@@ -242,11 +242,11 @@ Status KernelCommand::show(const Database& database, Console& console) {
         }
     }
     if (!isFirst) {
-        return fine;
+        return Status::Fine;
     }
     console.err << printable(database.path()) << ": error: has no kernel \"" << printable(name_)
                 << '"' << nearest.question() << '\n';
-    return findings;
+    return Status::Findings;
 }
 
 } // namespace consolidator::inspect

@@ -14,7 +14,7 @@
 #pragma once
 
 #include "inspect/ByteRange.h"
-#include "inspect/Findings.h"
+#include "inspect/Faults.h"
 #include "inspect/Repeats.h"
 #include "inspect/StoredText.h"
 
@@ -32,9 +32,9 @@ namespace consolidator::inspect {
 /// Memory grows with the longest list, by 16 bytes for each of its elements.
 class KernelDataCheck {
 public:
-    /// The section's payload stands from `begin` to `end`; `section` names it in findings.
+    /// The section's payload stands from `begin` to `end`; `section` names it in faults.
     KernelDataCheck(const FileBytes& file, std::uint64_t begin, std::uint64_t end,
-                    std::string section, Findings& findings);
+                    std::string section, Faults& faults);
 
     /// To be called once. False if there is a record that cannot be read, which ends the check.
     bool check();
@@ -82,14 +82,14 @@ private:
     std::optional<StoredText> text(std::string_view what);
 
     template <typename Text>
-    void add(Finding::Severity severity, std::uint64_t offset, Text makeText);
+    void add(Severity severity, std::uint64_t offset, Text makeText);
     std::string here() const;
 
     const FileBytes* file_;
     ByteRange bytes_;
     std::uint64_t end_;
     std::string section_;
-    Findings* findings_;
+    Faults* faults_;
     std::vector<Level> levels_; ///< The innermost one last.
     std::uint64_t kernels_ = 0;
     bool hasZeroBytes_ = false;

@@ -66,9 +66,9 @@ Status SqliteCommand::show(const Database& database, Console& console) {
     }
     if (!fault.empty()) {
         console.err << printable(output_) << ": error: " << fault << '\n';
-        return unreadable;
+        return Status::Unreadable;
     }
-    return fine;
+    return Status::Fine;
 }
 
 } // namespace consolidator::inspect

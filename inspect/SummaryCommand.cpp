@@ -79,7 +79,7 @@ Status SummaryCommand::show(const Database& database, Console& console) {
     printHead(database, console.out);
     printSections(database, console);
     printKernels(database, console);
-    return fine;
+    return Status::Fine;
 }
 
 std::string describe(const SectionEntry& entry) {

@@ -13,8 +13,6 @@ namespace consolidator::inspect {
 
 namespace {
 
-using Severity = Finding::Severity;
-
 std::string inColour(Severity severity, bool colour) {
     const std::string_view word = label(severity);
     switch (severity) {
@@ -29,10 +27,10 @@ std::string inColour(Severity severity, bool colour) {
 }
 
 /// "2 errors, 1 warning"; "no faults found", if there is nothing but notes.
-std::string summary(const Findings& findings) {
+std::string summary(const Faults& faults) {
     std::string result;
     for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Note}) {
-        const std::uint64_t count = findings.count(severity);
+        const std::uint64_t count = faults.count(severity);
         if (severity == Severity::Note && result.empty()) {
             result = "no faults found";
         }
@@ -44,19 +42,19 @@ std::string summary(const Findings& findings) {
     return result;
 }
 
-void print(const Findings& findings, const std::string& path, Console& console) {
-    for (const Finding& finding : findings.kept()) {
-        console.out << path << ':' << inHex(finding.offset) << ": "
-                    << inColour(finding.severity, console.colour) << ": " << finding.text << '\n';
+void print(const Faults& faults, const std::string& path, Console& console) {
+    for (const Fault& fault : faults.kept()) {
+        console.out << path << ':' << inHex(fault.offset) << ": "
+                    << inColour(fault.severity, console.colour) << ": " << fault.text << '\n';
     }
     for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Note}) {
-        const std::uint64_t count = findings.count(severity);
-        if (count > Findings::mostKept) {
-            console.out << path << ": the first " << Findings::mostKept << " of "
+        const std::uint64_t count = faults.count(severity);
+        if (count > Faults::mostKept) {
+            console.out << path << ": the first " << Faults::mostKept << " of "
                         << inWords(count, label(severity)) << " are shown\n";
         }
     }
-    console.out << path << ": " << summary(findings) << '\n';
+    console.out << path << ": " << summary(faults) << '\n';
 }
 
 } // namespace
@@ -69,17 +67,18 @@ VerifyCommand::VerifyCommand(CLI::App& commandLine) {
 
 Status VerifyCommand::run(Console& console) {
     const std::string path = printable(path_);
-    Findings found;
+    Faults found;
     std::string fault = openingFault(path_);
     if (fault.empty() && !ContainerCheck(found).check(path_)) {
         fault = "is no regular file";
     }
     if (!fault.empty()) {
         console.err << path << ": error: " << fault << '\n';
-        return unreadable;
+        return Status::Unreadable;
     }
     print(found, path, console);
-    return found.count(Severity::Error) + found.count(Severity::Warning) == 0 ? fine : findings;
+    return found.count(Severity::Error) + found.count(Severity::Warning) == 0 ? Status::Fine
+                                                                              : Status::Findings;
 }
 
 } // namespace consolidator::inspect

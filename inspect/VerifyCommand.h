@@ -13,14 +13,14 @@
 
 #include <string>
 
-namespace CLI {
+namespace CLI { // NOLINT(readability-identifier-naming)
 class App;
 } // namespace CLI
 
 namespace consolidator::inspect {
 
-/// The status is `findings` if there is an error or a warning; notes alone are fine. A file that is
-/// no database at all is one with a finding, and only one that cannot be opened is `unreadable`.
+/// The status is `Findings` if there is an error or a warning; notes alone are fine. A file that is
+/// no database at all is one with a finding, and only one that cannot be opened is `Unreadable`.
 class VerifyCommand final : public Command {
 public:
     /// Adds the command to the command line.

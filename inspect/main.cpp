@@ -21,6 +21,7 @@ bool wantsColour() {
 
 int main(int argc, char** argv) {
     using namespace consolidator;
+    constexpr int unreadable = static_cast<int>(inspect::Status::Unreadable);
     prepareProcess();
     inspect::Console console{.out = std::cout,
                              .err = std::cerr,
@@ -31,13 +32,13 @@ int main(int argc, char** argv) {
         std::cout.flush();
         if (!std::cout) {
             std::cerr << "consolidator-inspect: standard output cannot be written" << std::endl;
-            return inspect::unreadable;
+            return unreadable;
         }
         return status;
     } catch (const std::bad_alloc&) {
         endForLackOfMemory();
     } catch (const std::exception& error) {
         std::cerr << "consolidator-inspect: " << error.what() << std::endl;
-        return inspect::unreadable;
+        return unreadable;
     }
 }

@@ -1,36 +1,29 @@
 // What a check of a database found.
 #pragma once
 
+#include "inspect/Severity.h"
+
 #include <array>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace consolidator::inspect {
 
-/// One thing that is not as it should be, and where in the file.
-struct Finding {
-    enum class Severity {
-        Note,    ///< Odd, but nobody is misled by it.
-        Warning, ///< Everything can be read, and not all of it means what it seems to.
-        Error,   ///< Something cannot be read, or two parts of the file contradict each other.
-    };
-
+/// One thing in a database that is not as it should be, and where in the file.
+struct Fault {
     Severity severity = Severity::Note;
     std::uint64_t offset = 0; ///< From the start of the file.
     std::string text;         ///< Printable, without a full stop.
 };
 
-/// The findings of one check in the order in which they came.
+/// The faults that one check found, in the order in which they came.
 ///
 /// A hostile file holds millions of faults: of each severity, so many are kept, and others counted.
-class Findings {
+class Faults {
 public:
-    using Severity = Finding::Severity;
-
     static constexpr std::uint64_t mostKept = 1000;
 
     /// Adds a finding with the text that makeText() gives, which is called only if it is kept.
@@ -46,7 +39,7 @@ public:
         add(severity, offset, [&text] { return text; });
     }
 
-    const std::vector<Finding>& kept() const { return kept_; }
+    const std::vector<Fault>& kept() const { return kept_; }
 
     /// Those included that were not kept.
     std::uint64_t count(Severity severity) const {
@@ -54,11 +47,8 @@ public:
     }
 
 private:
-    std::vector<Finding> kept_;
+    std::vector<Fault> kept_;
     std::array<std::uint64_t, 3> counts_{};
 };
-
-/// "error", "warning" or "note".
-std::string_view label(Finding::Severity severity);
 
 } // namespace consolidator::inspect

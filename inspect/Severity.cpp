@@ -1,0 +1,17 @@
+#include "inspect/Severity.h"
+
+namespace consolidator::inspect {
+
+std::string_view label(Severity severity) {
+    switch (severity) {
+    case Severity::Note:
+        return "note";
+    case Severity::Warning:
+        return "warning";
+    case Severity::Error:
+        break;
+    }
+    return "error";
+}
+
+} // namespace consolidator::inspect
