@@ -59,6 +59,7 @@ template <typename Element, typename KeyOf>
 auto keysAt(const std::vector<Element>& elements, const std::vector<std::uint32_t>& positions,
             KeyOf keyOf) {
     std::vector<ConditionKey> keys;
+    keys.reserve(positions.size());
     for (const std::uint32_t position : positions) {
         keys.push_back(keyOf(elements[position]));
     }
