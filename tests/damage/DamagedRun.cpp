@@ -4,6 +4,7 @@
 #include "tests/damage/MemoryMeter.h"
 #include "tests/support/DriverRun.h"
 #include "tests/support/Kernels.h"
+#include "tests/support/Sanitized.h"
 
 #include <gtest/gtest.h>
 
@@ -14,8 +15,9 @@ namespace consolidator::test {
 
 namespace {
 
-/// A case takes a millisecond. Minutes would be a hang, even on a busy machine.
-constexpr std::chrono::seconds longestCase{100};
+/// A case takes a millisecond. Minutes would be a hang, even on a busy machine; the sanitizers take
+/// their share of it.
+constexpr std::chrono::seconds longestCase{sanitized ? 500 : 100};
 
 } // namespace
 
