@@ -26,9 +26,10 @@ std::vector<KernelCoverage> coverageOf(const std::vector<Kernel>& kernels) {
     std::vector<KernelCoverage> result;
     for (const Kernel& kernel : kernels) {
         const KernelNets nets(kernel);
-        KernelCoverage coverage{&kernel, {}, {}, {}};
+        KernelCoverage coverage{&kernel, {}, {}, {}, {}, std::nullopt};
         coverage.arguments = countOf(nets, kernel.arguments(), true, coverage.missing);
         coverage.variables = countOf(nets, kernel.variables(), false, coverage.missing);
+        coverage.instances = instanceFaultsOf(nets);
         result.push_back(std::move(coverage));
     }
     return result;

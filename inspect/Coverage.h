@@ -2,6 +2,7 @@
 // locations, and which have none.
 #pragma once
 
+#include "inspect/InstanceFaults.h"
 #include "model/Kernel.h"
 
 #include <cstddef>
@@ -40,6 +41,10 @@ struct KernelCoverage {
     Count arguments;
     Count variables;
     std::vector<MissingName> missing; ///< Arguments first, each in the kernel's order.
+    InstanceFaults instances;
+    /// A net that the first instance without one may have been meant for: one under no instance
+    /// path, with the last component of one of the kernel's nets.
+    std::optional<NearNet> nearestToBare;
 };
 
 /// The coverage of each kernel, in their order. They must outlive the result and stay as they are.

@@ -30,6 +30,7 @@ std::size_t commonBeginning(std::string_view first, std::string_view second) {
 
 NearestNets::NearestNets(std::vector<KernelCoverage>& coverage) {
     for (KernelCoverage& kernel : coverage) {
+        addBare(kernel);
         for (MissingName& missing : kernel.missing) {
             addWanted(missing, *kernel.kernel);
         }
@@ -44,6 +45,16 @@ NearestNets::NearestNets(std::vector<KernelCoverage>& coverage) {
             }
         }
     }
+}
+
+void NearestNets::addBare(KernelCoverage& kernel) {
+    if (kernel.instances.bare == 0 || bare_.size() == mostBare) {
+        return;
+    }
+    const std::vector<std::string>& paths = kernel.kernel->instancePaths();
+    const std::string_view name = lastComponent(kernel.kernel->hardwareVariables().front().name);
+    bare_.push_back(
+        {&kernel, withoutSlash(paths[kernel.instances.firstBare]), name, InstanceFinder(paths)});
 }
 
 void NearestNets::addWanted(MissingName& missing, const Kernel& kernel) {
@@ -84,6 +95,11 @@ void NearestNets::offer(const Net& net) {
             offerSameName(net, wanted);
         }
     }
+    for (Bare& bare : bare_) {
+        if (bare.name == net.lastComponent) {
+            offerToBare(net, bare);
+        }
+    }
     for (Wanted* const wanted : alike_) {
         if (wanted->score < sameNameScore) {
             offerAlike(net, *wanted);
@@ -99,6 +115,19 @@ void NearestNets::offerSameName(const Net& net, Wanted& wanted) {
         wanted.score = score;
         wanted.missing->nearest = {'/' + std::string(net.name), net.file, net.line, true,
                                    isIn(*wanted.kernel, net.name)};
+    }
+}
+
+void NearestNets::offerToBare(const Net& net, Bare& bare) {
+    const std::size_t score = 1 + commonBeginning(net.name, bare.path);
+    if (score <= bare.score) {
+        return;
+    }
+    std::string full(1, '/');
+    full += net.name;
+    if (!bare.instances.instanceOf(full)) {
+        bare.score = score;
+        bare.coverage->nearestToBare = {full, net.file, net.line, true, false};
     }
 }
 

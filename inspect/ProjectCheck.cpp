@@ -23,6 +23,11 @@ bool isUnderOtherPath(const MissingName& missing) {
     return missing.nearest && missing.nearest->hasName && !missing.nearest->isInKernel;
 }
 
+/// Of a count that the one net before is a part of.
+std::string furtherNets(std::size_t count) {
+    return count > 1 ? " (and " + std::to_string(count - 1) + " more)" : "";
+}
+
 } // namespace
 
 void ProjectCheck::run() {
@@ -125,6 +130,7 @@ void ProjectCheck::reportCoverage(const KernelCoverage& kernel) {
     if (kernel.kernel->instancePaths().empty()) {
         return; // which has been reported, and explains it
     }
+    reportInstances(kernel);
     if (!reportOtherPath(kernel)) {
         reportNothingLocated(kernel);
     }
@@ -146,6 +152,58 @@ bool ProjectCheck::reportOtherPath(const KernelCoverage& kernel) {
     text += ": its first instance path is " + quotedName(kernel.kernel->instancePaths().front());
     findings_.add({net.file, net.line, Severity::Warning, "other-path", std::move(text)});
     return true;
+}
+
+void ProjectCheck::reportInstances(const KernelCoverage& kernel) {
+    const InstanceFaults& faults = kernel.instances;
+    const std::vector<std::string>& paths = kernel.kernel->instancePaths();
+    const std::vector<HardwareVariable>& nets = kernel.kernel->hardwareVariables();
+    const std::string ofKernel = " of kernel " + quotedName(kernel.kernel->name());
+    if (faults.bare > 0) {
+        reportBare(kernel);
+    }
+    if (faults.cut > 0) {
+        findings_.add({hierarchyOf(*kernel.kernel), 0, Severity::Warning, "path-cut",
+                       "instance path " + quotedName(paths[faults.cutInstance]) + ofKernel +
+                           " begins or ends inside a component of net " +
+                           quotedName(nets[faults.firstCut].name) + furtherNets(faults.cut) +
+                           ", which counts as one of the kernel all the same"});
+    }
+    if (faults.repeated > 0) {
+        findings_.add({hierarchyOf(*kernel.kernel), 0, Severity::Warning, "repeated-net",
+                       "instance path " + quotedName(paths[faults.repeatedInstance]) + ofKernel +
+                           " occurs in both " + quotedName(nets[faults.firstOfRepeated].name) +
+                           " and " + quotedName(nets[faults.repetition].name) +
+                           furtherNets(faults.repeated) +
+                           ": they have one name, and a debugger may show either"});
+    }
+}
+
+void ProjectCheck::reportBare(const KernelCoverage& kernel) {
+    const InstanceFaults& faults = kernel.instances;
+    std::string text = "no net belongs to instance path " +
+                       quotedName(kernel.kernel->instancePaths()[faults.firstBare]);
+    if (faults.bare > 1) {
+        text += " (and to " + std::to_string(faults.bare - 1) + " more)";
+    }
+    text += " of kernel " + quotedName(kernel.kernel->name());
+    if (kernel.nearestToBare) {
+        text += ", and net " + quotedName(kernel.nearestToBare->net) + " to none of its paths";
+    }
+    findings_.add({hierarchyOf(*kernel.kernel), 0, Severity::Warning, "instance-without-net",
+                   std::move(text)});
+}
+
+std::string ProjectCheck::hierarchyOf(const Kernel& kernel) const {
+    const std::vector<std::uint32_t>& inputs = inputs_.origins().inputsOf(kernel.name());
+    const auto hierarchy = std::ranges::find_if(inputs, [this](std::uint32_t input) {
+        const InputCheck::Input& origin = inputs_.inputs()[input];
+        return origin.kind == InputKind::Hierarchy && !origin.isOldDatabase;
+    });
+    if (hierarchy != inputs.end()) {
+        return inputs_.inputs()[*hierarchy].path;
+    }
+    return inputs.empty() ? std::string() : inputs_.inputs()[inputs.front()].path;
 }
 
 void ProjectCheck::reportNothingLocated(const KernelCoverage& kernel) {
