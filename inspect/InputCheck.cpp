@@ -1,7 +1,10 @@
 #include "inspect/InputCheck.h"
 
 #include "inspect/ConditionCheck.h"
+#include "model/ConditionTranslation.h"
+#include "model/KeyedHash.h"
 #include "model/RAMFile.h"
+#include "model/Words.h"
 #include "readers/HLSFile.h"
 
 #include <algorithm>
@@ -11,6 +14,8 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <tuple>
+#include <unordered_map>
 
 namespace consolidator::inspect {
 
@@ -30,6 +35,35 @@ std::string bytesOf(const std::string& path) {
 /// Carriage returns are white space to the other readers.
 bool mindsCarriageReturns(InputKind kind) {
     return kind == InputKind::Hls || kind == InputKind::RamReport;
+}
+
+/// Translation names signals so; high-level synthesis does not.
+bool wasTranslated(std::string_view condition) {
+    return condition.find("$i/") != std::string_view::npos;
+}
+
+/// Whether both are the same equation but for the order of its sides.
+bool isSwappedEquation(std::string_view first, std::string_view second) {
+    const std::string_view comparison = takeWord(first);
+    const std::string_view left = takeWord(first);
+    const std::string_view right = takeWord(first);
+    return (comparison == "==" || comparison == "!=") && takeWord(second) == comparison &&
+           takeWord(second) == right && takeWord(second) == left && takeWord(first).empty() &&
+           takeWord(second).empty();
+}
+
+struct HashOfName {
+    std::size_t operator()(std::string_view name) const { return keyHash(name); }
+};
+using KernelsByName = std::unordered_map<std::string_view, const Kernel*, HashOfName>;
+
+/// The first kernel of each name.
+KernelsByName byName(const std::vector<Kernel>& kernels) {
+    KernelsByName result;
+    for (const Kernel& kernel : kernels) {
+        result.try_emplace(kernel.name(), &kernel);
+    }
+    return result;
 }
 
 } // namespace
@@ -62,6 +96,37 @@ void InputCheck::addOldDatabase(const std::string& path) {
     inputs_.push_back({path, InputKind::Hierarchy, true});
     for (const Kernel& kernel : database_.kernels()) {
         origins_.add(number, kernel);
+    }
+    reportTranslatedAgain(path);
+}
+
+void InputCheck::reportTranslatedAgain(const std::string& path) {
+    const BreakableCondition* first = nullptr;
+    bool isChanged = false; // in its meaning, as the first one is
+    std::uint64_t count = 0;
+    for (const Kernel& kernel : database_.kernels()) {
+        for (const BreakableCondition& condition : kernel.breakableConditions()) {
+            if (!wasTranslated(condition.condition)) {
+                continue;
+            }
+            const std::string result = translatedCondition(condition.condition);
+            if (result == condition.condition) {
+                continue;
+            }
+            ++count;
+            const bool changes = !isSwappedEquation(condition.condition, result);
+            if (first == nullptr || (changes && !isChanged)) {
+                first = &condition;
+                isChanged = changes;
+            }
+        }
+    }
+    if (first != nullptr) {
+        path_ = path;
+        add(0, isChanged ? Severity::Warning : Severity::Note, "translated-again",
+            counted(count, "condition") + " translated by the run before " +
+                (count == 1 ? "is" : "are") + " translated again: " + quotedName(first->condition) +
+                " becomes " + quotedName(translatedCondition(first->condition)));
     }
 }
 
@@ -197,6 +262,7 @@ void InputCheck::afterReading(InputKind kind, const std::string& path, const Inp
         return;
     }
     if (kind == InputKind::LogicLocations) {
+        reportIgnoredLocations(reader);
         if (look_.isRegular) {
             readLogicLocations_.push_back(path);
         }
@@ -258,6 +324,8 @@ void InputCheck::reportKernels(InputKind kind, const InputFile& reader) {
     if (kind == InputKind::KernelXml) {
         reportCarriedArguments(kernels);
     }
+    const bool hasConditions = kind == InputKind::Hls || kind == InputKind::KernelXml;
+    const KernelsByName known = hasConditions ? byName(database_.kernels()) : KernelsByName();
     for (const Kernel& kernel : kernels) {
         const bool saysSo = kind == InputKind::Hierarchy || kind == InputKind::AuxiliaryXml;
         if (kernel.name().empty() && !saysSo) {
@@ -265,8 +333,8 @@ void InputCheck::reportKernels(InputKind kind, const InputFile& reader) {
         }
         reportIgnored(kind, kernel, origins_.add(number, kernel));
         reportConditions(kernel);
-        if (kind == InputKind::Hls) {
-            reportRepeatedConditions(kernel);
+        if (const auto same = known.find(kernel.name()); same != known.end()) {
+            reportRepeatedConditions(kernel, *same->second);
         }
     }
 }
@@ -341,28 +409,68 @@ void InputCheck::reportConditions(const Kernel& kernel) {
     }
 }
 
-void InputCheck::reportRepeatedConditions(const Kernel& kernel) {
-    const auto known = std::ranges::find(database_.kernels(), kernel.name(), &Kernel::name);
-    if (known == database_.kernels().end()) {
+void InputCheck::reportRepeatedConditions(const Kernel& kernel, const Kernel& known) {
+    using Place = std::tuple<std::uint32_t, std::string_view, std::uint32_t>;
+    const auto placeOf = [](const BreakableCondition& condition) {
+        return Place(condition.kind, condition.file, condition.line);
+    };
+    std::map<Place, std::set<std::string_view>> texts;
+    for (const BreakableCondition& condition : known.breakableConditions()) {
+        texts[placeOf(condition)].insert(condition.condition);
+    }
+    std::set<std::uint32_t> kinds;
+    std::uint64_t lines = 0;
+    for (const BreakableCondition& condition : kernel.breakableConditions()) {
+        const auto place = texts.find(placeOf(condition));
+        if (place != texts.end() && !place->second.contains(condition.condition)) {
+            kinds.insert(condition.kind);
+            lines += condition.kind == BreakableCondition::FileLine ? 1 : 0;
+        }
+    }
+    std::string places;
+    for (const std::uint32_t kind : kinds) { // Start, Stop, FileLine
+        places += places.empty() ? "" : " and ";
+        places += kind == BreakableCondition::Start ? "its start"
+                  : kind == BreakableCondition::Stop
+                      ? "its end"
+                      : counted(lines, "source line") + " of this file";
+    }
+    if (!places.empty()) {
+        add(0, Severity::Warning, "repeated-condition",
+            "kernel " + quotedName(kernel.name()) + " has other conditions for " + places +
+                " already and keeps both: was the file added before?");
+    }
+}
+
+void InputCheck::reportIgnoredLocations(const InputFile& reader) {
+    // A register's first locations stay. The reader has put its own over a copy of them.
+    const HardwareVariable* first = nullptr;
+    std::uint64_t count = 0;
+    const std::size_t kernels = std::min(reader.kernels().size(), database_.kernels().size());
+    for (std::size_t i = 0; i < kernels; ++i) {
+        const std::vector<HardwareVariable>& read = reader.kernels()[i].hardwareVariables();
+        auto own = read.begin();
+        for (const HardwareVariable& known : database_.kernels()[i].hardwareVariables()) {
+            // The reader has none of the kernel, or, of nets that a database repeats, the first.
+            if (own == read.end() || own->name != known.name) {
+                continue;
+            }
+            if (own->locations != known.locations) {
+                first = first == nullptr ? &known : first;
+                ++count;
+            }
+            ++own;
+        }
+    }
+    if (first == nullptr) {
         return;
     }
-    using Place = std::pair<std::string_view, std::uint32_t>;
-    std::map<Place, std::set<std::string_view>> texts;
-    for (const BreakableCondition& condition : known->breakableConditions()) {
-        texts[{condition.file, condition.line}].insert(condition.condition);
-    }
-    const auto count = std::ranges::count_if(
-        kernel.breakableConditions(), [&texts](const BreakableCondition& condition) {
-            const auto place = texts.find({condition.file, condition.line});
-            return condition.kind == BreakableCondition::FileLine && place != texts.end() &&
-                   !place->second.contains(condition.condition);
-        });
-    if (count > 0) {
-        add(0, Severity::Warning, "repeated-condition",
-            "kernel " + quotedName(kernel.name()) + " has other conditions for " +
-                counted(static_cast<std::uint64_t>(count), "source line") +
-                " of this file already and keeps both: was the file added before?");
-    }
+    const bool isAdded = !inputs_.empty() && inputs_.front().isOldDatabase;
+    std::string text = "locations of net " + quotedName(first->name);
+    text += count > 1 ? " (and " + std::to_string(count - 1) + " more)" : "";
+    text += " are ignored: the database has others already, which stay";
+    text += isAdded ? " (only a run with --create replaces them)" : "";
+    add(0, Severity::Warning, "ignored-locations", std::move(text));
 }
 
 void InputCheck::reportRamReport(const InputFile& reader) {

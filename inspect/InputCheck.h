@@ -65,7 +65,9 @@ private:
     void reportCarriedArguments(const std::vector<Kernel>& kernels);
     void reportIgnored(InputKind kind, const Kernel& kernel, const KernelOrigins::Ignored& ignored);
     void reportConditions(const Kernel& kernel);
-    void reportRepeatedConditions(const Kernel& kernel);
+    void reportTranslatedAgain(const std::string& path);
+    void reportRepeatedConditions(const Kernel& kernel, const Kernel& known);
+    void reportIgnoredLocations(const InputFile& reader);
     void reportRamReport(const InputFile& reader);
 
     const ConsolidatedFile& database_;
