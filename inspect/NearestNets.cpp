@@ -8,13 +8,39 @@
 #include <algorithm>
 #include <array>
 #include <fstream>
+#include <optional>
 
 namespace consolidator::inspect {
 
 namespace {
 
-/// Scores of names alike stay below this, those of the same name are above.
+// Scores: of names alike outside the kernel's instances, of the same name there, to which the bytes
+// of the common path are added, and of both inside.
+constexpr std::size_t mostLikeness = 8;
 constexpr std::size_t sameNameScore = 16;
+constexpr std::size_t alikeInKernelScore = sameNameScore + 2 * LLFile::longestLine;
+constexpr std::size_t sameNameInKernelScore = 2 * alikeInKernelScore;
+
+constexpr std::string_view otherSeparators = ".\\";
+
+/// How far the last component of a net, or what follows another separator in it, is from a name.
+std::optional<std::size_t> distanceTo(std::string_view name, std::string_view component) {
+    const std::size_t separator = component.find_last_of(otherSeparators);
+    if (separator != std::string_view::npos) {
+        const std::string_view end = component.substr(separator + 1);
+        if (const auto distance = nameDistance(name, end)) {
+            return distance;
+        }
+    }
+    return nameDistance(name, component);
+}
+
+std::string withSlashes(std::string_view net) {
+    std::string result(net);
+    std::ranges::replace_if(
+        result, [](char c) { return otherSeparators.find(c) != std::string_view::npos; }, '/');
+    return result;
+}
 
 std::string_view withoutSlash(std::string_view path) {
     path.remove_prefix(path.starts_with('/') ? 1 : 0);
@@ -41,7 +67,7 @@ NearestNets::NearestNets(std::vector<KernelCoverage>& coverage) {
             const auto found = byName_.find(missing.variable->hardwareName);
             if (alike_.size() < mostAlike && found != byName_.end() &&
                 found->second.front().missing == &missing) {
-                alike_.push_back(&found->second.front());
+                alike_.push_back({&found->second.front(), namesOf(*kernel.kernel)});
             }
         }
     }
@@ -100,9 +126,10 @@ void NearestNets::offer(const Net& net) {
             offerToBare(net, bare);
         }
     }
-    for (Wanted* const wanted : alike_) {
-        if (wanted->score < sameNameScore) {
-            offerAlike(net, *wanted);
+    for (const Alike& alike : alike_) {
+        if (alike.wanted->score < sameNameInKernelScore &&
+            !alike.names->contains(net.lastComponent)) {
+            offerAlike(net, alike);
         }
     }
 }
@@ -110,11 +137,13 @@ void NearestNets::offer(const Net& net) {
 void NearestNets::offerSameName(const Net& net, Wanted& wanted) {
     const std::vector<std::string>& paths = wanted.kernel->instancePaths();
     const std::string_view path = paths.empty() ? "" : withoutSlash(paths.front());
-    const std::size_t score = sameNameScore + commonBeginning(net.name, path);
+    const bool isInKernel = isIn(*wanted.kernel, net.name);
+    const std::size_t score =
+        (isInKernel ? sameNameInKernelScore : sameNameScore) + commonBeginning(net.name, path);
     if (score > wanted.score) {
         wanted.score = score;
         wanted.missing->nearest = {'/' + std::string(net.name), net.file, net.line, true,
-                                   isIn(*wanted.kernel, net.name)};
+                                   isInKernel};
     }
 }
 
@@ -131,25 +160,36 @@ void NearestNets::offerToBare(const Net& net, Bare& bare) {
     }
 }
 
-void NearestNets::offerAlike(const Net& net, Wanted& wanted) {
-    const std::string_view name = wanted.missing->variable->hardwareName;
-    const auto distance = nameDistance(name, net.lastComponent);
+void NearestNets::offerAlike(const Net& net, const Alike& alike) {
+    Wanted& wanted = *alike.wanted;
+    const auto distance = distanceTo(wanted.missing->variable->hardwareName, net.lastComponent);
     if (!distance) {
         return;
     }
-    // A distance is at most 4; an instance of the kernel outweighs it.
-    const std::size_t outside = 6 - *distance;
-    constexpr std::size_t inKernel = 6;
-    if (outside + inKernel <= wanted.score) {
+    const std::size_t likeness = mostLikeness - *distance; // a distance is at most 4
+    if (alikeInKernelScore + likeness <= wanted.score) {
         return;
     }
-    const bool isInKernel = isIn(*wanted.kernel, net.name);
-    const std::size_t score = outside + (isInKernel ? inKernel : 0);
+    const bool isInKernel =
+        isIn(*wanted.kernel, net.name) || isIn(*wanted.kernel, withSlashes(net.name));
+    const std::size_t score = likeness + (isInKernel ? alikeInKernelScore : 0);
     if (score > wanted.score) {
         wanted.score = score;
         wanted.missing->nearest = {'/' + std::string(net.name), net.file, net.line, false,
                                    isInKernel};
     }
+}
+
+const NearestNets::Names* NearestNets::namesOf(const Kernel& kernel) {
+    const auto [found, isNew] = names_.try_emplace(&kernel);
+    if (isNew) {
+        for (const auto* variables : {&kernel.arguments(), &kernel.variables()}) {
+            for (const Variable& variable : *variables) {
+                found->second.insert(variable.hardwareName);
+            }
+        }
+    }
+    return &found->second;
 }
 
 bool NearestNets::isIn(const Kernel& kernel, std::string_view net) {

@@ -12,16 +12,22 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace consolidator::inspect {
 
-/// Finds for the first instance without a net of each kernel the net with the same last component
-/// as another of the kernel's nets that lies under none of its instance paths, the nearer to this
-/// one the better. Finds for each missing name of a coverage the net that a user may have meant:
-/// one with the same last component under a path that is not the kernel's, the nearer to its first
-/// instance path the better; or, if there is none, one whose last component is almost the name,
-/// rather in an instance of the kernel than elsewhere.
+/// Finds for each missing name of a coverage the net that a user may have meant. That is, the best
+/// first:
+///
+/// - one in an instance of the kernel whose last component is the name,
+/// - one there whose last component, or what follows a "." or "\" in it, is almost the name,
+/// - one elsewhere that has the name, the nearer to the kernel's first instance path the better,
+/// - one elsewhere that has almost the name.
+///
+/// And for the first instance without a net of each kernel: a net with the last component of one
+/// that the kernel has, under none of the kernel's instance paths, the nearer to this one the
+/// better.
 ///
 /// It costs one more pass over the file, for the inspector alone. What a net costs is bounded: only
 /// the first kernels that miss a name, and the first of the names without any net, are looked
@@ -47,7 +53,18 @@ private:
     struct Wanted {
         MissingName* missing;
         const Kernel* kernel;
-        std::size_t score = 0; ///< Of the best net: bytes of the path, or less for a name alike.
+        std::size_t score = 0; ///< Of the best net.
+    };
+
+    struct Hash {
+        std::size_t operator()(std::string_view text) const { return keyHash(text); }
+    };
+    using Names = std::unordered_set<std::string_view, Hash>;
+
+    /// One that names alike are looked for, too.
+    struct Alike {
+        Wanted* wanted;     ///< The first of its name.
+        const Names* names; ///< The kernel's hardware names: their nets are meant for them.
     };
 
     /// An instance without a net.
@@ -67,20 +84,18 @@ private:
         std::uint64_t line;
     };
 
-    struct Hash {
-        std::size_t operator()(std::string_view text) const { return keyHash(text); }
-    };
-
     void addBare(KernelCoverage& kernel);
     void addWanted(MissingName& missing, const Kernel& kernel);
     void offer(const Net& net);
     static void offerSameName(const Net& net, Wanted& wanted);
     static void offerToBare(const Net& net, Bare& bare);
-    static void offerAlike(const Net& net, Wanted& wanted);
+    static void offerAlike(const Net& net, const Alike& alike);
     static bool isIn(const Kernel& kernel, std::string_view net);
+    const Names* namesOf(const Kernel& kernel);
 
     std::unordered_map<std::string_view, std::vector<Wanted>, Hash> byName_;
-    std::vector<Wanted*> alike_; ///< The first of each name.
+    std::unordered_map<const Kernel*, Names> names_;
+    std::vector<Alike> alike_;
     std::deque<Bare> bare_;
 };
 

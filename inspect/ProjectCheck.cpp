@@ -23,6 +23,15 @@ bool isUnderOtherPath(const MissingName& missing) {
     return missing.nearest && missing.nearest->hasName && !missing.nearest->isInKernel;
 }
 
+bool isRenamed(const MissingName& missing) {
+    return missing.nearest && !missing.nearest->hasName && missing.nearest->isInKernel;
+}
+
+std::string furtherNames(std::ptrdiff_t count) {
+    return count > 1 ? " (and " + std::to_string(count - 1) + " more of its names have such nets)"
+                     : "";
+}
+
 /// Of a count that the one net before is a part of.
 std::string furtherNets(std::size_t count) {
     return count > 1 ? " (and " + std::to_string(count - 1) + " more)" : "";
@@ -131,7 +140,8 @@ void ProjectCheck::reportCoverage(const KernelCoverage& kernel) {
         return; // which has been reported, and explains it
     }
     reportInstances(kernel);
-    if (!reportOtherPath(kernel)) {
+    const bool isExplained = reportOtherPath(kernel);
+    if (!reportOtherName(kernel) && !isExplained) {
         reportNothingLocated(kernel);
     }
 }
@@ -146,11 +156,25 @@ bool ProjectCheck::reportOtherPath(const KernelCoverage& kernel) {
     std::string text = "no instance path of kernel " + quotedName(kernel.kernel->name()) +
                        " occurs in net " + quotedName(net.net) + ", which has the name of its " +
                        nameOf(*first);
-    if (count > 1) {
-        text += " (and " + std::to_string(count - 1) + " more of its names have such nets)";
-    }
+    text += furtherNames(count);
     text += ": its first instance path is " + quotedName(kernel.kernel->instancePaths().front());
     findings_.add({net.file, net.line, Severity::Warning, "other-path", std::move(text)});
+    return true;
+}
+
+bool ProjectCheck::reportOtherName(const KernelCoverage& kernel) {
+    const auto first = std::ranges::find_if(kernel.missing, isRenamed);
+    if (first == kernel.missing.end()) {
+        return false;
+    }
+    const auto count = std::ranges::count_if(kernel.missing, isRenamed);
+    const NearNet& net = *first->nearest;
+    findings_.add({net.file, net.line, Severity::Warning, "other-name",
+                   "net " + quotedName(net.net) + " of kernel " +
+                       quotedName(kernel.kernel->name()) + " has almost the name of its " +
+                       nameOf(*first) + furtherNames(count) +
+                       ": the last component must be hardware name " +
+                       quotedName(first->variable->hardwareName)});
     return true;
 }
 

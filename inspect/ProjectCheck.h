@@ -38,6 +38,7 @@ private:
     void findNearestNets();
     void reportCoverage(const KernelCoverage& kernel);
     bool reportOtherPath(const KernelCoverage& kernel);
+    bool reportOtherName(const KernelCoverage& kernel);
     void reportInstances(const KernelCoverage& kernel);
     void reportBare(const KernelCoverage& kernel);
     std::string hierarchyOf(const Kernel& kernel) const;

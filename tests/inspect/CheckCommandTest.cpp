@@ -191,6 +191,32 @@ TEST_F(CheckCommand, SaysWhichArgumentsAKernelTakesOver) {
                                  "before it in this file\n"));
 }
 
+TEST_F(CheckCommand, SaysThatTheFirstLocationsOfARunStay) {
+    const std::string other =
+        directory.write("other.ll", "Bit 1 0x9 0 DIE0 0 Net=top/k_1/v_reg[0]\n");
+    EXPECT_THAT(check({"-l", ll}).out, Not(HasSubstr("ignored")));
+    EXPECT_THAT(check({"-l", other}).out,
+                StartsWith(other + ": warning: locations of net \"/top/k_1/v_reg\" are ignored: "
+                                   "the database has others already, which stay\n"));
+}
+
+TEST_F(CheckCommand, SaysWhatIsRenamedBesideWhatIsNot) {
+    directory.write("k.hls", "RTL 1 s (x == 1)\nlocal v\nat: k.cpp:7\nend v_reg[1:0] 2\n"
+                             "local w\nend sum_reg 1\n");
+    directory.write("k.ll", "Bit 1 0x1 0 DIE0 0 Net=top/k_1/v_reg[0]\n"
+                            "Bit 1 0x1 1 DIE0 0 Net=top/k_1/sum_reg_0\n");
+    EXPECT_THAT(check().out,
+                HasSubstr(ll + ":2: warning: net \"/top/k_1/sum_reg_0\" of kernel \"k\" has almost "
+                               "the name of its variable \"w\": the last component must be "
+                               "hardware name \"sum_reg\"\n"));
+}
+
+TEST_F(CheckCommand, SaysThatNoNetHasANameOfTheKernel) {
+    directory.write("k.ll", "Bit 1 0x1 0 DIE0 0 Net=top/k_1/other[0]\n");
+    EXPECT_THAT(check().out, HasSubstr(ll + ": warning: no net has the name of an argument or "
+                                            "variable of kernel \"k\"\n"));
+}
+
 TEST_F(CheckCommand, SaysThatAReportHasNoTable) {
     EXPECT_THAT(check({"-r", directory.write("r", "a report\n")}).out,
                 HasSubstr("r: warning: no table of block RAMs is found: "));

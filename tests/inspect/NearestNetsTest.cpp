@@ -38,7 +38,7 @@ std::optional<NearNet> nearestIn(const std::vector<std::string>& nets) {
 }
 
 TEST(NearestNets, PreferTheNameUnderTheNearestPath) {
-    const auto nearest = nearestIn({"top/r/k_1/sum_reg_0", "a/sum_reg[0]", "top/r/k_2/sum_reg[1]",
+    const auto nearest = nearestIn({"top/r/k_2/sum_reg_0", "a/sum_reg[0]", "top/r/k_2/sum_reg[1]",
                                     "top/q/sum_reg", "top/r/k_3/sum_reg"});
     ASSERT_TRUE(nearest);
     EXPECT_EQ(nearest->net, "/top/r/k_2/sum_reg");
@@ -55,6 +55,34 @@ TEST(NearestNets, TakeANameAlikeElse) {
     EXPECT_FALSE(nearest->hasName);
     EXPECT_TRUE(nearest->isInKernel);
     EXPECT_EQ(nearestIn({"top/x/sum_rag"})->net, "/top/x/sum_rag");
+}
+
+TEST(NearestNets, PreferANameAlikeInAnInstance) {
+    for (const std::string net : {"top/r/k_1/sum_reg_0", "top/r/k_1/\\sum_reg",
+                                  "top/r/k_1/inst.sum_reg", "top.r.k_1.inst.sum_reg"}) {
+        const auto nearest = nearestIn({"top/r/sum_reg", net, "top/r/k_2/sum_reg"});
+        ASSERT_TRUE(nearest);
+        EXPECT_EQ(nearest->net, '/' + net);
+        EXPECT_FALSE(nearest->hasName);
+        EXPECT_TRUE(nearest->isInKernel);
+    }
+}
+
+TEST(NearestNets, LeaveNetsThatBelongToOtherNames) {
+    Kernel kernel;
+    kernel.addInstancePath("top/k_1");
+    kernel.addVariable("sum", "sum_reg", "int");
+    kernel.addVariable("sum2", "sum2_reg", "int");
+    kernel.addHardwareLocation("/top/k_1/sum2_reg", 0, 1, 0);
+    const std::vector<Kernel> kernels{kernel};
+    std::vector<KernelCoverage> coverage = coverageOf(kernels);
+    const TemporaryDirectory directory;
+    std::ostringstream err;
+    Progress progress(err, false);
+    NearestNets(coverage).read(
+        directory.write("top.ll", "Bit 1 0x1 0 DIE0 0 Net=top/k_1/sum2_reg\n"), progress);
+    ASSERT_EQ(coverage.at(0).missing.size(), 1U);
+    EXPECT_FALSE(coverage.at(0).missing.at(0).nearest);
 }
 
 TEST(NearestNets, TakeNothingFromNamesThatAreNotAlike) {
