@@ -11,6 +11,8 @@
 #include <rapidjson/writer.h>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace consolidator::inspect {
 
@@ -86,29 +88,42 @@ std::string nearestNet(const MissingName& missing) {
                                                   : " (other path)");
 }
 
-void addNames(const KernelCoverage& kernel, Table& table) {
+void addNames(const KernelCoverage& kernel, bool searchedNets, Table& table) {
+    const auto add = [&](std::string name, std::string hardwareName, std::string net) {
+        std::vector<std::string> cells{nameOf(*kernel.kernel), std::move(name),
+                                       std::move(hardwareName)};
+        if (searchedNets) {
+            cells.push_back(std::move(net));
+        }
+        table.add(std::move(cells));
+    };
     const std::size_t listed = std::min(kernel.missing.size(), mostNames);
     for (std::size_t i = 0; i < listed; ++i) {
         const MissingName& missing = kernel.missing[i];
-        table.add({nameOf(*kernel.kernel),
-                   (missing.isArgument ? "argument " : "variable ") +
-                       printable(missing.variable->sourceName),
-                   printable(missing.variable->hardwareName), nearestNet(missing)});
+        add((missing.isArgument ? "argument " : "variable ") +
+                printable(missing.variable->sourceName),
+            printable(missing.variable->hardwareName), nearestNet(missing));
     }
     if (listed < kernel.missing.size()) {
-        table.add({nameOf(*kernel.kernel),
-                   "and " + std::to_string(kernel.missing.size() - listed) + " more", "", ""});
+        add("and " + std::to_string(kernel.missing.size() - listed) + " more", "", "");
     }
 }
 
 void printMissing(const CheckReport& report, Console& console) {
-    Table table({{"kernel"}, {"name"}, {"hardware name"}, {"nearest net"}});
+    std::vector<Table::Column> columns{{"kernel"}, {"name"}, {"hardware name"}};
+    if (report.searchedNets) {
+        columns.push_back({"nearest net"});
+    }
+    Table table(columns);
     for (const KernelCoverage& kernel : report.coverage) {
-        addNames(kernel, table);
+        addNames(kernel, report.searchedNets, table);
     }
     if (!table.empty()) {
         console.out << '\n' << bold("Without a location", console.colour) << '\n';
         table.print(console.out, "  ", console.colour);
+        if (!report.searchedNets) {
+            console.out << "  no logic-location file was searched\n";
+        }
     }
 }
 
@@ -207,9 +222,7 @@ void printText(const CheckReport& report, Console& console) {
         console.out << counted(report.findings.dropped(), "more finding") << " not shown\n";
     }
     printCoverage(report, console);
-    if (report.searchedNets) {
-        printMissing(report, console);
-    }
+    printMissing(report, console);
     console.out << '\n'
                 << counted(report.findings.count(Severity::Error), "error") << ", "
                 << counted(report.findings.count(Severity::Warning), "warning") << ", "

@@ -32,6 +32,9 @@ struct CheckReport {
 ///       scale_rows  argument input  input_r        none
 ///
 ///     1 error, 0 warnings, 0 notes
+///
+/// Without logic-location files that could be searched, there is no column of nearest nets, and a
+/// line says so.
 void printText(const CheckReport& report, Console& console);
 
 /// As one JSON document, with a newline behind it; see docs/inspector.md.

@@ -238,6 +238,14 @@ TEST_F(CheckCommand, ColoursSeveritiesOnATerminal) {
     EXPECT_THAT(result.out, HasSubstr("\n\x1b[1mCoverage\x1b[0m\n"));
 }
 
+TEST_F(CheckCommand, ListsTheNamesWithoutALocationWhenItHasNowhereToLook) {
+    EXPECT_THAT(inspectRun({"check", "-h", hier, "-s", hls}).out,
+                HasSubstr("\nWithout a location\n"
+                          "  kernel  name        hardware name\n"
+                          "  k       variable v  v_reg\n"
+                          "  no logic-location file was searched\n"));
+}
+
 TEST_F(CheckCommand, ListsTheFirstOfManyNames) {
     std::string text = "RTL 1 s (x == 1)\nlocal v\nat: k.cpp:7\nend v_reg[1:0] 2\n";
     for (int i = 0; i < 21; ++i) {
