@@ -35,16 +35,19 @@ std::optional<std::size_t> distanceTo(std::string_view name, std::string_view co
     return nameDistance(name, component);
 }
 
-std::string withSlashes(std::string_view net) {
-    std::string result(net);
-    std::ranges::replace_if(
-        result, [](char c) { return otherSeparators.find(c) != std::string_view::npos; }, '/');
-    return result;
-}
-
 std::string_view withoutSlash(std::string_view path) {
     path.remove_prefix(path.starts_with('/') ? 1 : 0);
     return path;
+}
+
+std::vector<const Kernel*> kernelsMissingNames(const std::vector<KernelCoverage>& coverage) {
+    std::vector<const Kernel*> kernels;
+    for (const KernelCoverage& kernel : coverage) {
+        if (!kernel.missing.empty()) {
+            kernels.push_back(kernel.kernel);
+        }
+    }
+    return kernels;
 }
 
 std::size_t commonBeginning(std::string_view first, std::string_view second) {
@@ -54,7 +57,8 @@ std::size_t commonBeginning(std::string_view first, std::string_view second) {
 
 } // namespace
 
-NearestNets::NearestNets(std::vector<KernelCoverage>& coverage) {
+NearestNets::NearestNets(std::vector<KernelCoverage>& coverage)
+    : paths_(kernelsMissingNames(coverage), LLFile::longestLine) {
     for (KernelCoverage& kernel : coverage) {
         addBare(kernel);
         for (MissingName& missing : kernel.missing) {
@@ -115,6 +119,9 @@ void NearestNets::read(const std::string& path, Progress& progress) {
 }
 
 void NearestNets::offer(const Net& net) {
+    std::string name(1, '/');
+    name += net.name;
+    paths_.setNet(name);
     const auto sameName = byName_.find(net.lastComponent);
     if (sameName != byName_.end()) {
         for (Wanted& wanted : sameName->second) {
@@ -137,7 +144,7 @@ void NearestNets::offer(const Net& net) {
 void NearestNets::offerSameName(const Net& net, Wanted& wanted) {
     const std::vector<std::string>& paths = wanted.kernel->instancePaths();
     const std::string_view path = paths.empty() ? "" : withoutSlash(paths.front());
-    const bool isInKernel = isIn(*wanted.kernel, net.name);
+    const bool isInKernel = paths_.isIn(*wanted.kernel);
     const std::size_t score =
         (isInKernel ? sameNameInKernelScore : sameNameScore) + commonBeginning(net.name, path);
     if (score > wanted.score) {
@@ -170,8 +177,7 @@ void NearestNets::offerAlike(const Net& net, const Alike& alike) {
     if (alikeInKernelScore + likeness <= wanted.score) {
         return;
     }
-    const bool isInKernel =
-        isIn(*wanted.kernel, net.name) || isIn(*wanted.kernel, withSlashes(net.name));
+    const bool isInKernel = paths_.isNearlyIn(*wanted.kernel);
     const std::size_t score = likeness + (isInKernel ? alikeInKernelScore : 0);
     if (score > wanted.score) {
         wanted.score = score;
@@ -190,16 +196,6 @@ const NearestNets::Names* NearestNets::namesOf(const Kernel& kernel) {
         }
     }
     return &found->second;
-}
-
-bool NearestNets::isIn(const Kernel& kernel, std::string_view net) {
-    std::string full(1, '/');
-    full += net;
-    const auto& paths = kernel.instancePaths();
-    const auto end = paths.begin() + static_cast<std::ptrdiff_t>(std::min(mostPaths, paths.size()));
-    return std::any_of(paths.begin(), end, [&full](const std::string& path) {
-        return full.find(path) != std::string::npos;
-    });
 }
 
 std::string_view netOfLine(std::string_view line) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "inspect/Coverage.h"
+#include "inspect/FirstPaths.h"
 #include "inspect/InstanceFinder.h"
 #include "inspect/Progress.h"
 #include "model/KeyedHash.h"
@@ -46,7 +47,6 @@ public:
 private:
     static constexpr std::size_t mostOfAName = 32;
     static constexpr std::size_t mostAlike = 32;
-    static constexpr std::size_t mostPaths = 4;
     static constexpr std::size_t mostBare = 32;
 
     /// A name that a kernel misses, with the best net so far.
@@ -87,16 +87,16 @@ private:
     void addBare(KernelCoverage& kernel);
     void addWanted(MissingName& missing, const Kernel& kernel);
     void offer(const Net& net);
-    static void offerSameName(const Net& net, Wanted& wanted);
+    void offerSameName(const Net& net, Wanted& wanted);
     static void offerToBare(const Net& net, Bare& bare);
-    static void offerAlike(const Net& net, const Alike& alike);
-    static bool isIn(const Kernel& kernel, std::string_view net);
+    void offerAlike(const Net& net, const Alike& alike);
     const Names* namesOf(const Kernel& kernel);
 
     std::unordered_map<std::string_view, std::vector<Wanted>, Hash> byName_;
     std::unordered_map<const Kernel*, Names> names_;
     std::vector<Alike> alike_;
     std::deque<Bare> bare_;
+    FirstPaths paths_; ///< Of the kernels that miss names.
 };
 
 /// The net that a line of a logic-location file names, without its bit index; empty if none.
