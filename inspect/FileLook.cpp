@@ -52,6 +52,14 @@ Content contentOfXml(std::string_view head) {
     return contains(head, "<project") ? Content::KernelXml : Content::OtherXml;
 }
 
+/// Whether many bytes are none of a text. Texts may hold a few of them by mistake.
+bool isBinary(std::string_view head) {
+    const auto count = std::ranges::count_if(
+        head, [](char c) { return static_cast<unsigned char>(c) < ' ' && !isSpace(c); });
+    constexpr std::size_t few = 3;
+    return static_cast<std::size_t>(count) > std::max(few, head.size() / 32);
+}
+
 std::string headOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     std::string head(FileLook::longestHead, '\0');
@@ -69,6 +77,7 @@ Content contentOf(std::string_view head) {
     if (head.starts_with(utf8Mark)) {
         head.remove_prefix(utf8Mark.size());
     }
+    const bool binary = isBinary(head) && byteOrderMarkOf(head).empty();
     while (!head.empty() && isSpace(head.front())) {
         head.remove_prefix(1);
     }
@@ -83,7 +92,7 @@ Content contentOf(std::string_view head) {
         }
         head.remove_prefix(end + 1);
     }
-    return Content::Unknown;
+    return binary ? Content::Binary : Content::Unknown;
 }
 
 std::string_view describe(Content content) {
@@ -104,6 +113,8 @@ std::string_view describe(Content content) {
         return "an XML file of another kind";
     case Content::Database:
         return "a consolidated file";
+    case Content::Binary:
+        return "a binary file";
     case Content::Unknown:
         break;
     }
@@ -147,6 +158,7 @@ std::string_view optionFor(Content content) {
     case Content::Database:
         return "-f";
     case Content::OtherXml:
+    case Content::Binary:
     case Content::Unknown:
         break;
     }

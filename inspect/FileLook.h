@@ -22,6 +22,7 @@ enum class Content : std::uint8_t {
     RamReport,
     OtherXml,
     Database,
+    Binary, ///< None of the others, and no text.
 };
 
 /// Judges by words that only one kind of file has. `head` is the beginning of the file.

@@ -1,6 +1,7 @@
 #include "inspect/InputCheck.h"
 
 #include "inspect/ConditionCheck.h"
+#include "inspect/HlsLosses.h"
 #include "model/ConditionTranslation.h"
 #include "model/KeyedHash.h"
 #include "model/RAMFile.h"
@@ -204,7 +205,8 @@ void InputCheck::lookAtContent(InputKind kind) {
     }
     const Content content = contentOf(look_.head);
     const std::optional<Content> wanted = contentFor(kind);
-    if (content == Content::Unknown || content == wanted) {
+    if (content == Content::Unknown || content == wanted ||
+        (content == Content::Binary && !wanted)) {
         return;
     }
     std::string text = "looks like " + std::string(describe(content));
@@ -214,7 +216,8 @@ void InputCheck::lookAtContent(InputKind kind) {
     text += ", but is given with " + std::string(optionFor(kind));
     text += wanted ? " as " + std::string(describe(*wanted)) : " as DWARF";
     add(0, Severity::Warning, "wrong-kind", std::move(text));
-    isMistaken_ = true;
+    // XML that nobody knows may be meant: then the reader knows better what is wrong with it.
+    isMistaken_ = content != Content::OtherXml;
 }
 
 void InputCheck::lookAtText(InputKind kind) {
@@ -326,6 +329,9 @@ void InputCheck::reportKernels(InputKind kind, const InputFile& reader) {
     }
     const bool hasConditions = kind == InputKind::Hls || kind == InputKind::KernelXml;
     const KernelsByName known = hasConditions ? byName(database_.kernels()) : KernelsByName();
+    if (kind == InputKind::Hls) {
+        reportHlsLosses(dynamic_cast<const HLSFile&>(reader), path_, findings_);
+    }
     for (const Kernel& kernel : kernels) {
         const bool saysSo = kind == InputKind::Hierarchy || kind == InputKind::AuxiliaryXml;
         if (kernel.name().empty() && !saysSo) {

@@ -1,16 +1,45 @@
 #include "inspect/OldDatabase.h"
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 
 namespace consolidator::inspect {
 
+namespace {
+
+/// Why a run cannot write to what is at `path`; empty if it can.
+std::string writingFault(const std::string& path) {
+    return access(path.c_str(), W_OK) == 0 ? "" : std::strerror(errno);
+}
+
+/// The folder of a file that is to be made.
+std::string folderOf(const std::string& path) {
+    const std::string folder = std::filesystem::path(path).parent_path().string();
+    return folder.empty() ? "." : folder;
+}
+
+void reportUnwritable(const std::string& path, const std::string& fault, Findings& findings) {
+    findings.add({path, 0, Severity::Error, "not-writable",
+                  fault + ": a run cannot open it and does nothing"});
+}
+
+} // namespace
+
 bool OldDatabase::read(const std::string& path, const std::string& project, Findings& findings) {
     std::error_code error;
     if (!std::filesystem::exists(path, error) && !error) {
-        findings.add({path, 0, Severity::Note, "new-database", "does not exist: a run makes it"});
+        const std::string fault = writingFault(folderOf(path));
+        if (fault.empty()) {
+            findings.add(
+                {path, 0, Severity::Note, "new-database", "does not exist: a run makes it"});
+        } else {
+            reportUnwritable(path, "does not exist and cannot be made: " + fault, findings);
+        }
         return true;
     }
     const Database::Readable readable = database_.read(path);
@@ -20,6 +49,10 @@ bool OldDatabase::read(const std::string& path, const std::string& project, Find
         }
         reportUnusable(findings);
         return true;
+    }
+    const std::string fault = writingFault(path);
+    if (!fault.empty()) {
+        reportUnwritable(path, "cannot be written: " + fault, findings);
     }
     if (readable == Database::Readable::InPart) {
         findings.add({path, 0, Severity::Error, "damaged-database",

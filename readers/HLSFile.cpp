@@ -58,6 +58,10 @@ bool HLSFile::parse() {
         functions_.clear();
         return false;
     }
+    if (entries_.empty()) {
+        diagnostic_.remark(0, "no line begins with \"RTL\": the kernel has no variables and no "
+                              "source lines (lines that begin with a blank or a tab are skipped)");
+    }
     Kernel kernel;
     kernel.setName(kernelName());
     convertEntries(kernel);

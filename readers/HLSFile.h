@@ -41,25 +41,10 @@ public:
     /// The most characters that a line may have.
     static constexpr std::size_t longestLine = 1022;
 
-    using InputFile::InputFile;
-
-    /// Appends one kernel, without a type, with a condition for each entry that counts and with the
-    /// entries' variables. Fails, always in silence, when the file is not open or cannot be read,
-    /// on a line that is not accepted or too long, on a variable or source line before the first
-    /// entry, and on functions that do not end or end without having begun.
-    bool parse() override;
-
-private:
     /// A register as the file names it: NAME[HIGH:LOW].
     struct Register {
         std::string_view name;
         std::uint32_t width;
-    };
-
-    /// A "Begin Function" line.
-    struct Function {
-        std::string name;
-        std::uint64_t lineNumber;
     };
 
     /// One local variable and the register that holds it.
@@ -78,6 +63,24 @@ private:
         std::vector<std::string> files;
         std::vector<std::uint32_t> lines; ///< The n-th belongs to the n-th file.
         std::vector<HlsVariable> variables;
+    };
+
+    using InputFile::InputFile;
+
+    /// Appends one kernel, without a type, with a condition for each entry that counts and with the
+    /// entries' variables. Fails, always in silence, when the file is not open or cannot be read,
+    /// on a line that is not accepted or too long, on a variable or source line before the first
+    /// entry, and on functions that do not end or end without having begun.
+    bool parse() override;
+
+    /// All entries of the file, those included that do not count: what the kernel lacks is there.
+    const std::deque<RtlEntry>& entries() const { return entries_; }
+
+private:
+    /// A "Begin Function" line.
+    struct Function {
+        std::string name;
+        std::uint64_t lineNumber;
     };
 
     static Register registerRange(std::string_view word);

@@ -143,6 +143,10 @@ void HierarchyFile::readType(std::string& word) {
 }
 
 void HierarchyFile::beginKernel(const std::string& name) {
+    if (name == "instance:") {
+        diagnostic_.remark(wordLine_, "\"instance:\" is taken for the name of a kernel; is "
+                                      "\"instance path:\" meant?");
+    }
     if (!current_.name().empty()) {
         appendCurrent();
     }

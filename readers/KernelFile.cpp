@@ -13,8 +13,8 @@ namespace consolidator {
 
 bool KernelFile::parse() {
     try {
-        std::vector<Kernel> kernels =
-            KernelOutline(reservedWords_).read(stream_, fileName_.value_or("document"));
+        std::vector<Kernel> kernels = KernelOutline(reservedWords_, diagnostic_)
+                                          .read(stream_, fileName_.value_or("document"));
         std::ranges::move(kernels, std::back_inserter(kernels_));
         return true;
     } catch (const lmx60::c_lmx_reader_exception& exception) {

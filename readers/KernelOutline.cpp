@@ -66,8 +66,8 @@ const ElementKind& KernelOutline::argumentKind() {
     return table;
 }
 
-KernelOutline::KernelOutline(const HdlReservedWords& reservedWords)
-    : reservedWords_(reservedWords) {}
+KernelOutline::KernelOutline(const HdlReservedWords& reservedWords, Diagnostic& diagnostic)
+    : reservedWords_(reservedWords), diagnostic_(diagnostic) {}
 
 std::vector<Kernel> KernelOutline::read(std::istream& stream, const std::string& documentName) {
     lmx60::readDocument(stream, documentName, "project", projectKind(), this);
@@ -85,9 +85,34 @@ void KernelOutline::addArgument() {
     kernel_.addArgument(source, port, argumentType_.value);
     if (kernel_.arguments().size() > before) {
         ownBytes_ += bytesPerArgument + source.size() + port.size() + argumentType_.value.size();
+    } else {
+        remarkOnRepeat(source);
     }
     argumentName_ = {};
     argumentType_ = {};
+}
+
+void KernelOutline::remarkOnRepeat(std::string_view source) {
+    for (const Variable& known : kernel_.arguments()) {
+        if (comparisonsLeft_ == 0) {
+            return;
+        }
+        --comparisonsLeft_;
+        if (known.sourceName != source) {
+            continue;
+        }
+        const bool isRenamed = known.hardwareName != argumentName_.value;
+        if (isRenamed || known.typeText != argumentType_.value) {
+            diagnostic_.remark(0, "argument " + quoted(source) + " of kernel " +
+                                      quoted(kernelName_.value) + " is passed over: " +
+                                      (isRenamed ? "hardware name " + quoted(argumentName_.value) +
+                                                       " here, " + quoted(known.hardwareName)
+                                                 : "type " + quoted(argumentType_.value) +
+                                                       " here, " + quoted(known.typeText)) +
+                                      " before, and the first one counts");
+        }
+        return;
+    }
 }
 
 void KernelOutline::addKernel() {

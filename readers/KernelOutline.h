@@ -1,13 +1,16 @@
 // What the kernel description reader takes of its document, while the document streams by.
 #pragma once
 
+#include "consolidated/Diagnostic.h"
 #include "model/Kernel.h"
 #include "readers/HdlReservedWords.h"
 #include "shared/schemas/Binding.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <istream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace consolidator {
@@ -21,8 +24,14 @@ public:
     static constexpr std::uint64_t mostCarried = std::uint64_t{256} << 20U;
     static constexpr std::uint64_t bytesPerArgument = 128;
 
-    /// `reservedWords` gives arguments their source names and must outlive this object.
-    explicit KernelOutline(const HdlReservedWords& reservedWords);
+    /// So many arguments may be looked at to tell how one that is passed over differs from the one
+    /// before it: a document full of repeats takes no longer.
+    static constexpr std::size_t mostComparisons = 100000;
+
+    /// `reservedWords` gives arguments their source names. Arguments that are passed over although
+    /// they are not the same as before make a remark in `diagnostic`. Both must outlive this
+    /// object.
+    KernelOutline(const HdlReservedWords& reservedWords, Diagnostic& diagnostic);
 
     /// Reads a document to its end and returns its kernels. An object is for one document only.
     /// Throws lmx60::c_lmx_exception when the document cannot be read or asks for more than
@@ -39,10 +48,13 @@ private:
     static const lmx60::ElementKind& argumentKind();
 
     void addArgument();
+    void remarkOnRepeat(std::string_view source);
     void addKernel();
     void keepCopy();
 
     const HdlReservedWords& reservedWords_;
+    Diagnostic& diagnostic_;
+    std::size_t comparisonsLeft_ = mostComparisons;
     std::vector<Kernel> kernels_;
     std::uint64_t carried_ = 0; ///< What `kernels_` have taken over.
 

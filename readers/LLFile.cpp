@@ -71,6 +71,13 @@ bool LLFile::parse() {
                                              : "the first of " + std::to_string(strangers_) +
                                                    " lines whose net belongs to no kernel");
     }
+    if (lostNets_ > 0) {
+        diagnostic_.remark(firstLostNet_,
+                           (lostNets_ == 1 ? ""
+                                           : "the first of " + std::to_string(lostNets_) +
+                                                 " lines without a net: ") +
+                               std::string("a blank stands behind \"Net=\""));
+    }
     return readToItsEnd;
 }
 
@@ -81,6 +88,10 @@ bool LLFile::readLines() {
         lineNumber_ = line();
         if (!takeUsualLines()) {
             const std::string text(readLine(buffer));
+            if (stream_.eof()) { // it takes usual lines only up to their newlines
+                diagnostic_.remark(
+                    lineNumber_, "the last line has no newline at its end: was the file cut off?");
+            }
             if (!stream_.bad() && !handleLine(text)) {
                 return false;
             }
@@ -163,7 +174,10 @@ bool LLFile::handleLine(const std::string& text) {
     const std::optional<BitLine> bit = BitLine::read(text);
     if (!bit) {
         diagnostic_.remark(lineNumber_, "the numbers of the line cannot be read");
-    } else if (bit->hasNet) {
+    } else if (!bit->hasNet) {
+        noteLostNet(text, net);
+    } else {
+        remarkOnOddIndex(*bit, text);
         bytesWithNets_ += text.size();
         add({*bit, lineNumber_, bytesWithNets_});
     }
@@ -319,6 +333,28 @@ bool LLFile::mayLeaveEmpty(const NetLine& line, std::uint32_t emptyBits) {
 void LLFile::noteStranger(std::uint64_t lineNumber) {
     firstStranger_ = strangers_ == 0 ? lineNumber : std::min(firstStranger_, lineNumber);
     ++strangers_;
+}
+
+void LLFile::noteLostNet(std::string_view text, std::size_t net) {
+    std::string_view behind = text.substr(net + netPrefix.size());
+    if (!behind.empty() && isSpace(behind.front()) && !takeWord(behind).empty()) {
+        firstLostNet_ = lostNets_ == 0 ? lineNumber_ : firstLostNet_;
+        ++lostNets_;
+    }
+}
+
+void LLFile::remarkOnOddIndex(const BitLine& bit, std::string_view text) {
+    text.remove_prefix(static_cast<std::size_t>(bit.net.data() - text.data()) + bit.net.size());
+    if (!text.starts_with('[')) {
+        return;
+    }
+    text.remove_prefix(1);
+    const std::string_view index = text.substr(0, text.find(']'));
+    if (index.empty() || index.find_first_not_of("0123456789") != std::string_view::npos) {
+        diagnostic_.remark(lineNumber_, "bit index " + quoted(index) +
+                                            " is no number and is read as " +
+                                            std::to_string(bit.number));
+    }
 }
 
 void LLFile::remarkOnSkipped(const NetLine& line, const std::string& reason) {

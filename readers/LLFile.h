@@ -119,6 +119,8 @@ private:
 
     void payFor(const NetLine& line);
     void noteStranger(std::uint64_t lineNumber);
+    void noteLostNet(std::string_view text, std::size_t net);
+    void remarkOnOddIndex(const BitLine& bit, std::string_view text);
     void remarkOnSkipped(const NetLine& line, const std::string& reason);
 
     const std::vector<Kernel>* project_ = nullptr; ///< Null when the base's kernels are it.
@@ -134,6 +136,8 @@ private:
     std::uint64_t paidBytes_ = 0;     ///< So many of them are in the budget.
     std::uint64_t strangers_ = 0;     ///< Lines whose net belongs to no kernel.
     std::uint64_t firstStranger_ = 0;
+    std::uint64_t lostNets_ = 0; ///< Lines with a blank behind "Net=".
+    std::uint64_t firstLostNet_ = 0;
 
     /// Usual lines that are added together, which is quicker.
     std::array<NetLine, mostWaiting> waiting_;

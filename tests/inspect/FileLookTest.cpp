@@ -28,7 +28,7 @@ TEST(FileLook, KnowsTheFilesOfTheExampleProject) {
     EXPECT_EQ(contentOfExample("checksum_auxiliary.xml"), Content::AuxiliaryXml);
     EXPECT_EQ(contentOfExample("top.ll"), Content::LogicLocations);
     EXPECT_EQ(contentOfExample("ram_utilization.rpt"), Content::RamReport);
-    EXPECT_EQ(contentOfExample("program.dwarf"), Content::Unknown);
+    EXPECT_EQ(contentOfExample("program.dwarf"), Content::Binary);
 }
 
 TEST(FileLook, JudgesByTheFirstLineThatOnlyOneKindHas) {
@@ -40,6 +40,19 @@ TEST(FileLook, JudgesByTheFirstLineThatOnlyOneKindHas) {
     EXPECT_EQ(contentOf("RTL 1 s (x)"), Content::Hls);
     EXPECT_EQ(contentOf("\xEF\xBB\xBF<?xml version=\"1.0\"?><component/>"), Content::OtherXml);
     EXPECT_EQ(contentOf("\xD4\xDA\xEF\xBE"), Content::Database);
+}
+
+TEST(FileLook, KnowsBinaryFiles) {
+    EXPECT_EQ(contentOf(std::string("\x7F"
+                                    "ELF\x02\x01\x01\0\0\0\0\0",
+                                    12)),
+              Content::Binary);
+    EXPECT_EQ(contentOf(std::string("\xFF\xFE"
+                                    "a\0b\0c\0d\0e\0",
+                                    12)),
+              Content::Unknown);                                         // a text
+    EXPECT_EQ(contentOf(std::string("a\0b\0c\0", 6)), Content::Unknown); // as many as may be
+    EXPECT_EQ(contentOf("\xFF\xFF\xFF\xFF\xFF"), Content::Unknown);
 }
 
 TEST(FileLook, KnowsCompressedFiles) {

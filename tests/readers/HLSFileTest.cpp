@@ -741,6 +741,19 @@ TEST(HLSFile, RemarksOnEntriesThatArePassedOver) {
             Remark{10, "an entry for source line 7 came before; this one is passed over", true}));
 }
 
+TEST(HLSFile, RemarksOnAFileWithoutEntries) {
+    for (const char* text :
+         {"", " RTL 1 s (x)\n", "Begin Function f\n\tRTL 1 s (x)\nEnd Function f\n"}) {
+        EXPECT_THAT(
+            remarksOn(text),
+            ElementsAre(Remark{0, "no line begins with \"RTL\": the kernel has no variables "
+                                  "and no source lines (lines that begin with a blank or a "
+                                  "tab are skipped)"}))
+            << text;
+    }
+    EXPECT_THAT(remarksOn(entryAt("f:7")), IsEmpty());
+}
+
 // Damaged and large files
 
 TEST(HLSFile, RefusesThoseBeginningsOfAFileThatLeaveItsFunctionOpen) {

@@ -680,6 +680,13 @@ TEST(HierarchyFile, RemarksOnWhatIsNotWhatItSeems) {
                 ElementsAre(Remark{0, "the file holds no word; a kernel without a name is made"}));
 }
 
+TEST(HierarchyFile, RemarksOnAnInstanceThatIsTakenForAKernel) {
+    EXPECT_THAT(
+        remarksOn("k\ninstance: top/k_1\ntype: c\n"),
+        ElementsAre(Diagnostic::Remark{2, "\"instance:\" is taken for the name of a kernel; "
+                                          "is \"instance path:\" meant?"}));
+}
+
 TEST(HierarchyFile, RemarksOnNothingInAPlainFile) {
     for (const char* text : {"k", "k type: hls\n", "k\n# end\n", "k instance path: top/k", "#",
                              "version: 1.0\n", "k instance path: path:\n"}) {

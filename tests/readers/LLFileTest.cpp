@@ -841,6 +841,37 @@ TEST(LLFile, DoesNotLookAtTheNumbersOfALineWithoutANet) {
     EXPECT_THAT(remarksOn("Bit 1\nBit x\nBit\nBit 1 0x 64 DIE0 0\n"), IsEmpty());
 }
 
+TEST(LLFile, RemarksOnALastLineWithoutANewline) {
+    for (const std::string& last : {std::string("Bit 1 0x1 1 DIE0 0 Net=top/k_1/state_r"),
+                                    std::string("; comment"), std::string("Bit")}) {
+        EXPECT_THAT(remarksOn(usualLine + last),
+                    ElementsAre(remarkAt(2, "no newline at its end: was the file cut off?")))
+            << last;
+    }
+    EXPECT_THAT(remarksOn(usualLine + " \t"), IsEmpty());
+    EXPECT_THAT(remarksOn(""), IsEmpty());
+}
+
+TEST(LLFile, RemarksOnceOnBlanksInFrontOfNets) {
+    const std::string line = "Bit 1 0x1 1 DIE0 0 Net= top/k_1/state_r\n";
+    EXPECT_THAT(remarksOn(usualLine + line + usualLine + line),
+                ElementsAre(remarkAt(2, "the first of 2 lines without a net: a blank stands "
+                                        "behind \"Net=\"")));
+    EXPECT_THAT(remarksOn(line),
+                ElementsAre(Diagnostic::Remark{1, "a blank stands behind \"Net=\""}));
+    EXPECT_THAT(remarksOn("Bit 1 0x1 1 DIE0 0 Net= \nBit 1 0x1 1 DIE0 0 Net=\n"), IsEmpty());
+}
+
+TEST(LLFile, RemarksOnBitIndicesThatAreNoNumbers) {
+    EXPECT_THAT(
+        remarksOn(bitOf("top/k_1/state_r[a]") + bitOf("top/k_1/state_r[3:1]") +
+                  bitOf("top/k_1/state_r[]")),
+        ElementsAre(Diagnostic::Remark{1, "bit index \"a\" is no number and is read as 0"},
+                    Diagnostic::Remark{2, "bit index \"3:1\" is no number and is read as 3"},
+                    Diagnostic::Remark{3, "bit index \"\" is no number and is read as 0"}));
+    EXPECT_THAT(remarksOn(bitOf("top/k_1/state_r[007]")), IsEmpty());
+}
+
 TEST(LLFile, RemarksOnceOnNetsThatBelongToNoKernel) {
     EXPECT_THAT(remarksOn(usualLine + bitOf("top/k_2/state_r") + bitOf("top/k_1/other") +
                           bitOf("top/k_2/state_r[4294967295]")),
