@@ -17,10 +17,10 @@ std::string writingFault(const std::string& path) {
     return access(path.c_str(), W_OK) == 0 ? "" : std::strerror(errno);
 }
 
-/// The folder of a file that is to be made.
+/// The folder of a file that is to be made, with a "/" behind it, so that a file is none.
 std::string folderOf(const std::string& path) {
     const std::string folder = std::filesystem::path(path).parent_path().string();
-    return folder.empty() ? "." : folder;
+    return folder.empty() ? "./" : folder + '/';
 }
 
 void reportUnwritable(const std::string& path, const std::string& fault, Findings& findings) {

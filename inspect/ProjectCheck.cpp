@@ -2,6 +2,7 @@
 
 #include "inspect/NameDistance.h"
 #include "inspect/NearestNets.h"
+#include "inspect/RepeatedBits.h"
 
 #include <algorithm>
 #include <optional>
@@ -48,6 +49,7 @@ void ProjectCheck::run() {
     if (inputs_.readLogicLocations().empty()) {
         return;
     }
+    reportRepeatedBits(database_.kernels(), inputs_.readLogicLocations(), findings_, progress_);
     findNearestNets();
     for (const KernelCoverage& kernel : coverage_) {
         reportCoverage(kernel);
