@@ -195,11 +195,19 @@ bool hasCarriageReturns(std::string_view head) {
     return newline != std::string_view::npos && newline > 0 && head[newline - 1] == '\r';
 }
 
+std::string wholePathOf(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path whole = std::filesystem::canonical(path, error);
+    return error ? path : whole.string();
+}
+
 FileLook FileLook::at(const std::string& path) {
     FileLook look;
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(path, error);
     look.isFolder = std::filesystem::is_directory(status);
+    look.isEmptyDevice =
+        std::filesystem::is_character_file(status) && wholePathOf(path) == "/dev/null";
     look.isRegular = std::filesystem::is_regular_file(status);
     if (look.isRegular) {
         const std::uintmax_t size = std::filesystem::file_size(path, error);

@@ -47,15 +47,20 @@ std::string_view byteOrderMarkOf(std::string_view head);
 /// Whether the first line ends with a carriage return and a newline.
 bool hasCarriageReturns(std::string_view head);
 
+/// The path in the one form in which all paths of a file are the same, if there is such a file;
+/// else as it is.
+std::string wholePathOf(const std::string& path);
+
 /// One look at a file.
 struct FileLook {
     /// So much of the beginning is looked at: more than the comments in front of a file take.
     static constexpr std::size_t longestHead = 65536;
 
     bool isFolder = false;
-    bool isRegular = false; ///< It can be read more than once, unlike a pipe.
-    std::uint64_t size = 0; ///< Of a regular file.
-    std::string head;       ///< Of a regular file.
+    bool isEmptyDevice = false; ///< It is the null device.
+    bool isRegular = false;     ///< It can be read more than once, unlike a pipe.
+    std::uint64_t size = 0;     ///< Of a regular file.
+    std::string head;           ///< Of a regular file.
 
     /// Looks at the file at `path`; one that is missing or cannot be read shows as nothing at all.
     static FileLook at(const std::string& path);

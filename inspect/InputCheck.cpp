@@ -174,7 +174,7 @@ void InputCheck::beforeReading(InputKind kind, const std::string& path, InputFil
     isMistaken_ = false;
     look_ = FileLook::at(path);
     logicLocationCount_ += kind == InputKind::LogicLocations ? 1 : 0;
-    if (!given_.insert(std::string(optionFor(kind)) + path).second) {
+    if (!given_.insert(std::string(optionFor(kind)) + wholePathOf(path)).second) {
         add(0, Severity::Warning, "given-twice", "is given twice");
     }
     if (wasOpened_) {
@@ -185,7 +185,7 @@ void InputCheck::beforeReading(InputKind kind, const std::string& path, InputFil
 }
 
 void InputCheck::lookAtFile(InputKind kind) {
-    if (look_.isRegular && look_.size == 0) {
+    if ((look_.isRegular && look_.size == 0) || look_.isEmptyDevice) {
         add(0, Severity::Warning, "empty", "is empty");
     }
     lookAtContent(kind);

@@ -86,6 +86,20 @@ TEST(FileLook, TellsFoldersAndMissingFiles) {
     EXPECT_EQ(look.head, std::string(FileLook::longestHead, 'x'));
 }
 
+TEST(FileLook, TellsTheNullDevice) {
+    const TemporaryDirectory directory;
+    EXPECT_TRUE(FileLook::at("/dev/null").isEmptyDevice);
+    EXPECT_FALSE(FileLook::at("/dev/zero").isEmptyDevice);
+    EXPECT_FALSE(FileLook::at(directory.write("a", "")).isEmptyDevice);
+}
+
+TEST(FileLook, MakesPathsOfOneFileTheSame) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("a", "");
+    EXPECT_EQ(wholePathOf(directory.path("./a")), wholePathOf(path));
+    EXPECT_EQ(wholePathOf("no/such/../file"), "no/such/../file");
+}
+
 TEST(FileLook, NamesTheOptions) {
     EXPECT_EQ(optionFor(InputKind::Dwarf), "-d");
     EXPECT_EQ(optionFor(InputKind::RamReport), "-r");

@@ -487,6 +487,47 @@ TEST(KernelFile, RefusesAWholeDocumentBehindWhichReadingFails) {
     EXPECT_THAT(outcome.stop().text, HasSubstr("cannot be read"));
 }
 
+// Explanations
+
+/// A document with these elements in its core.
+std::string documentWith(const std::string& kernels) {
+    return "<project><platform><device><core>" + kernels + "</core></device></platform></project>";
+}
+
+TEST(KernelFile, RemarksOnArgumentsThatComeTwiceAndDiffer) {
+    using Remark = Diagnostic::Remark;
+    EXPECT_THAT(
+        readDocument(
+            documentWith("<kernel name='k'><arg name='a' type='int'/><arg name='b' type='int'/>"
+                         "<arg name='a' type='float'/><arg name='b' type='int'/></kernel>"
+                         "<kernel name='m'><arg name='b' type='char'/></kernel>"))
+            .diagnostic.remarks(),
+        ElementsAre(Remark{0, "argument \"a\" of kernel \"k\" is passed over: type "
+                              "\"float\" here, \"int\" before, and the first one counts"},
+                    Remark{0, "argument \"b\" of kernel \"m\" is passed over: type "
+                              "\"char\" here, \"int\" before, and the first one counts"}));
+    EXPECT_THAT(readDocument(documentWith("<kernel name='k'><arg name='input' type='int'/>"
+                                          "<arg name='input_r' type='int'/></kernel>"))
+                    .diagnostic.remarks(),
+                ElementsAre(Remark{0, "argument \"input\" of kernel \"k\" is passed over: hardware "
+                                      "name \"input_r\" here, \"input\" before, and the first one "
+                                      "counts"}));
+}
+
+TEST(KernelFile, DoesNotCompareArgumentsWithoutEnd) {
+    std::string arguments;
+    for (int i = 0; i < 1000; ++i) {
+        arguments += "<arg name='a" + std::to_string(i) + "' type='int'/>";
+    }
+    // The last of a thousand: a thousand comparisons each time.
+    for (int i = 0; i < 200; ++i) {
+        arguments += "<arg name='a999' type='float'/>";
+    }
+    const Outcome outcome =
+        readDocument(documentWith("<kernel name='k'>" + arguments + "</kernel>"));
+    EXPECT_EQ(outcome.diagnostic.remarkCount(), 100U);
+}
+
 // In a project
 
 TEST_F(KernelFiles, AddNothingNewToAProjectTheSecondTime) {
