@@ -60,8 +60,12 @@ Database::Readable Database::read(const std::string& path) {
 
 std::string openingFault(const std::string& path) {
     std::error_code error;
-    if (std::filesystem::is_directory(path, error)) {
+    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    if (std::filesystem::is_directory(status)) {
         return "is a folder";
+    }
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+        return "is no regular file"; // and cannot be read at any place, as a pipe cannot
     }
     errno = 0;
     const std::ifstream file(path, std::ios::binary);

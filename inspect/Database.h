@@ -49,7 +49,8 @@ private:
     std::unique_ptr<ConsolidatedFile> content_ = std::make_unique<ConsolidatedFile>();
 };
 
-/// Why the file cannot be opened for reading, in words as of fault(); empty if it can be.
+/// Why the file cannot be opened for reading at any place of it, in words as of fault(); empty if
+/// it can be.
 std::string openingFault(const std::string& path);
 
 } // namespace consolidator::inspect
