@@ -145,13 +145,14 @@ private:
     std::vector<Run> runs_;
 };
 
-/// A check for the command line: the complaint about a text that is no number up to the largest.
+/// A check for the command line: the complaint about a text that is no number up to the largest,
+/// to be made printable with all that is said of a command line.
 std::function<std::string(const std::string&)> numberUpTo(std::uint64_t largest) {
     return [largest](const std::string& text) {
         const std::optional<std::uint64_t> number = parsedNumber(text);
         return number && *number <= largest
                    ? std::string()
-                   : '"' + printable(text) + "\" is no number up to " + std::to_string(largest) +
+                   : '"' + text + "\" is no number up to " + std::to_string(largest) +
                          " in decimal, or behind 0x in hexadecimal digits";
     };
 }

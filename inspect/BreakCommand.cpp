@@ -5,6 +5,7 @@
 #include "inspect/Printable.h"
 #include "inspect/Style.h"
 #include "inspect/Table.h"
+#include "inspect/UsageError.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -125,6 +126,11 @@ Status BreakCommand::show(const Database& database, Console& console) {
     if (!isFirst) {
         return Status::Fine;
     }
+    if (const auto text = place.mistakenLine(); text && stops.empty()) {
+        return usageError(console, "break",
+                          '"' + printable(*text) + "\" is no line number up to " +
+                              std::to_string(std::numeric_limits<std::uint32_t>::max()));
+    }
     const std::string start = printable(database.path()) + ": error: ";
     forEachFile(stops, [&](std::span<const Stop> ofFile) {
         console.err << start << "no kernel can be stopped at " << printable(ofFile.front().file())
@@ -141,15 +147,26 @@ Status BreakCommand::show(const Database& database, Console& console) {
 
 SourcePlace::SourcePlace(std::string_view text) : file(text) {
     const std::size_t colon = text.rfind(':');
-    if (colon == std::string_view::npos || colon + 1 == text.size() ||
-        text.find_first_not_of("0123456789", colon + 1) != std::string_view::npos) {
+    if (colon == std::string_view::npos) {
         return;
     }
     const std::string_view digits = text.substr(colon + 1);
     std::uint32_t number = 0;
-    const auto error = std::from_chars(digits.data(), digits.data() + digits.size(), number).ec;
-    line = error == std::errc() ? number : std::numeric_limits<std::uint32_t>::max();
-    file.resize(colon);
+    const char* const end = digits.data() + digits.size();
+    const auto result = std::from_chars(digits.data(), end, number);
+    if (result.ec == std::errc() && result.ptr == end) {
+        line = number;
+        file.resize(colon);
+    }
+}
+
+std::optional<std::string> SourcePlace::mistakenLine() const {
+    const std::size_t colon = file.rfind(':');
+    if (line || colon == std::string::npos ||
+        file.find_first_of("/\\", colon) != std::string::npos) {
+        return std::nullopt;
+    }
+    return file.substr(colon + 1);
 }
 
 } // namespace consolidator::inspect

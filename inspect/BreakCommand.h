@@ -6,6 +6,7 @@
 //
 // FILE is the whole path of a source file, as the database has it, or its end behind a "/". If it
 // is the end of several, each has a part. "$i" in a condition stands for the path of an instance.
+// What follows a ":" and is no line number is refused, unless there is a file of that whole name.
 #pragma once
 
 #include "inspect/DatabaseCommand.h"
@@ -31,12 +32,16 @@ private:
     std::string place_;
 };
 
-/// FILE[:LINE] in its two parts. A last ":" belongs to the file unless only digits follow it.
+/// FILE[:LINE] in its two parts. A last ":" belongs to the file unless a line number follows it.
 struct SourcePlace {
     explicit SourcePlace(std::string_view text);
 
+    /// What stands behind the last ":" of the file and may have been meant as a line number.
+    /// Nothing if that is a part of a path.
+    std::optional<std::string> mistakenLine() const;
+
     std::string file;
-    std::optional<std::uint32_t> line; ///< The largest number for those beyond it.
+    std::optional<std::uint32_t> line;
 };
 
 } // namespace consolidator::inspect

@@ -1,6 +1,7 @@
 #include "inspect/DatabaseCommand.h"
 
 #include "inspect/Printable.h"
+#include "inspect/UsageError.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -22,7 +23,9 @@ std::optional<Database> readDatabase(const std::string& path, Console& console) 
 }
 
 DatabaseCommand::DatabaseCommand(CLI::App& command) {
-    command.add_option("DB", path_, "The consolidated file to look into")->required();
+    command.add_option("DB", path_, "The consolidated file to look into")
+        ->required()
+        ->check(emptyNameFault);
 }
 
 Status DatabaseCommand::run(Console& console) {

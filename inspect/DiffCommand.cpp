@@ -7,6 +7,7 @@
 #include "inspect/ListMatch.h"
 #include "inspect/Numbers.h"
 #include "inspect/Printable.h"
+#include "inspect/UsageError.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -112,8 +113,12 @@ void compareKernels(const std::vector<Kernel>& before, const std::vector<Kernel>
 DiffCommand::DiffCommand(CLI::App& commandLine) {
     CLI::App* command =
         commandLine.add_subcommand("diff", "Show what differs between two databases");
-    command->add_option("DB1", before_, "The consolidated file to begin with")->required();
-    command->add_option("DB2", after_, "The one that it is compared with")->required();
+    command->add_option("DB1", before_, "The consolidated file to begin with")
+        ->required()
+        ->check(emptyNameFault);
+    command->add_option("DB2", after_, "The one that it is compared with")
+        ->required()
+        ->check(emptyNameFault);
 }
 
 Status DiffCommand::run(Console& console) {

@@ -6,6 +6,7 @@
 #include "inspect/NamePattern.h"
 #include "inspect/Printable.h"
 #include "inspect/Style.h"
+#include "inspect/UsageError.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -155,9 +156,8 @@ Status FindCommand::show(const Database& database, Console& console) {
                               isRegex_ ? NamePattern::Kind::Regex : NamePattern::Kind::Glob);
     const auto quoted = [this] { return '"' + printable(pattern_) + '"'; };
     if (!pattern.fault().empty()) {
-        console.err << "consolidator-inspect: error: pattern " << quoted()
-                    << " cannot be understood: " << pattern.fault() << '\n';
-        return Status::Unreadable;
+        return usageError(console, "find",
+                          "pattern " + quoted() + " cannot be understood: " + pattern.fault());
     }
     bool isFirst = true;
     for (const Kernel& kernel : database.kernels()) {

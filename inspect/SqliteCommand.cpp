@@ -3,6 +3,7 @@
 #include "inspect/PendingFile.h"
 #include "inspect/Printable.h"
 #include "inspect/SqliteExport.h"
+#include "inspect/UsageError.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
@@ -55,7 +56,9 @@ SqliteCommand::SqliteCommand(CLI::App& commandLine)
     : DatabaseCommand(
           *commandLine.add_subcommand("sqlite", "Write the content into an SQLite database")) {
     CLI::App& command = *commandLine.get_subcommand("sqlite");
-    command.add_option("OUT", output_, "The SQLite database to make")->required();
+    command.add_option("OUT", output_, "The SQLite database to make")
+        ->required()
+        ->check(emptyNameFault);
     command.add_flag("--force", force_, "Replace the file if it exists");
 }
 

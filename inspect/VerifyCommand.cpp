@@ -5,6 +5,7 @@
 #include "inspect/Numbers.h"
 #include "inspect/Printable.h"
 #include "inspect/Style.h"
+#include "inspect/UsageError.h"
 
 #include <CLI/CLI.hpp>
 #include <ostream>
@@ -62,7 +63,9 @@ void print(const Faults& faults, const std::string& path, Console& console) {
 VerifyCommand::VerifyCommand(CLI::App& commandLine) {
     CLI::App* command =
         commandLine.add_subcommand("verify", "Check strictly whether a database is in order");
-    command->add_option("DB", path_, "The consolidated file to check")->required();
+    command->add_option("DB", path_, "The consolidated file to check")
+        ->required()
+        ->check(emptyNameFault);
 }
 
 Status VerifyCommand::run(Console& console) {

@@ -3,7 +3,9 @@
 #include "driver/Process.h"
 #include "inspect/Inspector.h"
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <iostream>
 #include <new>
@@ -31,14 +33,17 @@ int main(int argc, char** argv) {
         const int status = inspect::inspect(argc, argv, console);
         std::cout.flush();
         if (!std::cout) {
-            std::cerr << "consolidator-inspect: standard output cannot be written" << std::endl;
+            // Whatever failed before, files are looked for before anything is written.
+            const int reason = errno;
+            std::cerr << "consolidator-inspect: error: standard output cannot be written: "
+                      << std::strerror(reason) << std::endl;
             return unreadable;
         }
         return status;
     } catch (const std::bad_alloc&) {
         endForLackOfMemory();
     } catch (const std::exception& error) {
-        std::cerr << "consolidator-inspect: " << error.what() << std::endl;
+        std::cerr << "consolidator-inspect: error: " << error.what() << std::endl;
         return unreadable;
     }
 }

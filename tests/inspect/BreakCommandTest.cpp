@@ -115,6 +115,26 @@ TEST_F(BreakCommand, WantsAFile) {
     EXPECT_EQ(stops(exampleDatabase(), ":14").status, 2);
 }
 
+TEST_F(BreakCommand, RefusesWhatIsNoLineNumber) {
+    for (const std::string text : {"", "abc", "-1", "+1", " 1", "1a", "4294967296"}) {
+        EXPECT_EQ(stops(exampleDatabase(), "scale_rows.cpp:" + text),
+                  (CommandResult{2, "",
+                                 "consolidator-inspect break: error: \"" + text +
+                                     "\" is no line number up to 4294967295\n"}));
+    }
+    EXPECT_EQ(stops(exampleDatabase(), "a.cpp:\x1b").err,
+              "consolidator-inspect break: error: \"\\x1b\" is no line number up to 4294967295\n");
+}
+
+TEST_F(BreakCommand, TakesAColonForAPartOfTheNameWhereItIs) {
+    const std::string database =
+        knownDatabase({{.name = "k", .conditions = {{2, "c", 7, "src:new/a.cpp:x1"}}}});
+    EXPECT_EQ(stops(database, "a.cpp:x1").status, 0);
+    EXPECT_EQ(stops(database, "a.cpp:x1:7").status, 0);
+    EXPECT_EQ(stops(database, "src:new/b.cpp"),
+              complaint("no kernel can be stopped in \"src:new/b.cpp\""));
+}
+
 TEST_F(BreakCommand, LetsNoNameDriveTheTerminal) {
     const std::string bad = "\x1b[2J";
     const KnownKernel hostile{.name = bad, .conditions = {{2, bad, 7, bad + "/a.cpp"}}};
@@ -150,7 +170,9 @@ TEST(SourcePlace, TakesDigitsBehindTheLastColonForALine) {
     expect("a:1:14", "a:1", 14);
     expect("a.cpp:", "a.cpp:", std::nullopt);
     expect("a.cpp:x1", "a.cpp:x1", std::nullopt);
-    expect("a.cpp:99999999999999999999", "a.cpp", 4294967295);
+    expect("a.cpp:4294967295", "a.cpp", 4294967295);
+    expect("a.cpp:4294967296", "a.cpp:4294967296", std::nullopt);
+    expect("a.cpp:-1", "a.cpp:-1", std::nullopt);
     expect(":7", "", 7);
 }
 

@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 namespace consolidator::test {
 
 namespace {
@@ -21,17 +23,64 @@ TEST(InspectCommandLine, TellsItsCommandsWhenAskedForHelp) {
     EXPECT_THAT(result.out, HasSubstr("\n  summary "));
 }
 
+CommandResult usageError(const std::string& text) {
+    return {2, "", "consolidator-inspect" + text + "\n"};
+}
+
 TEST(InspectCommandLine, WantsACommand) {
-    const CommandResult result = inspectRun({});
-    EXPECT_EQ(result.status, 2);
-    EXPECT_EQ(result.out, "");
-    EXPECT_NE(result.err, "");
+    EXPECT_EQ(inspectRun({}), usageError(": error: no command is given; --help lists them"));
 }
 
 TEST(InspectCommandLine, KnowsNoOtherCommand) {
-    EXPECT_EQ(inspectRun({"summarise", "db"}).status, 2);
-    EXPECT_EQ(inspectRun({"summary"}).status, 2);
-    EXPECT_EQ(inspectRun({"summary", "db", "another"}).status, 2);
+    EXPECT_EQ(inspectRun({"foo"}),
+              usageError(": error: there is no command \"foo\"; --help lists them"));
+    EXPECT_EQ(inspectRun({"sumary", "db"}),
+              usageError(": error: there is no command \"sumary\"; did you mean \"summary\"?"));
+}
+
+TEST(InspectCommandLine, KnowsNoOtherOption) {
+    EXPECT_EQ(inspectRun({"--foo", "summary", "db"}),
+              usageError(" summary: error: there is no option \"--foo\""));
+    EXPECT_EQ(inspectRun({"--versio"}), usageError(": error: there is no option \"--versio\", but "
+                                                   "--version"));
+    EXPECT_EQ(inspectRun({"json", "--prety"}),
+              usageError(" json: error: there is no option \"--prety\"; did you mean "
+                         "\"--pretty\"?"));
+    EXPECT_EQ(inspectRun({"find", "-x=1", "db", "a"}),
+              usageError(" find: error: there is no option \"-x\""));
+}
+
+TEST(InspectCommandLine, WantsAllArgumentsAndNoMore) {
+    EXPECT_EQ(inspectRun({"summary"}), usageError(" summary: error: DB is required"));
+    EXPECT_EQ(inspectRun({"summary", "db", "another"}),
+              usageError(" summary: error: \"another\" is one argument too many"));
+    EXPECT_EQ(inspectRun({"check", "-h", "a", "b", "c"}),
+              usageError(" check: error: \"b\" is one argument too many"));
+    EXPECT_EQ(inspectRun({"check", "-h"}),
+              usageError(" check: error: --hierarchy: 1 required FILE missing"));
+    EXPECT_EQ(inspectRun({"json", "--section", "--pretty", "db"}),
+              usageError(" json: error: --pretty excludes --section"));
+}
+
+TEST(InspectCommandLine, WantsAFileWithAName) {
+    EXPECT_EQ(inspectRun({"summary", ""}),
+              usageError(" summary: error: DB: the name of the file is empty"));
+    EXPECT_EQ(inspectRun({"verify", ""}).status, 2);
+    EXPECT_EQ(inspectRun({"diff", "", "db"}),
+              usageError(" diff: error: DB1: the name of the file is empty"));
+    EXPECT_EQ(inspectRun({"check", "-l", ""}),
+              usageError(" check: error: --ll: the name of the file is empty"));
+}
+
+TEST(InspectCommandLine, LetsNoArgumentDriveTheTerminal) {
+    EXPECT_EQ(inspectRun({"\x1b"}),
+              usageError(": error: there is no command \"\\x1b\"; --help lists them"));
+    EXPECT_EQ(inspectRun({"summary", "--\x1b"}),
+              usageError(" summary: error: there is no option \"--\\x1b\""));
+    EXPECT_EQ(inspectRun({"summary", "db", "\x1b"}),
+              usageError(" summary: error: \"\\x1b\" is one argument too many"));
+    EXPECT_EQ(inspectRun({"check", "--format", "\x1b"}),
+              usageError(" check: error: --format: \\x1b not in {text,json}"));
 }
 
 TEST(InspectDatabase, MustBeThere) {
@@ -45,6 +94,18 @@ TEST(InspectDatabase, IsNoFolder) {
     const TemporaryDirectory directory;
     EXPECT_EQ(runInspector(directory.path("."), {"summary", "."}),
               (CommandResult{2, "", ".: error: is a folder\n"}));
+}
+
+TEST(InspectDatabase, IsNoPipe) {
+    const TemporaryDirectory directory;
+    const std::string pipe = directory.path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const CommandResult refused{2, "", "pipe: error: is no regular file\n"};
+    for (const char* command : {"summary", "json", "verify"}) {
+        EXPECT_EQ(runInspector(directory.path("."), {command, "pipe"}), refused) << command;
+    }
+    EXPECT_EQ(runInspector(directory.path("."), {"summary", "/dev/null"}).err,
+              "/dev/null: error: is no regular file\n");
 }
 
 TEST(InspectDatabase, OfANewerMajorVersionIsNotShown) {
@@ -61,7 +122,9 @@ TEST(InspectProcess, NoticesThatItsOutputIsLost) {
     const TemporaryDirectory directory;
     directory.write("db", exampleDatabase());
     EXPECT_EQ(runInspector(directory.path("."), {"summary", "db"}, redirected(1, "/dev/full")),
-              (CommandResult{2, "", "consolidator-inspect: standard output cannot be written\n"}));
+              (CommandResult{2, "",
+                             "consolidator-inspect: error: standard output cannot be written: No "
+                             "space left on device\n"}));
 }
 
 } // namespace

@@ -150,14 +150,16 @@ TEST_F(FindCommand, SaysThatNothingMatches) {
 }
 
 TEST_F(FindCommand, RefusesABadPattern) {
-    EXPECT_EQ(find(exampleDatabase(), {"sum["}),
-              (CommandResult{2, "",
-                             "consolidator-inspect: error: pattern \"sum[\" cannot be understood: "
-                             "its \"[\" has no \"]\" (write \"\\[\" for the character itself)\n"}));
-    EXPECT_EQ(find(exampleDatabase(), {"-r", "sum("}),
-              (CommandResult{2, "",
-                             "consolidator-inspect: error: pattern \"sum(\" cannot be understood: "
-                             "missing ): sum(\n"}));
+    EXPECT_EQ(
+        find(exampleDatabase(), {"sum["}),
+        (CommandResult{2, "",
+                       "consolidator-inspect find: error: pattern \"sum[\" cannot be understood: "
+                       "its \"[\" has no \"]\" (write \"\\[\" for the character itself)\n"}));
+    EXPECT_EQ(
+        find(exampleDatabase(), {"-r", "sum("}),
+        (CommandResult{2, "",
+                       "consolidator-inspect find: error: pattern \"sum(\" cannot be understood: "
+                       "missing ): sum(\n"}));
 }
 
 TEST_F(FindCommand, LetsNoNameDriveTheTerminal) {

@@ -403,7 +403,9 @@ TEST_F(JsonCommand, NoticesThatItsOutputIsLost) {
     for (const char* option : {"--pretty", "--section"}) {
         EXPECT_EQ(
             runInspector(directory.path("."), {"json", option, "db"}, redirected(1, "/dev/full")),
-            (CommandResult{2, "", "consolidator-inspect: standard output cannot be written\n"}));
+            (CommandResult{2, "",
+                           "consolidator-inspect: error: standard output cannot be written: No "
+                           "space left on device\n"}));
     }
 }
 
