@@ -4,21 +4,47 @@
 #include "inspect/OldDatabase.h"
 #include "inspect/Printable.h"
 #include "inspect/ProjectCheck.h"
+#include "inspect/UsageError.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <ostream>
+#include <string_view>
 #include <system_error>
 
 namespace consolidator::inspect {
 
 namespace {
 
+constexpr std::array<std::string_view, 13> longNames{
+    "add", "create", "DWARF",  "hierarchy",         "kernel",  "hls",  "aux",
+    "ll",  "ram",    "format", "consolidated_file", "project", "help",
+};
+
+/// The names of an option for the command line: "-r,--ram,--ra,--r". As with the consolidator, a
+/// long one may be abbreviated as long as no other one begins in the same way.
+std::string namesOf(std::string_view shortName, std::string_view longName) {
+    std::string names(shortName);
+    for (std::size_t length = longName.size(); length > 0; --length) {
+        const std::string_view begin = longName.substr(0, length);
+        const auto isBegun = [begin](std::string_view name) { return name.starts_with(begin); };
+        if (std::ranges::count_if(longNames, isBegun) == 1) {
+            names += names.empty() ? "--" : ",--";
+            names += begin;
+        }
+    }
+    return names;
+}
+
 /// An option that takes one value per occurrence, as often as one likes.
 void addList(CLI::App& command, const std::string& names, std::vector<std::string>& paths,
              const std::string& help) {
-    command.add_option(names, paths, help)->allow_extra_args(false)->type_name("FILE");
+    command.add_option(names, paths, help)
+        ->allow_extra_args(false)
+        ->check(emptyNameFault)
+        ->type_name("FILE");
 }
 
 /// Calls visit(path) for each input file.
@@ -38,20 +64,32 @@ void forEachPath(const InputPaths& inputs, Visit visit) {
 CheckCommand::CheckCommand(CLI::App& commandLine) {
     CLI::App& command = *commandLine.add_subcommand(
         "check", "Read inputs as the consolidator does, and say what goes wrong; write nothing");
-    addList(command, "-d,--DWARF", dwarfFiles_, "DWARF metadata file");
-    addList(command, "-h,--hierarchy", inputs_.hierarchyFiles,
-            "Hierarchy metadata file of the system linker");
-    addList(command, "-k,--kernel", inputs_.kernelFiles, "kernel.xml of high-level synthesis");
-    addList(command, "-s,--hls", inputs_.hlsFiles, "Kernel metadata of high-level synthesis");
-    addList(command, "-x,--aux", inputs_.auxFiles, "*_auxiliary.xml of high-level synthesis");
-    addList(command, "-l,--ll", inputs_.llFiles, "*.ll file of bitstream generation");
-    addList(command, "-r,--ram", inputs_.ramFiles, "RAM utilization report of synthesis");
+    command.set_help_flag(namesOf("", "help"), "Print this help and exit");
+    CLI::Option* const add =
+        command.add_flag(namesOf("-a", "add"), add_, "Add to what the database holds (default)");
     command
-        .add_option("-f,--consolidated_file", databasePath_,
+        .add_flag(namesOf("-c", "create"), create_,
+                  "Check for a new database, whatever the one of -f holds now")
+        ->excludes(add);
+    addList(command, namesOf("-d", "DWARF"), dwarfFiles_, "DWARF metadata file");
+    addList(command, namesOf("-h", "hierarchy"), inputs_.hierarchyFiles,
+            "Hierarchy metadata file of the system linker");
+    addList(command, namesOf("-k", "kernel"), inputs_.kernelFiles,
+            "kernel.xml of high-level synthesis");
+    addList(command, namesOf("-s", "hls"), inputs_.hlsFiles,
+            "Kernel metadata of high-level synthesis");
+    addList(command, namesOf("-x", "aux"), inputs_.auxFiles,
+            "*_auxiliary.xml of high-level synthesis");
+    addList(command, namesOf("-l", "ll"), inputs_.llFiles, "*.ll file of bitstream generation");
+    addList(command, namesOf("-r", "ram"), inputs_.ramFiles, "RAM utilization report of synthesis");
+    command
+        .add_option(namesOf("-f", "consolidated_file"), databasePath_,
                     "Consolidated file that the inputs would be added to")
+        ->check(emptyNameFault)
         ->type_name("DB");
-    command.add_option("-p,--project", project_, "Name of the project")->type_name("NAME");
-    command.add_option("--format", format_, "Form of the output: text or json")
+    command.add_option(namesOf("-p", "project"), project_, "Name of the project")
+        ->type_name("NAME");
+    command.add_option(namesOf("", "format"), format_, "Form of the output: text or json")
         ->check(CLI::IsMember({"text", "json"}))
         ->type_name("FORM");
 }
@@ -61,8 +99,7 @@ Status CheckCommand::run(Console& console) {
         inputs_.dwarfFile = dwarfFiles_.front();
     }
     if (!inputs_.anyInput()) {
-        console.err << "check: error: no input file is given\n";
-        return Status::Unreadable;
+        return usageError(console, "check", "no input file is given");
     }
     return check(console);
 }
@@ -70,7 +107,7 @@ Status CheckCommand::run(Console& console) {
 Status CheckCommand::check(Console& console) {
     Findings findings;
     OldDatabase old;
-    if (!databasePath_.empty() && !old.read(databasePath_, project_, findings)) {
+    if (!databasePath_.empty() && !create_ && !old.read(databasePath_, project_, findings)) {
         console.err << printable(databasePath_) << ": error: " << old.fault() << '\n';
         return Status::Unreadable;
     }

@@ -35,6 +35,8 @@ private:
 
     InputPaths inputs_;
     std::vector<std::string> dwarfFiles_;
+    bool add_ = false;    ///< As without; the consolidator has this option.
+    bool create_ = false; ///< What the database holds now is not looked at.
     std::string databasePath_;
     std::string project_;
     std::string format_ = "text";

@@ -96,13 +96,42 @@ TEST_F(CheckCommand, TakesTheLongNamesOfTheConsolidator) {
     EXPECT_THAT(all.out, HasSubstr("\n4 errors, "));
 }
 
+TEST_F(CheckCommand, TakesAbbreviationsOfLongNames) {
+    EXPECT_EQ(inspectRun({"check", "--hier", hier, "--hl=" + hls, "--l", ll}), check());
+    const CommandResult all = inspectRun({"check", "--D", "m", "--k", "m", "--au", "m", "--r", "m",
+                                          "--con", directory.path("db"), "--p", "p", "--f=text"});
+    EXPECT_EQ(all.status, 1);
+    EXPECT_THAT(all.out, HasSubstr("\n4 errors, "));
+    EXPECT_EQ(inspectRun({"check", "--he"}).status, 0);
+    EXPECT_EQ(inspectRun({"check", "--h", hier}),
+              (CommandResult{2, "",
+                             "consolidator-inspect check: error: there is no option \"--h\", but "
+                             "--help, --hierarchy, --hls\n"}));
+    EXPECT_THAT(inspectRun({"check", "--help"}).out, HasSubstr("\n  -h,--hierarchy FILE ...  "));
+}
+
+TEST_F(CheckCommand, TakesWhetherToAddOrToCreate) {
+    const std::string db = directory.write(
+        "db",
+        DatabaseBuilder().section(0, "p").section(2, knownKernelData({{.name = "old"}})).bytes());
+    EXPECT_EQ(check({"-a"}), check());
+    EXPECT_EQ(check({"--add", "-f", db}), check({"-f", db}));
+    EXPECT_EQ(check({"--cr", "-f", db, "-p", "q"}), check());
+    EXPECT_EQ(check({"-c", "-f", directory.write("db", "no database")}), check());
+    EXPECT_THAT(check({"-c", "-f", hls}).out, HasSubstr(": error: is given with -f too: "));
+    EXPECT_EQ(
+        check({"-a", "-c"}),
+        (CommandResult{2, "", "consolidator-inspect check: error: --add excludes --create\n"}));
+}
+
 TEST_F(CheckCommand, TakesOneFilePerOption) {
     EXPECT_EQ(inspectRun({"check", "-h", hier, hls}).status, 2);
 }
 
 TEST_F(CheckCommand, NeedsAnInput) {
-    EXPECT_EQ(inspectRun({"check"}),
-              (CommandResult{2, "", "check: error: no input file is given\n"}));
+    EXPECT_EQ(
+        inspectRun({"check"}),
+        (CommandResult{2, "", "consolidator-inspect check: error: no input file is given\n"}));
     EXPECT_EQ(inspectRun({"check", "-f", directory.write("db", exampleDatabase())}).status, 2);
     EXPECT_EQ(inspectRun({"check", "-h", hier, "--format", "xml"}).status, 2);
 }

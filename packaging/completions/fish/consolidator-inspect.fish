@@ -19,6 +19,8 @@ complete -c consolidator-inspect -n __fish_use_subcommand -a verify -d 'Check th
 
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from find' -s r -l regex -d 'The pattern is a regular expression'
 
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s a -l add -d 'Add to the database (default)'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s c -l create -d 'Make the database anew'
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s f -l consolidated_file -rF -d 'The database to add to'
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s p -l project -x -d 'The name of the project'
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s d -l DWARF -rF -d 'DWARF metadata'
