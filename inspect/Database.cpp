@@ -27,7 +27,7 @@ Fault firstError(const std::string& path) {
 
 } // namespace
 
-Database::Readable Database::read(const std::string& path) {
+Database::Readable Database::read(const std::string& path, Extent extent) {
     path_ = path;
     fault_ = openingFault(path);
     if (!fault_.empty()) {
@@ -37,7 +37,7 @@ Database::Readable Database::read(const std::string& path) {
     const std::uintmax_t size = std::filesystem::file_size(path, error);
     fileSize_ = error ? 0 : size;
 
-    if (content_->readExisting(path)) {
+    if (readContent(extent)) {
         if (header().majorVersion <= ConsolidatedFile::supportedMajor) {
             return Readable::Whole;
         }
@@ -56,6 +56,18 @@ Database::Readable Database::read(const std::string& path) {
     fault_ = "is damaged at " + inHex(fault.offset) + ": " + fault.text +
              "; what could be read is shown";
     return Readable::InPart;
+}
+
+bool Database::readContent(Extent extent) {
+    if (extent == Extent::All) {
+        return content_->readExisting(path_);
+    }
+    constexpr bool create = false;
+    constexpr bool dumpOnly = true;
+    content_->open(path_, create, dumpOnly);
+    // It does not say whether there is a header. Behind one without entries nothing is read.
+    return sections().empty() ? content_->readExisting(path_)
+                              : sections().size() == header().sectionCount;
 }
 
 std::string openingFault(const std::string& path) {

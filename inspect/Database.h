@@ -23,8 +23,14 @@ public:
         Not,    ///< It is no consolidated file, or of a version that this program does not know.
     };
 
-    /// To be called once. Afterwards fault() says why the file is not Whole.
-    Readable read(const std::string& path);
+    enum class Extent {
+        All,
+        Table, ///< Header and section table: no DWARF and no kernels.
+    };
+
+    /// To be called once. Afterwards fault() says why the file, as far as it was to be read, is not
+    /// Whole.
+    Readable read(const std::string& path, Extent extent = Extent::All);
 
     /// In words that follow "error: "; empty when the file was read whole.
     const std::string& fault() const { return fault_; }
@@ -42,6 +48,8 @@ public:
     ConsolidatedFile& content() { return *content_; }
 
 private:
+    bool readContent(Extent extent);
+
     std::string path_;
     std::string fault_;
     std::uint64_t fileSize_ = 0;

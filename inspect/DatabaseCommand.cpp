@@ -10,9 +10,10 @@
 
 namespace consolidator::inspect {
 
-std::optional<Database> readDatabase(const std::string& path, Console& console) {
+std::optional<Database> readDatabase(const std::string& path, Console& console,
+                                     Database::Extent extent) {
     Database database;
-    const Database::Readable readable = database.read(path);
+    const Database::Readable readable = database.read(path, extent);
     if (!database.fault().empty()) {
         console.err << printable(path) << ": error: " << database.fault() << '\n';
     }
@@ -29,7 +30,7 @@ DatabaseCommand::DatabaseCommand(CLI::App& command) {
 }
 
 Status DatabaseCommand::run(Console& console) {
-    const std::optional<Database> database = readDatabase(path_, console);
+    const std::optional<Database> database = readDatabase(path_, console, extent());
     if (!database) {
         return Status::Unreadable;
     }

@@ -24,6 +24,9 @@ protected:
     /// Adds the argument DB to the command's own part of the command line.
     explicit DatabaseCommand(CLI::App& command);
 
+    /// How much the command wants to know, asked when the command line has been parsed.
+    virtual Database::Extent extent() const { return Database::Extent::All; }
+
     /// The command proper.
     virtual Status show(const Database& database, Console& console) = 0;
 
@@ -33,6 +36,7 @@ private:
 
 /// Reads the database at `path` for a command, with messages as DatabaseCommand gives them. Nothing
 /// if the file is no database.
-std::optional<Database> readDatabase(const std::string& path, Console& console);
+std::optional<Database> readDatabase(const std::string& path, Console& console,
+                                     Database::Extent extent = Database::Extent::All);
 
 } // namespace consolidator::inspect

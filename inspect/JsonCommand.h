@@ -16,6 +16,10 @@ public:
     explicit JsonCommand(CLI::App& commandLine);
 
 private:
+    /// The stored section is only copied.
+    Database::Extent extent() const override {
+        return section_ ? Database::Extent::Table : Database::Extent::All;
+    }
     Status show(const Database& database, Console& console) override;
 
     bool pretty_ = false;

@@ -375,6 +375,22 @@ TEST_F(JsonCommand, PrintsTheStoredSectionAsItIs) {
     EXPECT_EQ(json(DatabaseBuilder().section(3, large).bytes(), {"--section"}), large);
 }
 
+TEST_F(JsonCommand, PrintsTheStoredSectionWhateverIsBehindIt) {
+    std::string database = exampleDatabase();
+    database.pop_back();
+    EXPECT_EQ(inspectRun({"json", "--section", directory.write("db", database)}),
+              (CommandResult{0, knownJson(exampleKernels()), ""}));
+}
+
+TEST_F(JsonCommand, PrintsTheStoredSectionOfADatabaseOnly) {
+    EXPECT_THAT(inspectRun({"json", "--section", directory.write("db", "none")}).err,
+                HasSubstr("db: error: is no consolidated file: "));
+    const CommandResult ofHalfATable =
+        inspectRun({"json", "--section", directory.write("db", header(2) + entry(3, 38, 2))});
+    EXPECT_EQ(ofHalfATable.status, 2);
+    EXPECT_THAT(ofHalfATable.err, HasSubstr("db: error: is damaged at "));
+}
+
 TEST_F(JsonCommand, FindsNoStoredSection) {
     const std::string path = directory.write("db", DatabaseBuilder().bytes());
     EXPECT_EQ(inspectRun({"json", "--section", path}),
