@@ -1,8 +1,8 @@
 #include "inspect/NameDistance.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
+#include <vector>
 
 namespace consolidator::inspect {
 
@@ -13,32 +13,44 @@ constexpr std::size_t shortestBeginning = 3;
 
 constexpr std::size_t mostChanges = 3;
 
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool isEqualButForCase(std::string_view first, std::string_view second) {
-    return std::ranges::equal(first, second, {}, lower, lower);
-}
-
-/// The edit distance of Levenshtein, row by row. `first` is the shorter name.
-std::size_t changesBetween(std::string_view first, std::string_view second) {
-    std::array<std::size_t, longestComparedName + 1> row{};
-    for (std::size_t i = 0; i <= first.size(); ++i) {
-        row.at(i) = i;
-    }
-    for (std::size_t j = 1; j <= second.size(); ++j) {
-        std::size_t diagonal = std::exchange(row[0], j);
-        for (std::size_t i = 1; i <= first.size(); ++i) {
-            const std::size_t replaced = diagonal + (first[i - 1] == second[j - 1] ? 0U : 1U);
-            diagonal = row.at(i);
-            row.at(i) = std::min({replaced, row.at(i) + 1, row.at(i - 1) + 1});
-        }
-    }
-    return row.at(first.size());
+char lowered(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
 } // namespace
+
+std::size_t editDistance(std::string_view left, std::string_view right, std::size_t limit) {
+    if (left.size() > right.size()) {
+        std::swap(left, right);
+    }
+    if (right.size() - left.size() > limit) {
+        return limit + 1;
+    }
+    // One row of the usual table: distances between the first bytes of left and each beginning of
+    // right. Only those near its diagonal can be within the limit; the others stay above it.
+    std::vector<std::size_t> row(right.size() + 1, limit + 1);
+    for (std::size_t column = 0; column <= std::min(limit, right.size()); ++column) {
+        row[column] = column;
+    }
+    for (std::size_t number = 1; number <= left.size(); ++number) {
+        const std::size_t from = number > limit ? number - limit : 1;
+        const std::size_t to = std::min(number + limit, right.size());
+        std::size_t diagonal = row[from - 1];
+        row[from - 1] = from == 1 ? std::min(number, limit + 1) : limit + 1;
+        std::size_t least = row[from - 1];
+        for (std::size_t column = from; column <= to; ++column) {
+            const bool equal = lowered(left[number - 1]) == lowered(right[column - 1]);
+            const std::size_t replaced = diagonal + (equal ? 0 : 1);
+            diagonal = row[column];
+            row[column] = std::min({replaced, row[column] + 1, row[column - 1] + 1, limit + 1});
+            least = std::min(least, row[column]);
+        }
+        if (least > limit) {
+            return limit + 1;
+        }
+    }
+    return row.back();
+}
 
 std::optional<std::size_t> nameDistance(std::string_view first, std::string_view second) {
     if (first.size() > second.size()) {
@@ -47,17 +59,11 @@ std::optional<std::size_t> nameDistance(std::string_view first, std::string_view
     if (first.empty() || second.size() > longestComparedName) {
         return std::nullopt;
     }
-    if (isEqualButForCase(first, second)) {
-        return 1;
-    }
-    if (first.size() >= shortestBeginning && second.starts_with(first)) {
+    const std::size_t most = std::min(mostChanges, second.size() / 4);
+    const std::size_t changes = editDistance(first, second, most);
+    if (changes > 0 && first.size() >= shortestBeginning && second.starts_with(first)) {
         return 2;
     }
-    const std::size_t most = std::min(mostChanges, second.size() / 4);
-    if (second.size() - first.size() > most) {
-        return std::nullopt;
-    }
-    const std::size_t changes = changesBetween(first, second);
     return changes <= most ? std::optional(1 + changes) : std::nullopt;
 }
 

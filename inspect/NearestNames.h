@@ -9,11 +9,6 @@
 
 namespace consolidator::inspect {
 
-/// The number of bytes to insert, remove or replace to make one text of the other (Levenshtein's
-/// distance), where small and capital ASCII letters count as equal; `limit` + 1 if it is more than
-/// `limit`. Takes time in proportion to the shorter text and the limit.
-std::size_t editDistance(std::string_view left, std::string_view right, std::size_t limit);
-
 /// The names, of those that are added one by one, that are nearest to the wanted one.
 ///
 ///     NearestNames nearest("scale_row");
@@ -28,8 +23,6 @@ public:
 
     /// A name that differs too much, or was added before, changes nothing.
     void add(std::string_view name);
-
-    bool empty() const { return nearest_.empty(); }
 
     /// The nearest first; of equally near ones the one that was added first.
     std::vector<std::string_view> names() const;
