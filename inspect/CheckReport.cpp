@@ -23,18 +23,6 @@ constexpr Table::Align right = Table::Align::Right;
 /// So many names are listed of a kernel.
 constexpr std::size_t mostNames = 20;
 
-std::string styledLabel(Severity severity, bool colour) {
-    switch (severity) {
-    case Severity::Error:
-        return red(label(severity), colour);
-    case Severity::Warning:
-        return yellow(label(severity), colour);
-    case Severity::Note:
-        break;
-    }
-    return bold(label(severity), colour);
-}
-
 std::string nameOf(const Kernel& kernel) {
     return kernel.name().empty() ? "(no name)" : printable(kernel.name());
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace consolidator::inspect {
@@ -14,5 +15,8 @@ enum class Severity : std::uint8_t {
 
 /// "note", "warning" or "error".
 std::string_view label(Severity severity);
+
+/// The label in the colour that compilers give it, if `colour` is set.
+std::string styledLabel(Severity severity, bool colour);
 
 } // namespace consolidator::inspect

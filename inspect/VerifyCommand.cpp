@@ -4,7 +4,6 @@
 #include "inspect/Database.h"
 #include "inspect/Numbers.h"
 #include "inspect/Printable.h"
-#include "inspect/Style.h"
 #include "inspect/UsageError.h"
 
 #include <CLI/CLI.hpp>
@@ -13,19 +12,6 @@
 namespace consolidator::inspect {
 
 namespace {
-
-std::string inColour(Severity severity, bool colour) {
-    const std::string_view word = label(severity);
-    switch (severity) {
-    case Severity::Error:
-        return red(word, colour);
-    case Severity::Warning:
-        return yellow(word, colour);
-    case Severity::Note:
-        break;
-    }
-    return std::string(word);
-}
 
 /// "2 errors, 1 warning"; "no faults found", if there is nothing but notes.
 std::string summary(const Faults& faults) {
@@ -46,7 +32,7 @@ std::string summary(const Faults& faults) {
 void print(const Faults& faults, const std::string& path, Console& console) {
     for (const Fault& fault : faults.kept()) {
         console.out << path << ':' << inHex(fault.offset) << ": "
-                    << inColour(fault.severity, console.colour) << ": " << fault.text << '\n';
+                    << styledLabel(fault.severity, console.colour) << ": " << fault.text << '\n';
     }
     for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Note}) {
         const std::uint64_t count = faults.count(severity);
