@@ -1,10 +1,10 @@
 #include "inspect/BitChanges.h"
 
-#include "inspect/Numbers.h"
+#include "inspect/BitRun.h"
+#include "inspect/LocatedBits.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <span>
 
 namespace consolidator::inspect {
 
@@ -20,14 +20,8 @@ struct LocatedBit {
 
 std::vector<LocatedBit> locatedBitsOf(const LocationList& list) {
     std::vector<LocatedBit> result;
-    std::uint32_t bit = 0;
-    list.forEachRun([&](std::span<const LogicLocation> run) {
-        for (const LogicLocation& location : run) {
-            if (location != LogicLocation()) {
-                result.push_back({bit, location});
-            }
-            ++bit;
-        }
+    forEachLocatedBit(list, [&result](std::uint32_t bit, const LogicLocation& location) {
+        result.push_back({bit, location});
     });
     return result;
 }
@@ -90,10 +84,8 @@ std::string inWords(const Side& side, std::uint32_t bits) {
     case State::Located:
         break;
     }
-    constexpr std::size_t addressDigits = 8;
-    const std::uint64_t offset = side.location.offset;
-    return inHex(side.location.address, addressDigits) + ' ' + std::to_string(offset) +
-           (bits > 1 ? '-' + std::to_string(offset + bits - 1) : "");
+    const std::uint32_t offset = side.location.offset;
+    return addressText(side.location.address) + ' ' + rangeText(offset, offset + (bits - 1));
 }
 
 } // namespace

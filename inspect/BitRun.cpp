@@ -1,8 +1,8 @@
 #include "inspect/BitRun.h"
 
+#include "inspect/Numbers.h"
+
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cstddef>
 #include <ostream>
 #include <string_view>
@@ -26,13 +26,8 @@ std::string bitsText(const BitRun& run) {
 }
 
 std::string addressText(std::uint32_t address) {
-    std::array<char, 8> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), address, 16).ptr;
-    const std::string_view number(digits.data(), static_cast<std::size_t>(end - digits.data()));
-    std::string text("0x");
-    text.append(digits.size() - number.size(), '0');
-    text += number;
-    return text;
+    constexpr std::size_t digits = 8;
+    return inHex(address, digits);
 }
 
 std::size_t bitsWidth(std::uint32_t bits) {

@@ -1,5 +1,6 @@
 #include "inspect/CheckReport.h"
 
+#include "inspect/Numbers.h"
 #include "inspect/Printable.h"
 #include "inspect/Style.h"
 #include "inspect/Table.h"
@@ -61,7 +62,7 @@ void printCoverage(const CheckReport& report, Console& console) {
         table.print(console.out, "  ", console.colour);
     }
     if (report.mistakenKernels > 0) {
-        console.out << "  and " << counted(report.mistakenKernels, "kernel")
+        console.out << "  and " << inWords(report.mistakenKernels, "kernel")
                     << " made of files of another kind\n";
     }
 }
@@ -207,14 +208,14 @@ void printText(const CheckReport& report, Console& console) {
         printFinding(finding, console);
     }
     if (report.findings.dropped() > 0) {
-        console.out << counted(report.findings.dropped(), "more finding") << " not shown\n";
+        console.out << inWords(report.findings.dropped(), "more finding") << " not shown\n";
     }
     printCoverage(report, console);
     printMissing(report, console);
     console.out << '\n'
-                << counted(report.findings.count(Severity::Error), "error") << ", "
-                << counted(report.findings.count(Severity::Warning), "warning") << ", "
-                << counted(report.findings.count(Severity::Note), "note") << '\n';
+                << inWords(report.findings.count(Severity::Error), "error") << ", "
+                << inWords(report.findings.count(Severity::Warning), "warning") << ", "
+                << inWords(report.findings.count(Severity::Note), "note") << '\n';
 }
 
 void printJson(const CheckReport& report, std::ostream& out) {

@@ -32,12 +32,4 @@ std::string quotedName(std::string_view text) {
     return quoted(shortened);
 }
 
-std::string counted(std::uint64_t number, std::string_view noun) {
-    std::string result = std::to_string(number);
-    result += ' ';
-    result += noun;
-    result += number == 1 ? "" : "s";
-    return result;
-}
-
 } // namespace consolidator::inspect

@@ -51,7 +51,4 @@ private:
 /// The text between double quotes, for use in a finding; the end of a very long one is left out.
 std::string quotedName(std::string_view text);
 
-/// "1 kernel", "2 kernels".
-std::string counted(std::uint64_t number, std::string_view noun);
-
 } // namespace consolidator::inspect

@@ -2,6 +2,7 @@
 
 #include "inspect/ConditionCheck.h"
 #include "inspect/HlsLosses.h"
+#include "inspect/Numbers.h"
 #include "model/ConditionTranslation.h"
 #include "model/KeyedHash.h"
 #include "model/RAMFile.h"
@@ -125,7 +126,7 @@ void InputCheck::reportTranslatedAgain(const std::string& path) {
     if (first != nullptr) {
         path_ = path;
         add(0, isChanged ? Severity::Warning : Severity::Note, "translated-again",
-            counted(count, "condition") + " translated by the run before " +
+            inWords(count, "condition") + " translated by the run before " +
                 (count == 1 ? "is" : "are") + " translated again: " + quotedName(first->condition) +
                 " becomes " + quotedName(translatedCondition(first->condition)));
     }
@@ -363,7 +364,7 @@ void InputCheck::reportCarriedArguments(const std::vector<Kernel>& kernels) {
         if (carried > 0) {
             add(0, Severity::Note, "carried-arguments",
                 "kernel " + quotedName(kernels[i].name()) + " takes over the " +
-                    counted(carried, "argument") + " of the kernels before it in this file");
+                    inWords(carried, "argument") + " of the kernels before it in this file");
         }
     }
 }
@@ -439,7 +440,7 @@ void InputCheck::reportRepeatedConditions(const Kernel& kernel, const Kernel& kn
         places += kind == BreakableCondition::Start ? "its start"
                   : kind == BreakableCondition::Stop
                       ? "its end"
-                      : counted(lines, "source line") + " of this file";
+                      : inWords(lines, "source line") + " of this file";
     }
     if (!places.empty()) {
         add(0, Severity::Warning, "repeated-condition",

@@ -1,6 +1,7 @@
 #include "inspect/RepeatedBits.h"
 
 #include "inspect/FileLook.h"
+#include "inspect/Numbers.h"
 #include "model/KeyedHash.h"
 #include "readers/BitLine.h"
 #include "readers/LLFile.h"
@@ -100,7 +101,7 @@ public:
                 {path, first->line, Severity::Warning, "repeated-bit",
                  "line " + std::to_string(lineBefore) +
                      " places the same bit elsewhere, and the later line counts" +
-                     (count > 1 ? "; there are " + counted(count - 1, "more such line") : "")});
+                     (count > 1 ? "; there are " + inWords(count - 1, "more such line") : "")});
         }
     }
 

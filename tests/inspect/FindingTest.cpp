@@ -37,8 +37,6 @@ TEST(Findings, OfOneFileDoNotFillTheMemory) {
 TEST(Findings, QuoteNamesUpToALength) {
     EXPECT_EQ(quotedName("k"), "\"k\"");
     EXPECT_EQ(quotedName(std::string(5000, 'k')), "\"" + std::string(4096, 'k') + "...\"");
-    EXPECT_EQ(counted(1, "kernel"), "1 kernel");
-    EXPECT_EQ(counted(0, "kernel"), "0 kernels");
 }
 
 } // namespace
