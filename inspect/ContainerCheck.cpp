@@ -3,8 +3,8 @@
 #include "inspect/DocumentCheck.h"
 #include "inspect/KernelDataCheck.h"
 #include "inspect/Numbers.h"
+#include "inspect/SectionName.h"
 #include "inspect/StoredText.h"
-#include "inspect/SummaryCommand.h"
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 #include "inspect/KernelDiff.h"
 
 #include "inspect/BitChanges.h"
+#include "inspect/LocatedBits.h"
 #include "inspect/Numbers.h"
 #include "inspect/Printable.h"
-#include "inspect/SummaryCommand.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -25,7 +25,7 @@ std::string describeVariable(const Variable& variable) {
 
 std::string describeRegister(const HardwareVariable& variable) {
     return ": " + inWords(variable.locations.size(), "bit") + ", " +
-           std::to_string(locatedBits(variable)) + " located";
+           std::to_string(locatedBits(variable.locations)) + " located";
 }
 
 /// Where a condition stops: "start", "stop", "scale.cpp:14", or "kind 7".

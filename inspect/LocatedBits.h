@@ -4,6 +4,7 @@
 #include "model/LocationList.h"
 #include "model/LogicLocation.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -25,7 +26,16 @@ void forEachLocatedBit(const LocationList& locations, Visit visit) {
     });
 }
 
-/// The same for one instance of a variable.
+/// How many bits have a location.
+inline std::uint64_t locatedBits(const LocationList& locations) {
+    std::uint64_t count = 0;
+    locations.forEachRun([&count](std::span<const LogicLocation> run) {
+        count += run.size() - static_cast<std::uint64_t>(std::ranges::count(run, LogicLocation{}));
+    });
+    return count;
+}
+
+/// The same as forEachLocatedBit() above for one instance of a variable.
 template <typename Visit>
 void forEachLocatedBit(const std::vector<LogicLocation>& locations, Visit visit) {
     std::uint32_t bit = 0;

@@ -1,13 +1,13 @@
 #include "inspect/SummaryCommand.h"
 
+#include "inspect/LocatedBits.h"
 #include "inspect/Printable.h"
+#include "inspect/SectionName.h"
 #include "inspect/Style.h"
 #include "inspect/Table.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <ostream>
-#include <span>
 
 namespace consolidator::inspect {
 
@@ -52,7 +52,7 @@ void printKernels(const Database& database, Console& console) {
     for (const Kernel& kernel : database.kernels()) {
         std::uint64_t bits = 0;
         for (const HardwareVariable& variable : kernel.hardwareVariables()) {
-            bits += locatedBits(variable);
+            bits += locatedBits(variable.locations);
         }
         table.add({printable(kernel.name()), std::string(label(kernel.type())),
                    std::to_string(kernel.instancePaths().size()),
@@ -80,28 +80,6 @@ Status SummaryCommand::show(const Database& database, Console& console) {
     printSections(database, console);
     printKernels(database, console);
     return Status::Fine;
-}
-
-std::string describe(const SectionEntry& entry) {
-    switch (static_cast<SectionType>(entry.type)) {
-    case SectionType::ProjectName:
-        return "project name";
-    case SectionType::Dwarf:
-        return "DWARF";
-    case SectionType::KernelData:
-        return "kernel data";
-    case SectionType::KernelJson:
-        return "kernel JSON";
-    }
-    return "type " + std::to_string(entry.type) + " (unknown)";
-}
-
-std::uint64_t locatedBits(const HardwareVariable& variable) {
-    std::uint64_t count = 0;
-    variable.locations.forEachRun([&count](std::span<const LogicLocation> run) {
-        count += run.size() - static_cast<std::uint64_t>(std::ranges::count(run, LogicLocation{}));
-    });
-    return count;
 }
 
 } // namespace consolidator::inspect

@@ -26,10 +26,4 @@ private:
     Status show(const Database& database, Console& console) override;
 };
 
-/// What a section holds, in words; "type 7 (unknown)" for a type that this program does not know.
-std::string describe(const SectionEntry& entry);
-
-/// How many bits of the register have a location: one that was never seen is a pair of zeros.
-std::uint64_t locatedBits(const HardwareVariable& variable);
-
 } // namespace consolidator::inspect
