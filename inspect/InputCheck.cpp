@@ -174,7 +174,6 @@ void InputCheck::beforeReading(InputKind kind, const std::string& path, InputFil
     wasOpened_ = reader.isOpen();
     isMistaken_ = false;
     look_ = FileLook::at(path);
-    logicLocationCount_ += kind == InputKind::LogicLocations ? 1 : 0;
     if (!given_.insert(std::string(optionFor(kind)) + wholePathOf(path)).second) {
         add(0, Severity::Warning, "given-twice", "is given twice");
     }

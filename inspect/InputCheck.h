@@ -47,9 +47,6 @@ public:
     /// The logic-location files that were read to their ends.
     const std::vector<std::string>& readLogicLocations() const { return readLogicLocations_; }
 
-    /// How many logic-location files there were.
-    std::size_t logicLocationCount() const { return logicLocationCount_; }
-
 private:
     void add(std::uint64_t line, Severity severity, std::string code, std::string text);
 
@@ -83,7 +80,6 @@ private:
     std::vector<Input> inputs_;
     std::unordered_set<std::string> given_; ///< An option's letter and a path.
     std::vector<std::string> readLogicLocations_;
-    std::size_t logicLocationCount_ = 0;
 };
 
 /// The name of a kernel type, as a hierarchy file has it.

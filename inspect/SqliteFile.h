@@ -14,7 +14,6 @@ class SqliteError : public std::runtime_error {
 public:
     /// What the connection has last complained about.
     explicit SqliteError(sqlite3* connection);
-    explicit SqliteError(const std::string& what) : std::runtime_error(what) {}
 };
 
 /// The connection to one file. Nobody else knows the file yet, and one that is not finished is of
