@@ -6,6 +6,7 @@
 #include "inspect/NamePattern.h"
 #include "inspect/Printable.h"
 #include "inspect/Style.h"
+#include "inspect/TextHash.h"
 #include "inspect/UsageError.h"
 
 #include <CLI/CLI.hpp>
@@ -48,10 +49,6 @@ public:
     const std::vector<Part>& parts() const { return parts_; }
 
 private:
-    struct Hash {
-        std::size_t operator()(std::string_view text) const { return keyHash(text); }
-    };
-
     Part& partOf(std::string_view hardwareName) {
         const auto [entry, isNew] = positions_.try_emplace(hardwareName, parts_.size());
         if (isNew) {
@@ -61,7 +58,7 @@ private:
     }
 
     std::vector<Part> parts_;
-    std::unordered_map<std::string_view, std::size_t, Hash> positions_; ///< In parts_.
+    std::unordered_map<std::string_view, std::size_t, TextHash> positions_; ///< In parts_.
 };
 
 /// Prints what matches in one kernel.

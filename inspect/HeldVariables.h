@@ -1,8 +1,8 @@
 // Which arguments and variables of a kernel a register holds.
 #pragma once
 
+#include "inspect/TextHash.h"
 #include "model/Kernel.h"
-#include "model/KeyedHash.h"
 
 #include <cstddef>
 #include <span>
@@ -46,11 +46,7 @@ public:
     std::span<const HeldVariable> of(std::string_view hardwareName) const;
 
 private:
-    struct Hash {
-        std::size_t operator()(std::string_view text) const { return keyHash(text); }
-    };
-
-    std::unordered_map<std::string_view, std::vector<HeldVariable>, Hash> byName_;
+    std::unordered_map<std::string_view, std::vector<HeldVariable>, TextHash> byName_;
 };
 
 /// In words for one line: "argument size, variable n". Of very many, or very long ones, only the

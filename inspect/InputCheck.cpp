@@ -3,8 +3,8 @@
 #include "inspect/ConditionCheck.h"
 #include "inspect/HlsLosses.h"
 #include "inspect/Numbers.h"
+#include "inspect/TextHash.h"
 #include "model/ConditionTranslation.h"
-#include "model/KeyedHash.h"
 #include "model/RAMFile.h"
 #include "model/Words.h"
 #include "readers/HLSFile.h"
@@ -54,10 +54,7 @@ bool isSwappedEquation(std::string_view first, std::string_view second) {
            takeWord(second).empty();
 }
 
-struct HashOfName {
-    std::size_t operator()(std::string_view name) const { return keyHash(name); }
-};
-using KernelsByName = std::unordered_map<std::string_view, const Kernel*, HashOfName>;
+using KernelsByName = std::unordered_map<std::string_view, const Kernel*, TextHash>;
 
 /// The first kernel of each name.
 KernelsByName byName(const std::vector<Kernel>& kernels) {

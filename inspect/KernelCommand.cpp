@@ -7,6 +7,7 @@
 #include "inspect/Printable.h"
 #include "inspect/Style.h"
 #include "inspect/Table.h"
+#include "inspect/TextHash.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -38,10 +39,6 @@ public:
     }
 
 private:
-    struct Hash {
-        std::size_t operator()(std::string_view text) const { return keyHash(text); }
-    };
-
     std::string described(std::string_view hardwareName) const {
         std::map<std::uint32_t, std::size_t> counts;
         std::size_t nowhere = 0;
@@ -83,7 +80,7 @@ private:
     }
 
     const KernelNets* nets_;
-    std::unordered_map<std::string_view, std::string, Hash> known_;
+    std::unordered_map<std::string_view, std::string, TextHash> known_;
 };
 
 /// One kernel on its way out.

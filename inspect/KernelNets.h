@@ -1,8 +1,8 @@
 // Which registers of a kernel hold which argument or variable, and in which instance.
 #pragma once
 
+#include "inspect/TextHash.h"
 #include "model/Kernel.h"
-#include "model/KeyedHash.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -44,14 +44,10 @@ public:
     }
 
 private:
-    struct Hash {
-        std::size_t operator()(std::string_view text) const { return keyHash(text); }
-    };
-
     void findInstances();
 
     const Kernel* kernel_;
-    std::unordered_map<std::string_view, std::vector<std::uint32_t>, Hash> byName_;
+    std::unordered_map<std::string_view, std::vector<std::uint32_t>, TextHash> byName_;
     std::vector<std::optional<std::uint32_t>> instances_; ///< Per register.
 };
 

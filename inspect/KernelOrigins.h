@@ -1,8 +1,8 @@
 // Which input has told what about which kernel.
 #pragma once
 
+#include "inspect/TextHash.h"
 #include "model/Kernel.h"
-#include "model/KeyedHash.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -48,16 +48,12 @@ public:
     const std::vector<std::uint32_t>& inputsOf(std::string_view kernel) const;
 
 private:
-    struct Hash {
-        std::size_t operator()(const std::string& text) const { return keyHash(text); }
-    };
-
     struct Description {
         std::string hardwareName;
         std::string typeText;
         std::uint32_t input;
     };
-    using Descriptions = std::unordered_map<std::string, Description, Hash>;
+    using Descriptions = std::unordered_map<std::string, Description, TextHash>;
 
     struct Origin {
         std::vector<std::uint32_t> inputs;
@@ -71,7 +67,7 @@ private:
                                 const std::vector<Variable>& variables, Descriptions& known,
                                 Ignored& ignored);
 
-    std::unordered_map<std::string, Origin, Hash> origins_; ///< By kernel name.
+    std::unordered_map<std::string, Origin, TextHash> origins_; ///< By kernel name.
 };
 
 } // namespace consolidator::inspect

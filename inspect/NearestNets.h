@@ -5,7 +5,7 @@
 #include "inspect/FirstPaths.h"
 #include "inspect/InstanceFinder.h"
 #include "inspect/Progress.h"
-#include "model/KeyedHash.h"
+#include "inspect/TextHash.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -56,10 +56,7 @@ private:
         std::size_t score = 0; ///< Of the best net.
     };
 
-    struct Hash {
-        std::size_t operator()(std::string_view text) const { return keyHash(text); }
-    };
-    using Names = std::unordered_set<std::string_view, Hash>;
+    using Names = std::unordered_set<std::string_view, TextHash>;
 
     /// One that names alike are looked for, too.
     struct Alike {
@@ -92,7 +89,7 @@ private:
     void offerAlike(const Net& net, const Alike& alike);
     const Names* namesOf(const Kernel& kernel);
 
-    std::unordered_map<std::string_view, std::vector<Wanted>, Hash> byName_;
+    std::unordered_map<std::string_view, std::vector<Wanted>, TextHash> byName_;
     std::unordered_map<const Kernel*, Names> names_;
     std::vector<Alike> alike_;
     std::deque<Bare> bare_;
