@@ -24,8 +24,9 @@ constexpr Table::Align right = Table::Align::Right;
 /// So many names are listed of a kernel.
 constexpr std::size_t mostNames = 20;
 
+/// For tables, in which the name comes again on many lines.
 std::string nameOf(const Kernel& kernel) {
-    return kernel.name().empty() ? "(no name)" : printable(kernel.name());
+    return kernel.name().empty() ? "(no name)" : shortPrintable(kernel.name());
 }
 
 void printFinding(const Finding& finding, Console& console) {

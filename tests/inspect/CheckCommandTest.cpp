@@ -287,6 +287,11 @@ TEST_F(CheckCommand, ListsTheFirstOfManyNames) {
     EXPECT_THAT(result.out, Not(HasSubstr("w20")));
 }
 
+TEST_F(CheckCommand, ShortensNamesThatComeAgain) {
+    directory.write("k.hier", std::string(600, 'k') + "\ninstance path: top/k_1\n");
+    EXPECT_THAT(check().out, HasSubstr("\n  " + std::string(500, 'k') + "…  "));
+}
+
 // JSON, read by a parser that shares nothing with the writer.
 
 TEST_F(CheckCommand, GivesScriptsADocument) {
