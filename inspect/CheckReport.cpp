@@ -1,17 +1,15 @@
 #include "inspect/CheckReport.h"
 
+#include "inspect/JsonStream.h"
+#include "inspect/JsonWriter.h"
 #include "inspect/Numbers.h"
 #include "inspect/Printable.h"
 #include "inspect/Style.h"
 #include "inspect/Table.h"
-#include "inspect/Utf8.h"
 
 #include <algorithm>
 #include <ostream>
-#include <rapidjson/ostreamwrapper.h>
-#include <rapidjson/writer.h>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -119,27 +117,11 @@ void printMissing(const CheckReport& report, Console& console) {
 
 // JSON
 
-using Writer = rapidjson::Writer<rapidjson::OStreamWrapper>;
-
-void writeText(Writer& json, const char* key, std::string_view value) {
-    const std::string valid = validUtf8(value);
-    json.Key(key);
-    json.String(valid.data(), static_cast<rapidjson::SizeType>(valid.size()));
-}
-
-void writeNumber(Writer& json, const char* key, std::uint64_t value) {
-    json.Key(key);
-    json.Uint64(value);
-}
+using Writer = CompactWriter;
 
 /// The file and line of something; null where there is none.
-void writePlace(Writer& json, std::string_view file, std::uint64_t line) {
-    if (file.empty()) {
-        json.Key("file");
-        json.Null();
-    } else {
-        writeText(json, "file", file);
-    }
+void writePlace(Writer& json, const std::string& file, std::uint64_t line) {
+    writeTextOrNull(json, "file", file.empty() ? nullptr : &file);
     if (line == 0) {
         json.Key("line");
         json.Null();
@@ -151,7 +133,7 @@ void writePlace(Writer& json, std::string_view file, std::uint64_t line) {
 void writeFinding(Writer& json, const Finding& finding) {
     json.StartObject();
     writePlace(json, finding.file, finding.line);
-    writeText(json, "severity", label(finding.severity));
+    writeText(json, "severity", std::string(label(finding.severity)));
     writeText(json, "code", finding.code);
     writeText(json, "text", finding.text);
     json.EndObject();
@@ -220,7 +202,7 @@ void printText(const CheckReport& report, Console& console) {
 }
 
 void printJson(const CheckReport& report, std::ostream& out) {
-    rapidjson::OStreamWrapper stream(out);
+    JsonStream stream(out);
     Writer json(stream);
     json.StartObject();
     writeNumber(json, "errors", report.findings.count(Severity::Error));
@@ -240,8 +222,8 @@ void printJson(const CheckReport& report, std::ostream& out) {
     }
     json.EndArray();
     json.EndObject();
+    stream.Put('\n');
     stream.Flush();
-    out << '\n';
 }
 
 } // namespace consolidator::inspect

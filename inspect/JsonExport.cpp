@@ -3,16 +3,13 @@
 #include "inspect/Base64.h"
 #include "inspect/InstanceFinder.h"
 #include "inspect/JsonStream.h"
+#include "inspect/JsonWriter.h"
 #include "inspect/KernelNets.h"
 #include "inspect/LocatedBits.h"
-#include "inspect/Utf8.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cstring>
-#include <rapidjson/prettywriter.h>
-#include <rapidjson/writer.h>
 #include <string_view>
 
 namespace consolidator::inspect {
@@ -22,44 +19,7 @@ namespace {
 /// Version of the document's form, as the schema gives it.
 constexpr unsigned formatVersion = 1;
 
-/// Text from a database, as RapidJSON's writers decode it: UTF-8, and U+FFFD for every byte that is
-/// not. So a text is repaired while it is written, however long it is. It must end in a zero byte.
-struct RepairedUtf8 : rapidjson::UTF8<> {
-    // NOLINTNEXTLINE(readability-identifier-naming): RapidJSON's name
-    static bool Decode(rapidjson::GenericStringStream<RepairedUtf8>& text, unsigned* codePoint) {
-        constexpr std::size_t longest = 4;
-        const std::size_t length = utf8Length({text.src_, strnlen(text.src_, longest)});
-        if (length > 0) {
-            return rapidjson::UTF8<>::Decode(text, codePoint);
-        }
-        text.Take();
-        *codePoint = 0xFFFD;
-        return true;
-    }
-};
-
-/// Without blanks.
-class CompactWriter : public rapidjson::Writer<JsonStream, RepairedUtf8> {
-public:
-    static constexpr std::string_view colon = ":";
-    static constexpr std::string_view comma = ",";
-
-    explicit CompactWriter(JsonStream& stream) : Writer(stream) {}
-};
-
-/// Indented, with a line for each value but the places of bits.
-class IndentingWriter : public rapidjson::PrettyWriter<JsonStream, RepairedUtf8> {
-public:
-    static constexpr std::string_view colon = ": ";
-    static constexpr std::string_view comma = ", ";
-
-    explicit IndentingWriter(JsonStream& stream) : PrettyWriter(stream) {
-        constexpr unsigned indentation = 2;
-        SetIndent(' ', indentation);
-    }
-};
-
-/// Writes one document through one of the writers above.
+/// Writes one document through one of the writers of JsonWriter.h.
 template <typename Writer>
 class DocumentWriter {
 public:
@@ -67,15 +27,16 @@ public:
 
     void write(const Database& database, bool withDwarf) {
         writer_.StartObject();
-        number("format", formatVersion);
+        writeNumber(writer_, "format", formatVersion);
         writer_.Key("version");
         writer_.StartObject();
-        number("major", database.header().majorVersion);
-        number("minor", database.header().minorVersion);
+        writeNumber(writer_, "major", database.header().majorVersion);
+        writeNumber(writer_, "minor", database.header().minorVersion);
         writer_.EndObject();
         writer_.Key("complete");
         writer_.Bool(database.fault().empty());
-        textOrNull("project", database.project().empty() ? nullptr : &database.project());
+        writeTextOrNull(writer_, "project",
+                        database.project().empty() ? nullptr : &database.project());
         writeDwarf(database.dwarf(), withDwarf);
         list("kernels", database.kernels(), [this](const Kernel& kernel) { write(kernel); });
         writer_.EndObject();
@@ -84,29 +45,6 @@ public:
     }
 
 private:
-    void text(const std::string& value) {
-        writer_.String(value.c_str(), static_cast<rapidjson::SizeType>(value.size()));
-    }
-
-    void text(const char* key, const std::string& value) {
-        writer_.Key(key);
-        text(value);
-    }
-
-    void textOrNull(const char* key, const std::string* value) {
-        writer_.Key(key);
-        if (value != nullptr) {
-            text(*value);
-        } else {
-            writer_.Null();
-        }
-    }
-
-    void number(const char* key, std::uint64_t value) {
-        writer_.Key(key);
-        writer_.Uint64(value);
-    }
-
     /// Ends early when nobody takes the text any more.
     template <typename Elements, typename WriteOne>
     void list(const char* key, const Elements& elements, WriteOne writeOne) {
@@ -128,7 +66,7 @@ private:
             return;
         }
         writer_.StartObject();
-        number("size", dwarf->size());
+        writeNumber(writer_, "size", dwarf->size());
         if (withBytes) {
             writer_.Key("base64");
             writeBase64(*dwarf);
@@ -149,30 +87,30 @@ private:
 
     void write(const Kernel& kernel) {
         writer_.StartObject();
-        text("name", kernel.name());
+        writeText(writer_, "name", kernel.name());
         writer_.Key("type");
         writer_.StartObject();
-        number("number", static_cast<std::uint32_t>(kernel.type()));
-        text("name", std::string(label(kernel.type())));
+        writeNumber(writer_, "number", static_cast<std::uint32_t>(kernel.type()));
+        writeText(writer_, "name", std::string(label(kernel.type())));
         writer_.EndObject();
-        const auto writeText = [this](const std::string& value) { text(value); };
-        list("instances", kernel.instancePaths(), writeText);
+        const auto writeElement = [this](const std::string& value) { writeText(writer_, value); };
+        list("instances", kernel.instancePaths(), writeElement);
         const auto writeVariable = [this](const Variable& variable) { write(variable); };
         list("arguments", kernel.arguments(), writeVariable);
         list("variables", kernel.variables(), writeVariable);
         writeRegisters(kernel);
         list("conditions", kernel.breakableConditions(),
              [this](const BreakableCondition& condition) { write(condition); });
-        list("brams", kernel.brams(), writeText);
+        list("brams", kernel.brams(), writeElement);
         writer_.EndObject();
     }
 
     void write(const Variable& variable) {
         writer_.StartObject();
-        text("source", variable.sourceName);
-        text("hardware", variable.hardwareName);
-        text("type", variable.typeText);
-        number("width", variable.bitWidth());
+        writeText(writer_, "source", variable.sourceName);
+        writeText(writer_, "hardware", variable.hardwareName);
+        writeText(writer_, "type", variable.typeText);
+        writeNumber(writer_, "width", variable.bitWidth());
         if (!variable.locations.empty()) {
             list("locations", variable.locations, [this](const auto& locations) {
                 writer_.StartObject();
@@ -188,9 +126,10 @@ private:
         list("registers", kernel.hardwareVariables(), [&](const HardwareVariable& variable) {
             const std::optional<std::uint32_t> instance = finder.instanceOf(variable.name);
             writer_.StartObject();
-            text("net", variable.name);
-            text("hardware", std::string(lastComponent(variable.name)));
-            textOrNull("instance", instance ? &kernel.instancePaths()[*instance] : nullptr);
+            writeText(writer_, "net", variable.name);
+            writeText(writer_, "hardware", std::string(lastComponent(variable.name)));
+            writeTextOrNull(writer_, "instance",
+                            instance ? &kernel.instancePaths()[*instance] : nullptr);
             writePlaces(variable.locations);
             writer_.EndObject();
         });
@@ -199,7 +138,7 @@ private:
     /// The number of all bits, and the places of those that have one.
     template <typename Locations>
     void writePlaces(const Locations& locations) {
-        number("width", locations.size());
+        writeNumber(writer_, "width", locations.size());
         writer_.Key("bits");
         writer_.StartArray();
         forEachLocatedBit(locations, [this](std::uint32_t bit, LogicLocation location) {
@@ -241,14 +180,14 @@ private:
             break;
         case BreakableCondition::FileLine:
             writer_.String("line");
-            text("file", condition.file);
-            number("line", condition.line);
+            writeText(writer_, "file", condition.file);
+            writeNumber(writer_, "line", condition.line);
             break;
         default:
             writer_.String("error");
-            number("number", condition.kind);
+            writeNumber(writer_, "number", condition.kind);
         }
-        text("condition", condition.condition);
+        writeText(writer_, "condition", condition.condition);
         writer_.EndObject();
     }
 
