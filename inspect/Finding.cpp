@@ -1,6 +1,7 @@
 #include "inspect/Finding.h"
 
 #include "consolidated/Diagnostic.h"
+#include "inspect/Utf8.h"
 
 #include <utility>
 
@@ -27,7 +28,7 @@ std::string quotedName(std::string_view text) {
     if (text.size() <= Diagnostic::longestText) {
         return quoted(text);
     }
-    std::string shortened(text.substr(0, Diagnostic::longestText));
+    std::string shortened(utf8Beginning(text, Diagnostic::longestText));
     shortened += "...";
     return quoted(shortened);
 }

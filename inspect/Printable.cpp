@@ -49,10 +49,6 @@ bool isControl(std::string_view character) {
     return character.size() == 3 && isInvisible(character);
 }
 
-bool isContinuation(char byte) {
-    return (static_cast<std::uint8_t>(byte) & 0xC0U) == 0x80U;
-}
-
 } // namespace
 
 std::string printable(std::string_view text) {
@@ -77,12 +73,7 @@ std::string shortPrintable(std::string_view text) {
     if (text.size() <= longestRepeated) {
         return printable(text);
     }
-    // Not in the middle of a character, which has no more than three bytes behind its first one.
-    std::size_t length = longestRepeated;
-    while (length > longestRepeated - 3 && isContinuation(text[length])) {
-        --length;
-    }
-    return printable(text.substr(0, length)) + "…";
+    return printable(utf8Beginning(text, longestRepeated)) + "…";
 }
 
 std::size_t columns(std::string_view text) {

@@ -1,6 +1,7 @@
 #include "inspect/StoredText.h"
 
 #include "inspect/Printable.h"
+#include "inspect/Utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -12,19 +13,6 @@ namespace {
 
 /// So many bytes tell a reader which text is meant.
 constexpr std::size_t longestBeginning = 80;
-
-/// The text without what may be the first bytes of a character that was cut.
-std::string_view withoutHalfCharacter(std::string_view text) {
-    const auto isPart = [](char byte) { return static_cast<std::uint8_t>(byte) >= 0x80; };
-    while (!text.empty() && isPart(text.back())) {
-        const bool isFirst = static_cast<std::uint8_t>(text.back()) >= 0xC0;
-        text.remove_suffix(1);
-        if (isFirst) {
-            break;
-        }
-    }
-    return text;
-}
 
 } // namespace
 
@@ -44,16 +32,15 @@ StoredText::StoredText(ByteRange& bytes, std::uint64_t length) {
         if (!text.empty()) {
             hash_.add(text);
         }
-        const std::size_t room = longestBeginning - beginning_.size();
-        isCut_ = isCut_ || text.size() > room;
-        beginning_ += text.substr(0, room);
+        // One more, which tells whether there is more.
+        beginning_ += text.substr(0, longestBeginning + 1 - beginning_.size());
     }
 }
 
 std::string StoredText::quoted() const {
     std::string result = "\"";
-    result += printable(isCut_ ? withoutHalfCharacter(beginning_) : beginning_);
-    result += isCut_ ? "…\"" : "\"";
+    result += printable(utf8Beginning(beginning_, longestBeginning));
+    result += beginning_.size() > longestBeginning ? "…\"" : "\"";
     return result;
 }
 

@@ -30,8 +30,7 @@ public:
 
 private:
     KeyedHash hash_;
-    std::string beginning_;
-    bool isCut_ = false; ///< There is more than the beginning.
+    std::string beginning_; ///< With one byte more than is shown, if there is more.
     bool hasZero_ = false;
 };
 

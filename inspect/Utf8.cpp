@@ -44,11 +44,28 @@ std::size_t utf8Length(std::string_view text) {
         return 0;
     }
     for (std::size_t i = 2; i < form->length; ++i) {
-        if (!isBetween(text[i], 0x80, 0xBF)) {
+        if (!isContinuation(text[i])) {
             return 0;
         }
     }
     return form->length;
+}
+
+bool isContinuation(char byte) {
+    return isBetween(byte, 0x80, 0xBF);
+}
+
+std::string_view utf8Beginning(std::string_view text, std::size_t most) {
+    if (text.size() <= most) {
+        return text;
+    }
+    // A character has no more than three bytes behind its first one.
+    const std::size_t least = most - std::min<std::size_t>(most, 3);
+    std::size_t length = most;
+    while (length > least && isContinuation(text[length])) {
+        --length;
+    }
+    return text.substr(0, length);
 }
 
 bool isUtf8(std::string_view text) {

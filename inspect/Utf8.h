@@ -13,6 +13,13 @@ namespace consolidator::inspect {
 /// a number above U+10FFFF.
 std::size_t utf8Length(std::string_view text);
 
+/// Whether the byte is one behind the first of a character.
+bool isContinuation(char byte);
+
+/// The first bytes of the text, at most `most`, without those of a character whose end does not fit
+/// in.
+std::string_view utf8Beginning(std::string_view text, std::size_t most);
+
 /// Whether all of the text is UTF-8.
 bool isUtf8(std::string_view text);
 

@@ -37,6 +37,8 @@ TEST(Findings, OfOneFileDoNotFillTheMemory) {
 TEST(Findings, QuoteNamesUpToALength) {
     EXPECT_EQ(quotedName("k"), "\"k\"");
     EXPECT_EQ(quotedName(std::string(5000, 'k')), "\"" + std::string(4096, 'k') + "...\"");
+    EXPECT_EQ(quotedName(std::string(4095, 'k') + "\u00e9"),
+              "\"" + std::string(4095, 'k') + "...\"");
 }
 
 } // namespace

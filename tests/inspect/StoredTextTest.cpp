@@ -34,6 +34,8 @@ TEST_F(StoredTextTest, QuotesAShortText) {
 TEST_F(StoredTextTest, QuotesTheBeginningOfALongText) {
     EXPECT_EQ(read(std::string(81, 'a')).quoted(), '"' + std::string(80, 'a') + "…\"");
     EXPECT_EQ(read(std::string(79, 'a') + "\u00e9").quoted(), '"' + std::string(79, 'a') + "…\"");
+    const std::string whole = std::string(78, 'a') + "\u00e9";
+    EXPECT_EQ(read(whole + 'b').quoted(), '"' + whole + "…\"");
     EXPECT_EQ(read(std::string(200000, 'a')).quoted(), '"' + std::string(80, 'a') + "…\"");
 }
 

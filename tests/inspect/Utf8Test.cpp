@@ -26,6 +26,18 @@ TEST(Utf8, KnowsWhatIsNoCharacter) {
     }
 }
 
+TEST(Utf8, CutsATextBetweenCharacters) {
+    EXPECT_EQ(utf8Beginning("", 0), "");
+    EXPECT_EQ(utf8Beginning("abc", 3), "abc");
+    EXPECT_EQ(utf8Beginning("abcd", 3), "abc");
+    EXPECT_EQ(utf8Beginning("ab\xC3\xA9", 4), "ab\xC3\xA9");
+    EXPECT_EQ(utf8Beginning("ab\xC3\xA9", 3), "ab");
+    EXPECT_EQ(utf8Beginning("\xC3\xA9x", 2), "\xC3\xA9");
+    EXPECT_EQ(utf8Beginning("\xF0\x9F\x94\xA7", 3), "");
+    EXPECT_EQ(utf8Beginning("\xA9\xA9", 1), "");
+    EXPECT_EQ(utf8Beginning("\x80\x80\x80\x80\x80\x80", 5), "\x80\x80"); // no character
+}
+
 TEST(Utf8, KnowsATextThatIsAllCharacters) {
     EXPECT_TRUE(isUtf8(""));
     EXPECT_TRUE(isUtf8("caf\xC3\xA9 \xF0\x9F\x94\xA7"));
