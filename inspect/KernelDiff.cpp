@@ -152,14 +152,16 @@ void KernelDiff::compareVariable(const std::string& word, const Variable& before
     if (!changes.empty()) {
         printer_->changed(name + changes);
     }
-    // No run writes locations here, and only few files have them.
+    // No run writes locations here, and only few files have them: one of those may have a name of
+    // megabytes, and instances without end.
+    const std::string instance = word + ' ' + shortPrintable(before.sourceName) + ", instance ";
     const std::size_t instances = std::max(before.locations.size(), after.locations.size());
     for (std::size_t i = 0; i < instances; ++i) {
         const auto bitsOf = [i](const Variable& variable) {
             return i < variable.locations.size() ? LocationList(variable.locations[i])
                                                  : LocationList();
         };
-        compareBits(name + ", instance " + std::to_string(i), bitsOf(before), bitsOf(after));
+        compareBits(instance + std::to_string(i), bitsOf(before), bitsOf(after));
     }
     if (before.locations.size() != after.locations.size()) {
         printer_->changed(name + ": locations of " + inWords(before.locations.size(), "instance") +

@@ -231,6 +231,17 @@ TEST_F(DiffCommand, CannotCompareWhatIsNoDatabase) {
                               "header alone would have 16\n"}));
 }
 
+// A long name for many instances, in each of which the place of a bit differs.
+TEST_F(DiffCommand, GrowsWithTheDatabasesOnly) {
+    KnownVariable variable{std::string(1'000'000, 'v'), "w", "int", 32, {}};
+    variable.instances.assign(500, std::vector<KnownPlace>{{7, 1}});
+    const KnownKernel before{.name = "k", .variables = {variable}};
+    variable.instances.assign(500, std::vector<KnownPlace>{{7, 2}});
+    const std::string out = diffKernels(before, {.name = "k", .variables = {variable}});
+    EXPECT_THAT(out, EndsWith("…, instance 499: bit 0: 0x00000007 1 -> 0x00000007 2\n"));
+    EXPECT_LT(out.size(), 1'000'000U);
+}
+
 } // namespace
 
 } // namespace consolidator::test
