@@ -24,6 +24,8 @@ public:
     /// A name that differs too much, or was added before, changes nothing.
     void add(std::string_view name);
 
+    bool empty() const { return nearest_.empty(); }
+
     /// The nearest first; of equally near ones the one that was added first.
     std::vector<std::string_view> names() const;
 
