@@ -95,7 +95,7 @@ bool HLSFile::dispatch(std::string_view text) {
     if (first == "local") {
         return readBlock(second);
     }
-    return stop(lineNumber_, text.find_first_not_of("\r") == std::string_view::npos
+    return stop(lineNumber_, text.find_first_not_of('\r') == std::string_view::npos
                                  ? "the line is empty but for a carriage return"
                                  : "a line cannot begin with " + quoted(first));
 }
