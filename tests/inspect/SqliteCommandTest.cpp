@@ -225,18 +225,6 @@ TEST_F(SqliteCommand, NeedsAFolderToWriteTo) {
                   2, "", "missing/out: error: cannot be written: No such file or directory\n"}));
 }
 
-TEST_F(SqliteCommand, LeavesNothingWhenThereIsNoRoom) {
-    directory.write("db", databaseOf({.name = repeated("k", 200000)}));
-    directory.write("out", "old");
-    for (const std::uint64_t room : {4096U, 100000U, 250000U}) {
-        const CommandResult result = runInspector(
-            directory.path("."), {"sqlite", "--force", "db", "out"}, limited(RLIMIT_FSIZE, room));
-        EXPECT_EQ(result,
-                  (CommandResult{2, "", "out: error: cannot be written: disk I/O error\n"}));
-        EXPECT_THAT(directory.contents(), ElementsAre(Key("db"), testing::Pair("out", "old")));
-    }
-}
-
 TEST_F(SqliteCommand, TakesNamesThatSqliteReadsOtherwise) {
     directory.write("db", exampleDatabase());
     for (const char* name : {":memory:", "file:x?mode=ro", "-"}) {
