@@ -80,6 +80,7 @@ set(public_headers
     model/Variable.h
     readers/AuxiliaryXMLFile.h
     readers/BitLine.h
+    readers/HardwareNames.h
     readers/HdlReservedWords.h
     readers/HierarchyFile.h
     readers/HLSFile.h
