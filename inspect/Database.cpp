@@ -37,15 +37,18 @@ Database::Readable Database::read(const std::string& path, Extent extent) {
     const std::uintmax_t size = std::filesystem::file_size(path, error);
     fileSize_ = error ? 0 : size;
 
-    if (readContent(extent)) {
-        if (header().majorVersion <= ConsolidatedFile::supportedMajor) {
-            return Readable::Whole;
-        }
+    const bool isWhole = readContent(extent);
+    // A newer file may hold anything: that it cannot be read is no damage.
+    if (header().magic == ConsolidatedFile::magicNumber &&
+        header().majorVersion > ConsolidatedFile::supportedMajor) {
         fault_ = "is of version " + std::to_string(header().majorVersion) + "." +
                  std::to_string(header().minorVersion) + "; only versions up to " +
                  std::to_string(ConsolidatedFile::supportedMajor) + "." +
                  std::to_string(ConsolidatedFile::supportedMinor) + " are known";
         return Readable::Not;
+    }
+    if (isWhole) {
+        return Readable::Whole;
     }
     // Only a table can follow a header, and only a header makes the file a database.
     if (sections().empty()) {

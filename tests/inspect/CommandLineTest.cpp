@@ -118,6 +118,17 @@ TEST(InspectDatabase, OfANewerMajorVersionIsNotShown) {
                              "db: error: is of version 2.1; only versions up to 1.1 are known\n"}));
 }
 
+TEST(InspectDatabase, OfANewerMajorVersionIsNotCalledDamaged) {
+    const TemporaryDirectory directory;
+    std::string database = exampleDatabase();
+    database[4] = 2;
+    database[16] = 9; // the first section's type
+    directory.write("db", database);
+    EXPECT_EQ(runInspector(directory.path("."), {"summary", "db"}),
+              (CommandResult{2, "",
+                             "db: error: is of version 2.1; only versions up to 1.1 are known\n"}));
+}
+
 TEST(InspectProcess, NoticesThatItsOutputIsLost) {
     const TemporaryDirectory directory;
     directory.write("db", exampleDatabase());
