@@ -86,6 +86,7 @@ set(public_headers
     readers/HLSFile.h
     readers/KernelFile.h
     readers/KnownNets.h
+    readers/LineEnds.h
     readers/LLFile.h
     readers/LocationBudget.h
     readers/NetMatcher.h)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/LogicLocation.h"
+#include "model/Prefetch.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -40,6 +41,13 @@ public:
     /// Sets a bit below 2^32 - 1, with as many pairs of zeros before it as are missing. A later
     /// location for the same bit replaces the earlier one. Constant time and memory on average.
     void set(std::uint32_t bit, LogicLocation location);
+
+    /// Has the processor fetch the entry of a bit that is going to be set again.
+    void prefetchEntry(std::uint32_t bit) const {
+        if (bit < row_.size()) {
+            prefetch(&row_[bit]);
+        }
+    }
 
     /// Calls visit(entries), a std::span, for one run of entries after the other, from bit 0 to the
     /// last one. Long gaps come as runs of zeros of limited length.

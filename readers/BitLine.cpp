@@ -3,9 +3,11 @@
 #include "model/Words.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstring>
 #include <istream>
+#include <limits>
 #include <locale>
 #include <sstream>
 
@@ -14,6 +16,20 @@ namespace consolidator {
 namespace {
 
 constexpr std::string_view netPrefix = "Net=";
+
+/// What each character is worth as a digit; 16 for one that is none.
+constexpr std::array<std::uint8_t, 256> digitValues = [] {
+    std::array<std::uint8_t, 256> values{};
+    values.fill(16);
+    std::uint8_t value = 0;
+    for (const char digit : std::string_view("0123456789abcdef")) {
+        values[static_cast<unsigned char>(digit)] = value++;
+    }
+    for (const char digit : std::string_view("ABCDEF")) {
+        values[static_cast<unsigned char>(digit)] = static_cast<std::uint8_t>(digit - 'A' + 10);
+    }
+    return values;
+}();
 
 /// Takes words off the front of a line, as long as they are what is asked for.
 class Scanner {
@@ -30,18 +46,22 @@ public:
         return isWord;
     }
 
-    /// Takes white space and a word that is nothing but a number of this type and base.
+    /// Takes white space and a word that is nothing but a decimal number of this type; one with as
+    /// many digits as the largest of the type has is too long here.
     template <typename Number>
-    bool takeNumber(Number& number, int base) {
+    bool takeDecimal(Number& number) {
+        return takeSpace() && takeDigits(number, 10, std::numeric_limits<Number>::digits10);
+    }
+
+    /// The same for a hexadecimal number, with or without "0x".
+    bool takeHexadecimal(std::uint64_t& number) {
         if (!takeSpace()) {
             return false;
         }
-        if (base == 16 && end_ - position_ > 2 && position_[0] == '0' && position_[1] == 'x') {
+        if (end_ - position_ > 2 && position_[0] == '0' && position_[1] == 'x') {
             position_ += 2;
         }
-        const auto [behind, error] = std::from_chars(position_, end_, number, base);
-        position_ = behind;
-        return error == std::errc() && (behind == end_ || isSpace(*behind));
+        return takeDigits(number, 16, 16);
     }
 
 private:
@@ -52,6 +72,23 @@ private:
             ++position_;
         }
         return position_ != start && position_ != end_;
+    }
+
+    /// Takes up to so many digits, as many as every number of the type has room for, up to the end
+    /// of the word. The library's way checks each step for overflow and costs twice the time.
+    template <typename Number>
+    bool takeDigits(Number& number, unsigned base, std::ptrdiff_t most) {
+        const char* const start = position_;
+        number = 0;
+        for (; position_ != end_; ++position_) {
+            const unsigned digit = digitValues[static_cast<unsigned char>(*position_)];
+            if (digit >= base) {
+                break;
+            }
+            number = static_cast<Number>(number * base + digit);
+        }
+        const std::ptrdiff_t digits = position_ - start;
+        return digits > 0 && digits <= most && (position_ == end_ || isSpace(*position_));
     }
 
     const char* position_;
@@ -156,8 +193,8 @@ bool BitLine::scan(const NetWord& word) {
     std::uint64_t longAddress = 0;
     std::uint32_t unused = 0;
     Scanner words(word.fields.substr(firstWord.size()));
-    if (!words.takeNumber(position, 10) || !words.takeNumber(longAddress, 16) ||
-        !words.takeNumber(offset, 10) || !words.takeWord() || !words.takeNumber(unused, 10)) {
+    if (!words.takeDecimal(position) || !words.takeHexadecimal(longAddress) ||
+        !words.takeDecimal(offset) || !words.takeWord() || !words.takeDecimal(unused)) {
         return false;
     }
     address = static_cast<std::uint32_t>(longAddress);

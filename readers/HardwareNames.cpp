@@ -17,7 +17,8 @@ std::uint32_t highBits(std::uint64_t hash) {
 
 } // namespace
 
-HardwareNames::HardwareNames(const std::vector<Kernel>& kernels) : slots_(slotsAtFirst) {
+HardwareNames::HardwareNames(const std::vector<Kernel>& kernels)
+    : filter_((std::size_t{1} << filterBits) / 64), slots_(slotsAtFirst) {
     std::vector<Entry> entries;
     std::vector<std::uint32_t> lastKernels; // of each name, which spares most repeated entries
     const auto add = [&](const Variable& variable, std::uint32_t kernel) {
@@ -52,6 +53,8 @@ std::uint32_t HardwareNames::numberOrAdd(std::string_view name) {
     }
     const auto number = static_cast<std::uint32_t>(names_.size());
     names_.push_back(name);
+    const std::uint64_t bit = filterBit(name);
+    filter_[bit / 64] |= std::uint64_t{1} << (bit % 64);
     slots_[place] = {highBits(hash), number};
     if (2 * names_.size() > slots_.size()) {
         grow();

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,13 @@ public:
     /// The kernels must outlive this object, stay where they are, and keep their arguments and
     /// variables.
     explicit HardwareNames(const std::vector<Kernel>& kernels);
+
+    /// Whether the name can be there: never false for one that is, seldom true for one that is not.
+    /// Most names of a file are told so by a look at one bit.
+    bool mayHave(std::string_view name) const {
+        const std::uint64_t bit = filterBit(name);
+        return ((filter_[bit / 64] >> (bit % 64)) & 1) != 0;
+    }
 
     /// The number of a name, or none. Names are numbered from 0 in the order of the kernels.
     std::uint32_t numberOf(std::string_view name) const;
@@ -49,11 +57,31 @@ private:
         std::uint32_t kernel;
     };
 
+    /// As many bits as the processor's nearest cache has room for beside other things.
+    static constexpr unsigned filterBits = 16;
+
+    /// The bit of the filter that a name has, by its length and last characters, where names differ
+    /// most. A file that is made so that all its names have the bits of others gains nothing: they
+    /// are looked up then.
+    static std::uint64_t filterBit(std::string_view name) {
+        std::uint64_t last = 0;
+        if (name.size() >= sizeof last) {
+            std::memcpy(&last, name.data() + name.size() - sizeof last, sizeof last);
+        } else {
+            for (const char c : name) {
+                last = last << 8 | static_cast<unsigned char>(c);
+            }
+        }
+        constexpr std::uint64_t oddConstant = 0x9E3779B97F4A7C15; // 2^64 by the golden ratio
+        return ((last ^ name.size()) * oddConstant) >> (64 - filterBits);
+    }
+
     std::uint32_t numberOrAdd(std::string_view name);
     std::size_t placeOf(std::string_view name, std::uint64_t hash) const;
     void grow();
     void listKernels(std::span<const Entry> entries);
 
+    std::vector<std::uint64_t> filter_; ///< A bit for each of the names.
     std::vector<std::string_view> names_;
     std::vector<Slot> slots_;            ///< A power of two, at most half of them taken.
     std::vector<std::uint32_t> starts_;  ///< Per name where its kernels begin; then the end.

@@ -17,11 +17,6 @@ namespace {
 constexpr std::string_view netPrefix = "Net=";
 constexpr std::string_view headerWord = "Revision";
 
-/// So many bytes are looked at together, several times, while the processor has them at hand. It
-/// also bounds what a line that is not usual costs, after which the search for nets begins anew.
-constexpr std::size_t pieceSize = std::size_t{32} * 1024;
-static_assert(pieceSize > LLFile::longestLine);
-
 bool contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
@@ -33,6 +28,20 @@ struct HashOfText {
 /// Whether the first word is "Bit", and stands where tools put it.
 bool beginsWithBit(std::string_view line) {
     return line.starts_with("Bit ") || line.starts_with("Bit\t");
+}
+
+/// How many of the lines, which end at these positions, are before the first that is too long or
+/// does not begin like that.
+std::size_t countUsualLines(std::string_view text, std::span<const std::uint32_t> ends) {
+    std::size_t start = 0;
+    for (std::size_t line = 0; line < ends.size(); ++line) {
+        const std::size_t length = ends[line] - start;
+        if (length > LLFile::longestLine || !beginsWithBit(text.substr(start, length))) {
+            return line;
+        }
+        start = std::size_t{ends[line]} + 1;
+    }
+    return ends.size();
 }
 
 } // namespace
@@ -106,35 +115,35 @@ bool LLFile::readLines() {
 
 bool LLFile::takeUsualLines() {
     // A zero byte, which no usual line has, is as good as the end.
-    std::string_view piece = ahead().substr(0, pieceSize);
+    std::string_view piece = ahead().substr(0, pieceSize_);
     piece = piece.substr(0, piece.find('\0'));
+    const std::span<const std::uint32_t> ends = lineEnds_.find(piece);
+    const auto startOf = [ends](std::size_t line) {
+        return line == 0 ? std::size_t{0} : std::size_t{ends[line - 1]} + 1;
+    };
     const std::uint64_t firstLine = lineNumber_;
-    std::size_t net = piece.find(netPrefix); // the next one, in this line or in a later one
-    std::size_t start = 0;                   // of the line
-    while (start < piece.size()) {
-        const std::size_t end = piece.find('\n', start);
-        if (end == std::string_view::npos || end - start > longestLine) {
-            break; // the line goes on behind the piece, or is too long
+    std::size_t lines = countUsualLines(piece, ends);
+    std::size_t line = 0;
+    std::size_t net = piece.find(netPrefix);
+    while (net < startOf(lines)) {
+        while (ends[line] < net) {
+            ++line;
         }
-        const std::string_view line = piece.substr(start, end - start);
-        const bool hasNet = net < end;
-        if (!line.starts_with(';') &&
-            (!beginsWithBit(line) || (hasNet && !takeUsualLine(line, net - start)))) {
+        lineNumber_ = firstLine + line;
+        const std::size_t start = startOf(line);
+        if (!takeUsualLine(piece.substr(start, ends[line] - start), net - start)) {
+            lines = line;
             break;
         }
-        if (hasNet) {
-            net = piece.find(netPrefix, end);
-        }
-        // The newline, and what else the stream would pass over before the next line.
-        start = end;
-        while (start < piece.size() && isSpace(piece[start])) {
-            lineNumber_ += piece[start] == '\n' ? 1 : 0;
-            ++start;
-        }
+        net = piece.find(netPrefix, ends[line]);
     }
-    addWaiting(); // they look into the piece
-    skip(start, lineNumber_ - firstLine);
-    return start > 0;
+    lineNumber_ = firstLine + lines;
+    pieceSize_ = lines < ends.size() ? smallestPiece : std::min(2 * pieceSize_, largestPiece);
+    skip(startOf(lines), lines);
+    if (lines == 0 || ahead().empty() || isSpace(ahead().front())) {
+        addWaiting(); // the stream may read now
+    }
+    return lines > 0;
 }
 
 bool LLFile::takeUsualLine(std::string_view line, std::size_t net) {
@@ -142,7 +151,12 @@ bool LLFile::takeUsualLine(std::string_view line, std::size_t net) {
     if (!word.find(line, net)) {
         return false;
     }
-    if (contains(line, headerWord) || isStranger(word, line.size())) {
+    if (!matcher_->mayKnowName(word.lastComponent())) {
+        passOverStranger(line.size());
+        return true;
+    }
+    if (contains(line, headerWord)) {
+        passOverIfStranger(word, line.size());
         return true;
     }
     BitLine bit;
@@ -158,17 +172,19 @@ bool LLFile::takeUsualLine(std::string_view line, std::size_t net) {
 }
 
 bool LLFile::handleLine(const std::string& text) {
-    if (text.starts_with(';') || contains(text, headerWord)) {
+    if (text.starts_with(';')) {
         return true;
     }
+    const bool isHeader = contains(text, headerWord);
     std::string_view words = text;
     const std::string_view first = takeWord(words);
     if (first != "Bit") {
-        return stop(lineNumber_, "line begins with " + quoted(first) + ", not \"Bit\"");
+        return isHeader || stop(lineNumber_, "line begins with " + quoted(first) + ", not \"Bit\"");
     }
     const std::size_t net = text.find(netPrefix);
     NetWord word;
-    if (net == std::string::npos || (word.find(text, net) && isStranger(word, text.size()))) {
+    if (net == std::string::npos ||
+        (word.find(text, net) && passOverIfStranger(word, text.size())) || isHeader) {
         return true;
     }
     const std::optional<BitLine> bit = BitLine::read(text);
@@ -184,13 +200,17 @@ bool LLFile::handleLine(const std::string& text) {
     return true;
 }
 
-bool LLFile::isStranger(const NetWord& word, std::size_t lineLength) {
+bool LLFile::passOverIfStranger(const NetWord& word, std::size_t lineLength) {
     if (matcher_->knowsName(word.lastComponent())) {
         return false;
     }
+    passOverStranger(lineLength);
+    return true;
+}
+
+void LLFile::passOverStranger(std::size_t lineLength) {
     bytesWithNets_ += lineLength;
     noteStranger(lineNumber_);
-    return true;
 }
 
 void LLFile::addWaiting() {
@@ -202,12 +222,20 @@ void LLFile::addWaiting() {
         queries[i].net = lines[i].bit.net;
     }
     knownNets_->findAll(queries);
+    const auto firstRegister = [this](const KnownNets::Query& query) {
+        const auto& [owner, position] = query.registers.front();
+        return &kernels_[owner].hardwareVariables()[position];
+    };
     for (const KnownNets::Query& query : queries) {
-        for (const auto& [owner, position] :
-             query.registers.first(query.registers.empty() ? 0 : 1)) {
-            const HardwareVariable& variable = kernels_[owner].hardwareVariables()[position];
-            prefetch(&variable);
-            prefetch(&variable + 1); // it may lie in two lines of the cache
+        if (!query.registers.empty()) {
+            const LocationList& locations = firstRegister(query)->locations;
+            prefetch(&locations);
+            prefetch(&locations + 1); // it may lie in two lines of the cache
+        }
+    }
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (!queries[i].registers.empty()) {
+            firstRegister(queries[i])->locations.prefetchEntry(lines[i].bit.number);
         }
     }
     bool areKnown = true; // so far: a net that gets known may move what was found

@@ -32,6 +32,7 @@
 #include "model/Kernel.h"
 #include "readers/BitLine.h"
 #include "readers/KnownNets.h"
+#include "readers/LineEnds.h"
 #include "readers/LocationBudget.h"
 #include "readers/NetMatcher.h"
 
@@ -90,11 +91,21 @@ public:
 
 private:
     bool readLines();
+
+    /// Takes lines off ahead() as long as they are what tools write, which is nearly always so.
+    /// False when there is none, and the stream has to read the next line.
     bool takeUsualLines();
     bool takeUsualLine(std::string_view line, std::size_t net);
     bool handleLine(const std::string& text);
 
-    bool isStranger(const NetWord& word, std::size_t lineLength);
+    bool passOverIfStranger(const NetWord& word, std::size_t lineLength);
+    void passOverStranger(std::size_t lineLength);
+
+    // So many bytes are looked at together, several times, while the processor has them at hand. A
+    // line that is not usual ends that, so after it the next piece is small.
+    static constexpr std::size_t smallestPiece = std::size_t{4} * 1024;
+    static constexpr std::size_t largestPiece = std::size_t{32} * 1024;
+    static_assert(smallestPiece > longestLine);
 
     static constexpr std::size_t mostWaiting = 32;
 
@@ -129,6 +140,8 @@ private:
     std::vector<bool> lacksRegisters_;
 
     std::uint64_t lineNumber_ = 0;
+    std::size_t pieceSize_ = smallestPiece;
+    LineEnds lineEnds_;
     std::optional<NetMatcher> matcher_;  ///< Of the project's kernels.
     std::optional<KnownNets> knownNets_; ///< In the base's kernels.
     LocationBudget budget_;

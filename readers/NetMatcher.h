@@ -36,6 +36,9 @@ public:
         return names_.numberOf(lastComponent) != HardwareNames::none;
     }
 
+    /// The same at a fraction of the cost, but sometimes true of a name that no kernel has.
+    bool mayKnowName(std::string_view lastComponent) const { return names_.mayHave(lastComponent); }
+
     /// The positions of the first `most` kernels, at least one, that own the net, which has a
     /// leading "/": ascending and each once. The result holds until the next call.
     std::span<const std::uint32_t>

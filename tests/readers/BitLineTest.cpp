@@ -99,14 +99,25 @@ TEST(BitLine, TakesAUsualLineApartEitherWay) {
 
 TEST(BitLine, ScansTheLargestNumbers) {
     const std::string line =
-        "Bit 18446744073709551615 ffffffffffffffff 4294967295 a 4294967295 Net=n[4294967295]";
-    EXPECT_EQ(scanned(line), bitOf("n", 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF));
+        "Bit 9999999999999999999 ffffffffffffffff 999999999 a 999999999 Net=n[4294967295]";
+    EXPECT_EQ(scanned(line), bitOf("n", 0xFFFFFFFF, 0xFFFFFFFF, 999999999));
+    EXPECT_EQ(BitLine::read(line), scanned(line));
+}
+
+TEST(BitLine, LeavesNumbersWithMoreDigitsToTheStream) {
+    for (const std::string line :
+         {"Bit 18446744073709551615 0x2 3 a 0 Net=n", "Bit 00000000000000000001 0x2 3 a 0 Net=n",
+          "Bit 1 0x00000000000000012 3 a 0 Net=n", "Bit 1 0x2 4294967295 a 0 Net=n",
+          "Bit 1 0x2 3 a 0000000000 Net=n"}) {
+        EXPECT_TRUE(isRefused(line)) << line;
+        EXPECT_TRUE(BitLine::read(line).has_value()) << line;
+    }
 }
 
 TEST(BitLine, ScansNumbersWithManyZeros) {
-    const std::string line =
-        "Bit 0 0x0000000000000000000000012 00000000000000000000007 a 0 Net=n[0000000000003]";
+    const std::string line = "Bit 0 0x0000000000000012 000000007 a 0 Net=n[0000000000003]";
     EXPECT_EQ(scanned(line), bitOf("n", 3, 0x12, 7));
+    EXPECT_EQ(BitLine::read(line), scanned(line));
 }
 
 TEST(BitLine, ScansAnyWhiteSpace) {

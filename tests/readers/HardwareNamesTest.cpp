@@ -55,6 +55,32 @@ TEST(HardwareNames, CountsAKernelOnceThatHasANameSeveralTimes) {
     EXPECT_EQ(names.entryCount(), 4);
 }
 
+TEST(HardwareNames, MayHaveEachNameItHas) {
+    std::vector<Kernel> kernels(1);
+    std::string name;
+    for (char c = 'a'; c <= 'z'; ++c) { // of 0 to 25 characters
+        kernels[0].addVariable(name, name, "int");
+        name += c;
+    }
+    const HardwareNames names(kernels);
+    for (const Variable& variable : kernels[0].variables()) {
+        EXPECT_TRUE(names.mayHave(variable.hardwareName)) << variable.hardwareName;
+    }
+}
+
+TEST(HardwareNames, TellsMostStrangersAtOnce) {
+    std::vector<Kernel> kernels(1);
+    for (int i = 0; i < 100; ++i) {
+        kernels[0].addVariable(std::to_string(i), "name_" + std::to_string(i) + "_reg", "int");
+    }
+    const HardwareNames names(kernels);
+    int taken = 0;
+    for (int i = 0; i < 1000; ++i) {
+        taken += names.mayHave("stranger_" + std::to_string(i)) ? 1 : 0;
+    }
+    EXPECT_LT(taken, 50);
+}
+
 TEST(HardwareNames, KnowsNothingWithoutKernels) {
     const std::vector<Kernel> none;
     const HardwareNames names(none);
