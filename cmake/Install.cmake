@@ -67,6 +67,7 @@ set(public_headers
     consolidated/SectionEntry.h
     model/BreakableCondition.h
     model/HardwareVariable.h
+    model/InstanceLocations.h
     model/Kernel.h
     model/KernelIndex.h
     model/KernelType.h

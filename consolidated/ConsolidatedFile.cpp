@@ -226,7 +226,7 @@ void ConsolidatedFile::mergeKernel(Kernel kernel) {
     const auto [existing, isNew] =
         kernels_.findOrAdd(kernel.name(), [&] { return std::move(kernel); });
     if (!isNew) {
-        existing.merge(kernel);
+        existing.merge(std::move(kernel));
     }
 }
 

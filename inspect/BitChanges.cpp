@@ -75,7 +75,7 @@ void append(std::vector<BitChange>& changes, const BitChange& change) {
     changes.push_back(change);
 }
 
-std::string inWords(const Side& side, std::uint32_t bits) {
+std::string sideInWords(const Side& side, std::uint32_t bits) {
     switch (side.state) {
     case State::Absent:
         return "none";
@@ -113,7 +113,7 @@ std::string inWords(const BitChange& change) {
     const std::uint32_t bits = change.last - change.first + 1;
     const std::string number = std::to_string(change.first);
     return (bits == 1 ? "bit " + number : "bits " + number + '-' + std::to_string(change.last)) +
-           ": " + inWords(change.before, bits) + " -> " + inWords(change.after, bits);
+           ": " + sideInWords(change.before, bits) + " -> " + sideInWords(change.after, bits);
 }
 
 } // namespace consolidator::inspect

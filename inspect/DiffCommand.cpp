@@ -64,7 +64,7 @@ void compareDwarf(const Database& before, const Database& after, DiffPrinter& pr
 }
 
 /// "kernel checksum: C, 1 instance, 3 arguments", without lists that are empty.
-std::string describe(const Kernel& kernel) {
+std::string contentInWords(const Kernel& kernel) {
     std::string result = "kernel " + shownName(kernel.name()) + ": " + shownType(kernel.type());
     const auto add = [&result](std::size_t count, std::string_view thing) {
         if (count > 0) {
@@ -94,10 +94,10 @@ void compareKernels(const std::vector<Kernel>& before, const std::vector<Kernel>
                     DiffPrinter& printer) {
     const ListMatch match(namesOf(before), namesOf(after));
     for (const std::uint32_t position : match.removed()) {
-        printer.removed(describe(before[position]));
+        printer.removed(contentInWords(before[position]));
     }
     for (const std::uint32_t position : match.added()) {
-        printer.added(describe(after[position]));
+        printer.added(contentInWords(after[position]));
     }
     reportOrder(
         "kernel", match,

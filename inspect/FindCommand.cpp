@@ -6,8 +6,8 @@
 #include "inspect/NamePattern.h"
 #include "inspect/Printable.h"
 #include "inspect/Style.h"
-#include "inspect/TextHash.h"
 #include "inspect/UsageError.h"
+#include "model/TextHash.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

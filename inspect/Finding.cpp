@@ -26,11 +26,11 @@ std::uint64_t Findings::count(Severity severity) const {
 
 std::string quotedName(std::string_view text) {
     if (text.size() <= Diagnostic::longestText) {
-        return quoted(text);
+        return consolidator::quoted(text);
     }
     std::string shortened(utf8Beginning(text, Diagnostic::longestText));
     shortened += "...";
-    return quoted(shortened);
+    return consolidator::quoted(shortened);
 }
 
 } // namespace consolidator::inspect

@@ -1,8 +1,8 @@
 // Which arguments and variables of a kernel a register holds.
 #pragma once
 
-#include "inspect/TextHash.h"
 #include "model/Kernel.h"
+#include "model/TextHash.h"
 
 #include <cstddef>
 #include <span>

@@ -1,6 +1,6 @@
 #include "inspect/HlsLosses.h"
 
-#include "model/KeyedHash.h"
+#include "model/TextHash.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -13,10 +13,6 @@
 namespace consolidator::inspect {
 
 namespace {
-
-struct HashOfText {
-    std::size_t operator()(std::string_view text) const { return keyHash(text); }
-};
 
 /// Goes through the entries of one file.
 class Losses {
@@ -86,7 +82,7 @@ private:
     Findings& findings_;
 
     /// Hardware names by the names of the kernel's variables and of those that were reported.
-    std::unordered_map<std::string_view, std::string_view, HashOfText> registers_;
+    std::unordered_map<std::string_view, std::string_view, TextHash> registers_;
 
     // Ordered, since a hash table could be made slow by chosen numbers.
     std::map<std::uint32_t, const HLSFile::RtlEntry*> firstOfLine_;

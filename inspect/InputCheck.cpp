@@ -3,9 +3,9 @@
 #include "inspect/ConditionCheck.h"
 #include "inspect/HlsLosses.h"
 #include "inspect/Numbers.h"
-#include "inspect/TextHash.h"
 #include "model/ConditionTranslation.h"
 #include "model/RAMFile.h"
+#include "model/TextHash.h"
 #include "model/Words.h"
 #include "readers/HLSFile.h"
 

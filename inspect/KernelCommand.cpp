@@ -7,7 +7,7 @@
 #include "inspect/Printable.h"
 #include "inspect/Style.h"
 #include "inspect/Table.h"
-#include "inspect/TextHash.h"
+#include "model/TextHash.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -19,7 +19,6 @@ namespace consolidator::inspect {
 
 namespace {
 
-constexpr Table::Align right = Table::Align::Right;
 constexpr std::string_view indent = "  ";
 constexpr std::string_view bitIndent = "    ";
 
@@ -131,7 +130,7 @@ private:
         remark += kernel_.instanceSuffix();
         remark += "\")";
         if (begin("Instances", !paths.empty(), remark)) {
-            printTable({{"#", right}, {"path"}}, paths.size(), [&paths](std::size_t row) {
+            printTable({{"#", rightAligned}, {"path"}}, paths.size(), [&paths](std::size_t row) {
                 return std::vector{std::to_string(row), printable(paths[row])};
             });
         }
@@ -142,8 +141,8 @@ private:
             return;
         }
         const std::vector<Table::Column> tableColumns{
-            {"source name"},  {"hardware name"},    {"type"},
-            {"width", right}, {"registers", right}, {"instances"}};
+            {"source name"},         {"hardware name"},           {"type"},
+            {"width", rightAligned}, {"registers", rightAligned}, {"instances"}};
         printTable(tableColumns, variables.size(), [&](std::size_t row) {
             const Variable& variable = variables[row];
             return std::vector{printable(variable.sourceName),

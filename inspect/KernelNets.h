@@ -1,8 +1,8 @@
 // Which registers of a kernel hold which argument or variable, and in which instance.
 #pragma once
 
-#include "inspect/TextHash.h"
 #include "model/Kernel.h"
+#include "model/TextHash.h"
 
 #include <cstddef>
 #include <cstdint>

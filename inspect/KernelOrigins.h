@@ -1,8 +1,8 @@
 // Which input has told what about which kernel.
 #pragma once
 
-#include "inspect/TextHash.h"
 #include "model/Kernel.h"
+#include "model/TextHash.h"
 
 #include <cstddef>
 #include <cstdint>

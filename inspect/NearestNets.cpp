@@ -3,6 +3,7 @@
 #include "inspect/KernelNets.h"
 #include "inspect/NameDistance.h"
 #include "model/Words.h"
+#include "readers/BitLine.h"
 #include "readers/LLFile.h"
 
 #include <algorithm>
@@ -199,7 +200,7 @@ const NearestNets::Names* NearestNets::namesOf(const Kernel& kernel) {
 }
 
 std::string_view netOfLine(std::string_view line) {
-    constexpr std::string_view prefix = "Net=";
+    constexpr std::string_view prefix = NetWord::prefix;
     if (line.starts_with(';')) {
         return {};
     }

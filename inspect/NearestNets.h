@@ -2,10 +2,10 @@
 #pragma once
 
 #include "inspect/Coverage.h"
-#include "inspect/FirstPaths.h"
 #include "inspect/InstanceFinder.h"
+#include "inspect/PathsInNet.h"
 #include "inspect/Progress.h"
-#include "inspect/TextHash.h"
+#include "model/TextHash.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -93,7 +93,7 @@ private:
     std::unordered_map<const Kernel*, Names> names_;
     std::vector<Alike> alike_;
     std::deque<Bare> bare_;
-    FirstPaths paths_; ///< Of the kernels that miss names.
+    PathsInNet paths_; ///< Of the kernels that miss names.
 };
 
 /// The net that a line of a logic-location file names, without its bit index; empty if none.

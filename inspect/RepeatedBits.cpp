@@ -2,7 +2,7 @@
 
 #include "inspect/FileLook.h"
 #include "inspect/Numbers.h"
-#include "model/KeyedHash.h"
+#include "model/TextHash.h"
 #include "readers/BitLine.h"
 #include "readers/LLFile.h"
 
@@ -19,10 +19,6 @@
 namespace consolidator::inspect {
 
 namespace {
-
-struct HashOfText {
-    std::size_t operator()(std::string_view text) const { return keyHash(text); }
-};
 
 /// A line, by the bit that it is about.
 struct Placement {
@@ -119,7 +115,7 @@ private:
         }
     }
 
-    std::unordered_set<std::string_view, HashOfText> registers_; ///< With their leading "/".
+    std::unordered_set<std::string_view, TextHash> registers_; ///< With their leading "/".
     std::vector<Placement> placements_;
     std::string name_;
 };

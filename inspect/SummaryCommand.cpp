@@ -13,8 +13,6 @@ namespace consolidator::inspect {
 
 namespace {
 
-constexpr Table::Align right = Table::Align::Right;
-
 void printHead(const Database& database, std::ostream& out) {
     out << printable(database.path()) << ": consolidated file, version "
         << database.header().majorVersion << '.' << database.header().minorVersion << ", "
@@ -30,7 +28,7 @@ void printHead(const Database& database, std::ostream& out) {
 }
 
 void printSections(const Database& database, Console& console) {
-    Table table({{"#", right}, {"type"}, {"offset", right}, {"size", right}});
+    Table table({{"#", rightAligned}, {"type"}, {"offset", rightAligned}, {"size", rightAligned}});
     std::size_t number = 0;
     for (const SectionEntry& entry : database.sections()) {
         table.add({std::to_string(number++), describe(entry), std::to_string(entry.offset),
@@ -43,12 +41,12 @@ void printSections(const Database& database, Console& console) {
 void printKernels(const Database& database, Console& console) {
     Table table({{"name"},
                  {"type"},
-                 {"instances", right},
-                 {"arguments", right},
-                 {"variables", right},
-                 {"registers", right},
-                 {"located bits", right},
-                 {"conditions", right}});
+                 {"instances", rightAligned},
+                 {"arguments", rightAligned},
+                 {"variables", rightAligned},
+                 {"registers", rightAligned},
+                 {"located bits", rightAligned},
+                 {"conditions", rightAligned}});
     for (const Kernel& kernel : database.kernels()) {
         std::uint64_t bits = 0;
         for (const HardwareVariable& variable : kernel.hardwareVariables()) {

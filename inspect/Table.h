@@ -48,6 +48,8 @@ private:
     std::vector<std::vector<std::string>> rows_;
 };
 
+inline constexpr Table::Align rightAligned = Table::Align::Right;
+
 /// Prints a table of `count` rows, whose cells makeRow(number) gives, without keeping them: it is
 /// called twice for each. For tables that grow with the bits of a database.
 void printRows(std::ostream& out, const std::vector<Table::Column>& columns, std::size_t count,

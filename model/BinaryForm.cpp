@@ -14,6 +14,9 @@ constexpr std::uint32_t largestLength = std::numeric_limits<std::uint32_t>::max(
 /// Bytes asked for at first; later steps double what has already come.
 constexpr std::size_t firstStep = std::size_t{64} * 1024;
 
+/// Names are shorter than this, but for those of odd files.
+constexpr std::size_t longestName = 256;
+
 // What std::fread and std::fwrite do, for streams that no other thread uses. A record is many small
 // pieces, and a lock for each took a tenth of a whole run.
 
@@ -46,6 +49,28 @@ bool readOnto(std::FILE* stream, std::size_t count, Container& elements) {
         left -= wanted;
         step = elements.size();
     }
+    return true;
+}
+
+/// A string that grows to its length takes up to twice the memory of one that is made from its
+/// bytes, and a project holds millions of names.
+bool readName(std::FILE* stream, std::size_t length, std::string& text) {
+    std::array<char, longestName> bytes; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    if (readPieces(bytes.data(), 1, length, stream) < length) {
+        return false;
+    }
+    const std::string_view all(bytes.data(), length);
+    text = std::string(all.substr(0, all.find('\0')));
+    return true;
+}
+
+bool readLongText(std::FILE* stream, std::size_t length, std::string& text) {
+    std::string bytes;
+    if (!readBytes(stream, length, bytes)) {
+        return false;
+    }
+    bytes.resize(std::min(bytes.size(), bytes.find('\0')));
+    text = std::move(bytes);
     return true;
 }
 
@@ -90,13 +115,12 @@ bool readNumber(std::FILE* stream, std::uint32_t& number) {
 
 bool readText(std::FILE* stream, std::string& text) {
     std::uint32_t length = 0;
-    std::string bytes;
-    if (!readNumber(stream, length) || !readBytes(stream, cappedLength(length), bytes)) {
+    if (!readNumber(stream, length)) {
         return false;
     }
-    bytes.resize(std::min(bytes.size(), bytes.find('\0')));
-    text = std::move(bytes);
-    return true;
+    length = cappedLength(length);
+    return length <= longestName ? readName(stream, length, text)
+                                 : readLongText(stream, length, text);
 }
 
 bool readLocations(std::FILE* stream, std::uint32_t count, std::vector<LogicLocation>& locations) {

@@ -25,12 +25,12 @@ struct BreakableCondition {
     enum Kind : std::uint32_t { Start = 0, Stop = 1, FileLine = 2 };
 
     std::uint32_t kind = Start;
+    std::uint32_t line = 0; ///< Source line; 0 unless the kind is FileLine.
     /// The hardware condition; "$i" in it stands for the path of a kernel instance and is filled
     /// in by the debugger that evaluates it.
     std::string condition;
-    std::uint32_t line = 0; ///< Source line; 0 unless the kind is FileLine.
-    std::string file;       ///< Source file; empty unless the kind is FileLine.
-    bool valid = false;     ///< True once the record is complete; no part of equality.
+    std::string file;   ///< Source file; empty unless the kind is FileLine.
+    bool valid = false; ///< True once the record is complete; no part of equality.
 
     /// An empty record that is not complete: what reading starts from.
     BreakableCondition() = default;

@@ -42,23 +42,23 @@ std::uint32_t Kernel::emptyBitsBefore(std::string_view rtlName, std::uint32_t bi
     return variable == nullptr ? bit : variable->emptyBitsBefore(bit);
 }
 
-void Kernel::addHardwareVariable(const HardwareVariable& variable) {
-    hardwareVariables_.findOrAdd(variable.name, [&] { return variable; });
+void Kernel::addHardwareVariable(HardwareVariable variable) {
+    hardwareVariables_.findOrAdd(variable.name, [&] { return std::move(variable); });
 }
 
 void Kernel::addBreakableCondition(std::uint32_t kind, std::string_view condition) {
     addBreakableCondition(BreakableCondition(kind, condition));
 }
 
-void Kernel::addBreakableCondition(const BreakableCondition& condition) {
-    breakableConditions_.findOrAdd(condition, [&] { return condition; });
+void Kernel::addBreakableCondition(BreakableCondition condition) {
+    breakableConditions_.findOrAdd(condition, [&] { return std::move(condition); });
 }
 
 void Kernel::addBram(std::string_view name) {
     brams_.emplace_back(name);
 }
 
-void Kernel::merge(const Kernel& other) {
+void Kernel::merge(Kernel other) {
     if (type_ == KernelType::Unknown) {
         type_ = other.type_;
     }
@@ -71,12 +71,17 @@ void Kernel::merge(const Kernel& other) {
     for (const Variable& variable : other.variables()) {
         addVariable(variable.sourceName, variable.hardwareName, variable.typeText);
     }
-    for (const HardwareVariable& variable : other.hardwareVariables()) {
-        addHardwareVariable(variable);
-    }
-    for (const BreakableCondition& condition : other.breakableConditions()) {
-        addBreakableCondition(condition);
-    }
+    // These can be large: `other` has no more use for them.
+    other.hardwareVariables_.changeAll([this](std::vector<HardwareVariable>& variables) {
+        for (HardwareVariable& variable : variables) {
+            addHardwareVariable(std::move(variable));
+        }
+    });
+    other.breakableConditions_.changeAll([this](std::vector<BreakableCondition>& conditions) {
+        for (BreakableCondition& condition : conditions) {
+            addBreakableCondition(std::move(condition));
+        }
+    });
 }
 
 void Kernel::clear() {

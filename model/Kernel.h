@@ -87,19 +87,19 @@ public:
     /// How many pairs of zeros addHardwareLocation() would add to the register for the bits below
     /// `bit`, which is what a small file can make large.
     std::uint32_t emptyBitsBefore(std::string_view rtlName, std::uint32_t bit);
-    /// Adds a copy of the register unless one of its name is there.
-    void addHardwareVariable(const HardwareVariable& variable);
+    /// Adds the register unless one of its name is there.
+    void addHardwareVariable(HardwareVariable variable);
     /// Adds a condition without a source line unless an equal one is there.
     void addBreakableCondition(std::uint32_t kind, std::string_view condition);
-    /// Adds a copy of the condition unless an equal one is there.
-    void addBreakableCondition(const BreakableCondition& condition);
+    /// Adds the condition unless an equal one is there.
+    void addBreakableCondition(BreakableCondition condition);
     /// Adds the name, whether or not it is there.
     void addBram(std::string_view name);
 
     /// Takes over what `other`, a kernel of the same name, knows and this one does not. A type that
     /// is known stays. Arguments and variables come without their locations, and BRAM names do not
     /// come at all: both reach a project only with a kernel that is new to it. That is on purpose.
-    void merge(const Kernel& other);
+    void merge(Kernel other);
 
     /// Back to the state of a new record: all empty, type Unknown.
     void clear();

@@ -41,4 +41,10 @@ inline std::uint64_t keyHash(std::string_view text) {
     return KeyedHash().add(text).value();
 }
 
+/// What a hash table may keep of a hash: its lower bits choose the slot, these tell apart nearly
+/// all that share one.
+inline std::uint32_t upperHalf(std::uint64_t hash) {
+    return static_cast<std::uint32_t>(hash >> 32);
+}
+
 } // namespace consolidator

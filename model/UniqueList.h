@@ -54,7 +54,8 @@ public:
     }
 
     /// Returns the first element with this key; if there is none, appends make() first, whose key
-    /// must be `key`. The second value tells whether it was appended.
+    /// must be `key` and may take over what `key` is a view of. The second value tells whether it
+    /// was appended.
     template <typename Make>
     std::pair<Element&, bool> findOrAdd(const Key& key, Make make) {
         const std::uint32_t hash = hashOf(key);

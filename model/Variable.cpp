@@ -81,7 +81,7 @@ bool Variable::readFields(std::FILE* stream) {
         if (!readNumber(stream, count)) {
             return false;
         }
-        if (!readLocations(stream, count, locations.emplace_back())) {
+        if (!readLocations(stream, count, locations.addInstance())) {
             return false;
         }
     }

@@ -1,14 +1,13 @@
 // One argument or local variable of a kernel, under its source name and its hardware name.
 #pragma once
 
-#include "model/LogicLocation.h"
+#include "model/InstanceLocations.h"
 
 #include <cstdint>
 #include <cstdio>
 #include <iosfwd>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace consolidator {
 
@@ -28,7 +27,7 @@ struct Variable {
 
     /// Where each bit lies, per instance of the kernel, counted from 0. Only a database that was
     /// read back fills it: inputs record locations in hardware variables instead.
-    std::vector<std::vector<LogicLocation>> locations;
+    InstanceLocations locations;
 
     /// True once the record is complete: made from its texts, or read whole.
     bool valid = false;

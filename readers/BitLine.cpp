@@ -15,8 +15,6 @@ namespace consolidator {
 
 namespace {
 
-constexpr std::string_view netPrefix = "Net=";
-
 /// What each character is worth as a digit; 16 for one that is none.
 constexpr std::array<std::uint8_t, 256> digitValues = [] {
     std::array<std::uint8_t, 256> values{};
@@ -138,7 +136,7 @@ void NetWord::setNet(std::string_view net) {
 
 bool NetWord::find(std::string_view line, std::size_t at) {
     fields = line.substr(0, at);
-    std::string_view net = line.substr(at + netPrefix.size());
+    std::string_view net = line.substr(at + prefix.size());
     while (!net.empty() && isSpace(net.back())) {
         net.remove_suffix(1);
     }
@@ -168,8 +166,8 @@ std::optional<BitLine> BitLine::read(const std::string& line) {
         words = std::string_view(line).substr(static_cast<std::size_t>(fields.tellg()));
     }
     for (auto next = takeWord(words); !next.empty(); next = takeWord(words)) {
-        if (next.starts_with(netPrefix)) {
-            bit.setNet(next.substr(netPrefix.size()));
+        if (next.starts_with(NetWord::prefix)) {
+            bit.setNet(next.substr(NetWord::prefix.size()));
         }
     }
     return bit;

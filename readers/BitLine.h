@@ -16,6 +16,9 @@ namespace consolidator {
 /// It tells which net a line is about before anything else of the line is looked at. Everything in
 /// here is a view of the line.
 struct NetWord {
+    /// What the word begins with.
+    static constexpr std::string_view prefix = "Net=";
+
     std::string_view fields; ///< What stands before the word.
     std::string_view name;   ///< The net without its bit index: "top/k_1/inst/state_r".
     std::string_view index;  ///< What stands between the brackets of the bit index: "3".

@@ -44,17 +44,13 @@ public:
     std::size_t entryCount() const { return kernels_.size(); }
 
 private:
+    static constexpr std::size_t slotsAtFirst = 64;
+
     /// A place of the hash table: a name's number, and a part of its hash that tells it from nearly
     /// all others.
     struct Slot {
         std::uint32_t hash = 0;
         std::uint32_t number = none;
-    };
-
-    /// That a kernel has a name.
-    struct Entry {
-        std::uint32_t number;
-        std::uint32_t kernel;
     };
 
     /// As many bits as the processor's nearest cache has room for beside other things.
@@ -79,7 +75,10 @@ private:
     std::uint32_t numberOrAdd(std::string_view name);
     std::size_t placeOf(std::string_view name, std::uint64_t hash) const;
     void grow();
-    void listKernels(std::span<const Entry> entries);
+
+    /// Fills starts_ and kernels_ from the numbers of all kernels' names, each once per kernel, and
+    /// from where each kernel's numbers end.
+    void listKernels(std::span<const std::uint32_t> numbers, std::span<const std::size_t> ends);
 
     std::vector<std::uint64_t> filter_; ///< A bit for each of the names.
     std::vector<std::string_view> names_;

@@ -10,15 +10,8 @@ namespace consolidator {
 
 namespace {
 
-constexpr std::size_t slotsAtFirst = 1024;
-
 using Length = std::uint16_t;
 static_assert(KnownNets::longestNet <= static_cast<Length>(-1));
-
-/// The low bits of the hash choose the slot, these distinguish the nets in it.
-std::uint32_t highBits(std::uint64_t hash) {
-    return static_cast<std::uint32_t>(hash >> 32);
-}
 
 } // namespace
 
@@ -59,7 +52,7 @@ void KnownNets::add(std::string_view net, std::span<const Place> registers) {
     }
     const std::uint64_t hash = keyHash(net);
     Slot& slot = slots_[placeOf(net, hash)];
-    slot = {highBits(hash), static_cast<std::uint32_t>(texts_.size()), registers.front()};
+    slot = {upperHalf(hash), static_cast<std::uint32_t>(texts_.size()), registers.front()};
     if (registers.size() > 1) {
         slot.place = {none, static_cast<std::uint32_t>(lists_.size())};
         lists_.emplace_back(registers.begin(), registers.end());
@@ -77,7 +70,7 @@ std::size_t KnownNets::placeOf(std::string_view net, std::uint64_t hash) const {
     const std::size_t mask = slots_.size() - 1;
     std::size_t place = static_cast<std::size_t>(hash) & mask;
     for (; slots_[place].text != none; place = (place + 1) & mask) {
-        if (slots_[place].hash == highBits(hash) && textAt(slots_[place].text) == net) {
+        if (slots_[place].hash == upperHalf(hash) && textAt(slots_[place].text) == net) {
             break;
         }
     }

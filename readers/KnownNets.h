@@ -50,6 +50,8 @@ public:
 private:
     static constexpr auto none = static_cast<std::uint32_t>(-1);
 
+    static constexpr std::size_t slotsAtFirst = 1024;
+
     /// A place of the hash table, of which four share a cache line.
     struct Slot {
         std::uint32_t hash = 0; ///< A part of the hash that tells the net from nearly all others.

@@ -1,7 +1,7 @@
 #include "readers/LLFile.h"
 
-#include "model/KeyedHash.h"
 #include "model/Prefetch.h"
+#include "model/TextHash.h"
 #include "model/Words.h"
 
 #include <algorithm>
@@ -14,16 +14,11 @@ namespace consolidator {
 
 namespace {
 
-constexpr std::string_view netPrefix = "Net=";
 constexpr std::string_view headerWord = "Revision";
 
 bool contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
-
-struct HashOfText {
-    std::size_t operator()(std::string_view text) const { return keyHash(text); }
-};
 
 /// Whether the first word is "Bit", and stands where tools put it.
 bool beginsWithBit(std::string_view line) {
@@ -52,7 +47,7 @@ void LLFile::setProject(const std::vector<Kernel>& project) {
     kernels_.reserve(project.size());
     lacksRegisters_.clear();
     lacksRegisters_.reserve(project.size());
-    std::unordered_set<std::string_view, HashOfText> names;
+    std::unordered_set<std::string_view, TextHash> names;
     for (const Kernel& kernel : project) {
         const bool isFirst = names.insert(kernel.name()).second;
         lacksRegisters_.push_back(isFirst);
@@ -124,7 +119,7 @@ bool LLFile::takeUsualLines() {
     const std::uint64_t firstLine = lineNumber_;
     std::size_t lines = countUsualLines(piece, ends);
     std::size_t line = 0;
-    std::size_t net = piece.find(netPrefix);
+    std::size_t net = piece.find(NetWord::prefix);
     while (net < startOf(lines)) {
         while (ends[line] < net) {
             ++line;
@@ -135,7 +130,7 @@ bool LLFile::takeUsualLines() {
             lines = line;
             break;
         }
-        net = piece.find(netPrefix, ends[line]);
+        net = piece.find(NetWord::prefix, ends[line]);
     }
     lineNumber_ = firstLine + lines;
     pieceSize_ = lines < ends.size() ? smallestPiece : std::min(2 * pieceSize_, largestPiece);
@@ -181,7 +176,7 @@ bool LLFile::handleLine(const std::string& text) {
     if (first != "Bit") {
         return isHeader || stop(lineNumber_, "line begins with " + quoted(first) + ", not \"Bit\"");
     }
-    const std::size_t net = text.find(netPrefix);
+    const std::size_t net = text.find(NetWord::prefix);
     NetWord word;
     if (net == std::string::npos ||
         (word.find(text, net) && passOverIfStranger(word, text.size())) || isHeader) {
@@ -364,7 +359,7 @@ void LLFile::noteStranger(std::uint64_t lineNumber) {
 }
 
 void LLFile::noteLostNet(std::string_view text, std::size_t net) {
-    std::string_view behind = text.substr(net + netPrefix.size());
+    std::string_view behind = text.substr(net + NetWord::prefix.size());
     if (!behind.empty() && isSpace(behind.front()) && !takeWord(behind).empty()) {
         firstLostNet_ = lostNets_ == 0 ? lineNumber_ : firstLostNet_;
         ++lostNets_;

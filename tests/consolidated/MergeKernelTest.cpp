@@ -151,7 +151,7 @@ TEST(MergeKernel, DoesNotGiveKnownArgumentsTheLocationsOfTheIncomingOnes) {
 
 TEST(MergeKernel, KeepsTheLocationsOfArgumentsAndVariablesOfANewKernel) {
     Variable size("size", "size_r", "int");
-    size.locations = {{{4096, 31}, {4096, 32}}};
+    size.locations = std::vector<std::vector<LogicLocation>>{{{4096, 31}, {4096, 32}}};
     Variable row = size;
     row.sourceName = "row";
     const Kernel first =

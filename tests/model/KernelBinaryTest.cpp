@@ -380,7 +380,8 @@ void addVariableStages(KernelStages& stages, VariablesOf list) {
     stages.push_back({text(""), nothing});
     stages.push_back({text(""), nothing});
     stages.push_back({u32(1), nothing});
-    stages.push_back({u32(1), [=](KernelFields& read) { (read.*list)[1].locations.resize(1); }});
+    stages.push_back(
+        {u32(1), [=](KernelFields& read) { (read.*list)[1].locations.addInstance(); }});
     stages.push_back({location(1, 2), [=](KernelFields& read) {
                           (read.*list)[1].locations[0].push_back({1, 2});
                           (read.*list)[1].valid = true;

@@ -163,7 +163,7 @@ TEST(Variable, ReadingARecordCutOffAnywhereKeepsWhatCameWhole) {
         {text("size_r"), [](Variable& read) { read.hardwareName = "size_r"; }},
         {text("int"), [](Variable& read) { read.typeText = "int"; }},
         {u32(2), [](Variable&) {}},
-        {u32(2), [](Variable& read) { read.locations.emplace_back(); }},
+        {u32(2), [](Variable& read) { read.locations.addInstance(); }},
         {location(1, 2),
          [](Variable& read) {
              read.locations[0].push_back({1, 2});
@@ -172,7 +172,7 @@ TEST(Variable, ReadingARecordCutOffAnywhereKeepsWhatCameWhole) {
          [](Variable& read) {
              read.locations[0].push_back({3, 4});
          }},
-        {u32(1), [](Variable& read) { read.locations.emplace_back(); }},
+        {u32(1), [](Variable& read) { read.locations.addInstance(); }},
         {location(5, 6),
          [](Variable& read) {
              read.locations[1].push_back({5, 6});

@@ -1,6 +1,6 @@
-// Whether nets lie in the first instances of kernels.
+// Whether nets lie in instances of kernels.
 
-#include "inspect/FirstPaths.h"
+#include "inspect/PathsInNet.h"
 
 #include <gtest/gtest.h>
 
@@ -19,11 +19,11 @@ Kernel kernelAt(const std::vector<std::string>& paths) {
     return kernel;
 }
 
-TEST(FirstPaths, TellsTheKernelsOfANet) {
+TEST(PathsInNet, TellsTheKernelsOfANet) {
     const Kernel first = kernelAt({"top/a", "top/b"});
     const Kernel second = kernelAt({"top/b", "top/c.d"});
     const Kernel third = kernelAt({});
-    FirstPaths paths({&first, &second, &third}, 100);
+    PathsInNet paths({&first, &second, &third}, 100);
     paths.setNet("/top/b/x");
     EXPECT_TRUE(paths.isIn(first));
     EXPECT_TRUE(paths.isIn(second));
@@ -37,9 +37,9 @@ TEST(FirstPaths, TellsTheKernelsOfANet) {
     EXPECT_FALSE(paths.isIn(first));
 }
 
-TEST(FirstPaths, TakesOtherSeparatorsForSlashes) {
+TEST(PathsInNet, TakesOtherSeparatorsForSlashes) {
     const Kernel kernel = kernelAt({"top/k_1"});
-    FirstPaths paths({&kernel}, 100);
+    PathsInNet paths({&kernel}, 100);
     for (const std::string net : {"/top.k_1.x", "/top\\k_1/x"}) {
         paths.setNet(net);
         EXPECT_TRUE(paths.isNearlyIn(kernel));
@@ -47,13 +47,15 @@ TEST(FirstPaths, TakesOtherSeparatorsForSlashes) {
     }
 }
 
-TEST(FirstPaths, LooksForFourPathsThatFitInANet) {
-    const Kernel kernel = kernelAt({"a", "b", "c", "d", "e"});
+TEST(PathsInNet, LooksForAllPathsThatFitInANet) {
+    const Kernel kernel = kernelAt({"e", "d", "c", "b", "a"});
     const Kernel large = kernelAt({"aaaa"});
-    FirstPaths paths({&kernel, &large}, 2);
-    paths.setNet("/d");
-    EXPECT_TRUE(paths.isIn(kernel));
-    paths.setNet("/e");
+    PathsInNet paths({&kernel, &large}, 2);
+    for (const std::string net : {"/a", "/b", "/c", "/d", "/e"}) {
+        paths.setNet(net);
+        EXPECT_TRUE(paths.isIn(kernel)) << net;
+    }
+    paths.setNet("/f");
     EXPECT_FALSE(paths.isIn(kernel));
     paths.setNet("/aaaa");
     EXPECT_FALSE(paths.isIn(large));

@@ -1,10 +1,10 @@
-#include "inspect/FirstPaths.h"
+#include "inspect/PathsInNet.h"
 
 #include <algorithm>
 
 namespace consolidator::inspect {
 
-FirstPaths::FirstPaths(const std::vector<const Kernel*>& kernels,
+PathsInNet::PathsInNet(const std::vector<const Kernel*>& kernels,
                        const std::vector<std::string_view>& paths)
     : finder_(paths), found_(paths.size(), Found::Nowhere) {
     for (const Kernel* const kernel : kernels) {
@@ -12,14 +12,13 @@ FirstPaths::FirstPaths(const std::vector<const Kernel*>& kernels,
     }
 }
 
-std::vector<std::string_view> FirstPaths::pathsOf(const std::vector<const Kernel*>& kernels,
+std::vector<std::string_view> PathsInNet::pathsOf(const std::vector<const Kernel*>& kernels,
                                                   std::size_t longestNet) {
     std::vector<std::string_view> result;
     for (const Kernel* const kernel : kernels) {
-        const std::vector<std::string>& paths = kernel->instancePaths();
-        for (std::size_t i = 0; i < std::min(most, paths.size()); ++i) {
-            if (paths[i].size() <= longestNet + 1) {
-                result.emplace_back(paths[i]);
+        for (const std::string& path : kernel->instancePaths()) {
+            if (path.size() <= longestNet + 1) { // which has a "/" in front
+                result.emplace_back(path);
             }
         }
     }
@@ -28,21 +27,20 @@ std::vector<std::string_view> FirstPaths::pathsOf(const std::vector<const Kernel
     return result;
 }
 
-FirstPaths::Numbers FirstPaths::numbersOf(const Kernel& kernel,
+PathsInNet::Numbers PathsInNet::numbersOf(const Kernel& kernel,
                                           const std::vector<std::string_view>& paths) {
-    Numbers numbers{};
-    numbers.fill(none);
-    const std::vector<std::string>& own = kernel.instancePaths();
-    for (std::size_t i = 0; i < std::min(most, own.size()); ++i) {
-        const auto path = std::ranges::lower_bound(paths, std::string_view(own[i]));
-        if (path != paths.end() && *path == own[i]) {
-            numbers.at(i) = static_cast<std::uint32_t>(path - paths.begin());
+    Numbers numbers;
+    for (const std::string& own : kernel.instancePaths()) {
+        const auto path = std::ranges::lower_bound(paths, std::string_view(own));
+        if (path != paths.end() && *path == own) {
+            numbers.push_back(static_cast<std::uint32_t>(path - paths.begin()));
         }
     }
+    std::ranges::sort(numbers);
     return numbers;
 }
 
-void FirstPaths::setNet(std::string_view net) {
+void PathsInNet::setNet(std::string_view net) {
     net_ = net;
     searched_ = Found::Nowhere;
     for (const std::uint32_t path : all_) {
@@ -51,7 +49,7 @@ void FirstPaths::setNet(std::string_view net) {
     all_.clear();
 }
 
-bool FirstPaths::has(const Kernel& kernel, Found form) {
+bool PathsInNet::has(const Kernel& kernel, Found form) {
     if (searched_ == Found::Nowhere) {
         search(net_, Found::AsItIs);
     }
@@ -61,12 +59,14 @@ bool FirstPaths::has(const Kernel& kernel, Found form) {
             net, [](char c) { return c == '.' || c == '\\'; }, '/');
         search(net, Found::WithSlashes);
     }
-    return std::ranges::any_of(numbers_.at(&kernel), [this, form](std::uint32_t path) {
-        return path != none && found_[path] >= form;
+    // A net has few of the paths, and a kernel may have thousands.
+    const Numbers& numbers = numbers_.at(&kernel);
+    return std::ranges::any_of(all_, [&](std::uint32_t path) {
+        return found_[path] >= form && std::ranges::binary_search(numbers, path);
     });
 }
 
-void FirstPaths::search(std::string_view net, Found form) {
+void PathsInNet::search(std::string_view net, Found form) {
     searched_ = form;
     finder_.forEachIn(net, [this, form](std::uint32_t path) {
         if (found_[path] == Found::Nowhere) {
