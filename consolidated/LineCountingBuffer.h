@@ -41,6 +41,7 @@ public:
     /// Goes on behind the first `bytes` of ahead(), among which there are so many newlines.
     void skip(std::size_t bytes, std::uint64_t newlines);
 
+    /// Has `listener` told from now on; an empty one ends that.
     void watch(Listener listener) { listener_ = std::move(listener); }
 
 protected:

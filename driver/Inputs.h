@@ -31,6 +31,7 @@ struct InputPaths {
     std::vector<std::string> llFiles;        ///< Logic locations of bitstream generation.
     std::vector<std::string> ramFiles;       ///< RAM utilization reports of synthesis.
 
+    /// Whether a file of any kind is given.
     bool anyInput() const;
 };
 

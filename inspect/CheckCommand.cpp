@@ -107,6 +107,9 @@ Status CheckCommand::run(Console& console) {
 Status CheckCommand::check(Console& console) {
     Findings findings;
     OldDatabase old;
+    if (create_ && !databasePath_.empty()) {
+        OldDatabase::checkWritable(databasePath_, findings);
+    }
     if (!databasePath_.empty() && !create_ && !old.read(databasePath_, project_, findings)) {
         console.err << printable(databasePath_) << ": error: " << old.fault() << '\n';
         return Status::Unreadable;

@@ -31,6 +31,7 @@ public:
     /// costs no more memory.
     static constexpr std::size_t mostOfAFile = 1000;
 
+    /// Counts the finding, and keeps it unless its file has so many already.
     void add(Finding finding);
 
     const std::vector<Finding>& kept() const { return kept_; }

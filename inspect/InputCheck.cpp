@@ -262,6 +262,10 @@ void InputCheck::afterReading(InputKind kind, const std::string& path, const Inp
         return;
     }
     if (kind == InputKind::LogicLocations) {
+        if (database_.kernels().empty()) {
+            add(0, Severity::Warning, "no-kernels",
+                "no kernel is known when it is read, so that none of its nets belongs to one");
+        }
         reportIgnoredLocations(reader);
         if (look_.isRegular) {
             readLogicLocations_.push_back(path);

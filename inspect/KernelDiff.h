@@ -18,6 +18,7 @@ public:
     KernelDiff(const Kernel& before, const Kernel& after, DiffPrinter& printer)
         : before_(&before), after_(&after), printer_(&printer) {}
 
+    /// Prints each difference.
     void run();
 
 private:

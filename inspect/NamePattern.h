@@ -34,7 +34,10 @@ public:
     /// matches.
     std::string fault() const;
 
+    /// Whether a source or hardware name matches.
     bool matchesName(std::string_view name) const;
+
+    /// Whether a net matches, which has a leading "/".
     bool matchesNet(std::string_view net) const;
 
 private:

@@ -33,12 +33,9 @@ void reportUnwritable(const std::string& path, const std::string& fault, Finding
 bool OldDatabase::read(const std::string& path, const std::string& project, Findings& findings) {
     std::error_code error;
     if (!std::filesystem::exists(path, error) && !error) {
-        const std::string fault = writingFault(folderOf(path));
-        if (fault.empty()) {
+        if (checkWritable(path, findings)) {
             findings.add(
                 {path, 0, Severity::Note, "new-database", "does not exist: a run makes it"});
-        } else {
-            reportUnwritable(path, "does not exist and cannot be made: " + fault, findings);
         }
         return true;
     }
@@ -50,10 +47,7 @@ bool OldDatabase::read(const std::string& path, const std::string& project, Find
         reportUnusable(findings);
         return true;
     }
-    const std::string fault = writingFault(path);
-    if (!fault.empty()) {
-        reportUnwritable(path, "cannot be written: " + fault, findings);
-    }
+    checkWritable(path, findings);
     if (readable == Database::Readable::InPart) {
         findings.add({path, 0, Severity::Error, "damaged-database",
                       database_.fault() + "; what could not be read is lost after a run"});
@@ -64,6 +58,21 @@ bool OldDatabase::read(const std::string& path, const std::string& project, Find
                           quotedName(project) + ": a run refuses it and does nothing"});
     }
     return true;
+}
+
+bool OldDatabase::checkWritable(const std::string& path, Findings& findings) {
+    std::error_code error;
+    const bool exists = std::filesystem::exists(path, error) || error;
+    std::string fault = writingFault(exists ? path : folderOf(path));
+    if (fault.empty() && std::filesystem::is_directory(path, error)) {
+        fault = std::strerror(EISDIR);
+    }
+    if (!fault.empty()) {
+        reportUnwritable(
+            path, (exists ? "cannot be written: " : "does not exist and cannot be made: ") + fault,
+            findings);
+    }
+    return fault.empty();
 }
 
 void OldDatabase::reportUnusable(Findings& findings) {

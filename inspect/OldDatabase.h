@@ -16,6 +16,10 @@ public:
     /// a fault(), when it cannot be opened.
     bool read(const std::string& path, const std::string& project, Findings& findings);
 
+    /// Whether a run can write the file at `path`, or make it if there is none. Else that is a
+    /// finding.
+    static bool checkWritable(const std::string& path, Findings& findings);
+
     /// In words that follow "error: ".
     const std::string& fault() const { return database_.fault(); }
 

@@ -261,6 +261,31 @@ TEST_F(CheckCommand, LetsNoFileDriveTheTerminal) {
     EXPECT_THAT(result.out, Not(HasSubstr("\x1b")));
 }
 
+TEST_F(CheckCommand, FindsThatANewDatabaseCannotBeMade) {
+    const std::string database = directory.path("missing/db");
+    EXPECT_EQ(check({"-c", "-f", database}),
+              (CommandResult{1,
+                             database +
+                                 ": error: does not exist and cannot be made: No such file "
+                                 "or directory: a run cannot open it and does nothing\n" +
+                                 coverageOfK + "1 error, 0 warnings, 0 notes\n",
+                             ""}));
+    const std::string folder = directory.path(".");
+    EXPECT_EQ(check({"-c", "-f", folder}).out,
+              folder +
+                  ": error: cannot be written: Is a directory: a run cannot open it and does "
+                  "nothing\n" +
+                  coverageOfK + "1 error, 0 warnings, 0 notes\n");
+    EXPECT_EQ(check({"-c", "-f", directory.path("db")}), (CommandResult{0, nothingFound, ""}));
+}
+
+TEST_F(CheckCommand, WarnsOfLogicLocationsWithoutAKernel) {
+    const CommandResult result = inspectRun({"check", "-l", ll});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.out, HasSubstr(ll + ": warning: no kernel is known when it is read, so that "
+                                           "none of its nets belongs to one\n"));
+}
+
 TEST_F(CheckCommand, ColoursSeveritiesOnATerminal) {
     const CommandResult result = inspectRunInColour({"check", "-h", directory.path("missing")});
     EXPECT_THAT(result.out, HasSubstr(": \x1b[31merror\x1b[0m: cannot be opened"));
