@@ -76,6 +76,7 @@ set(public_headers
     model/LogicLocation.h
     model/Marks.h
     model/PathFinder.h
+    model/Prefetch.h
     model/RAMFile.h
     model/UniqueList.h
     model/Variable.h

@@ -210,10 +210,12 @@ void ConsolidatedFile::addDwarf(const std::string& path) {
     sections_.push_back(SectionEntry::make(SectionType::Dwarf, static_cast<std::uint32_t>(size)));
 }
 
-void ConsolidatedFile::addInputFile(InputFile& reader) {
-    if (reader.tryToParse()) {
+bool ConsolidatedFile::addInputFile(InputFile& reader) {
+    const bool isUsable = reader.tryToParse();
+    if (isUsable) {
         addKernelsOf(reader);
     }
+    return isUsable;
 }
 
 void ConsolidatedFile::addKernelsOf(InputFile& reader) {

@@ -89,8 +89,8 @@ public:
     void addDwarf(const std::string& path);
 
     /// Runs one reader and merges its kernels. An input that cannot be opened or used, also one
-    /// whose reader throws, adds nothing.
-    void addInputFile(InputFile& reader);
+    /// whose reader throws, adds nothing. Returns whether the reader went through.
+    bool addInputFile(InputFile& reader);
 
     /// The second half of it: merges the kernels of a reader that has succeeded.
     void addKernelsOf(InputFile& reader);
@@ -112,6 +112,13 @@ public:
     void printHeader(std::ostream& out = std::cout) const;
 
     /// As read from the existing file, or as written last.
+    /// Whether the file is of a newer major version than this program knows. The comparison is
+    /// signed: a version with its highest bit set counts as old.
+    bool isNewer() const {
+        return static_cast<std::int32_t>(header().majorVersion) >
+               static_cast<std::int32_t>(supportedMajor);
+    }
+
     const Header& header() const { return header_; }
     const std::vector<SectionEntry>& sections() const { return sections_; }
     const std::string& project() const { return project_; }

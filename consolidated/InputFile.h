@@ -73,8 +73,8 @@ protected:
     std::uint64_t line() { return buffer_.line(); }
 
     /// What of the input is in memory already, for readers of huge files: they may take lines from
-    /// there, skip what they took, and go on with the stream, which must be good. See
-    /// LineCountingBuffer.
+    /// there, skip what they took, and go on with the stream, which must be good. The bytes hold,
+    /// also those that were skipped, until the stream reads behind them. See LineCountingBuffer.
     std::string_view ahead() const { return buffer_.ahead(); }
     void skip(std::size_t bytes, std::uint64_t newlines) { buffer_.skip(bytes, newlines); }
 

@@ -30,15 +30,13 @@ bool isOfProject(const ConsolidatedFile& database, const ConsolidatorOptions& op
     return false;
 }
 
-/// False, after a message, when the database has a newer major version. The comparison is signed:
-/// a version with its highest bit set counts as old.
+/// False, after a message, when the database has a newer major version.
 bool isOfSupportedVersion(const ConsolidatedFile& database, const ConsolidatorOptions& options,
                           std::ostream& err) {
-    const ConsolidatedFile::Header& header = database.header();
-    if (static_cast<std::int32_t>(header.majorVersion) <=
-        static_cast<std::int32_t>(ConsolidatedFile::supportedMajor)) {
+    if (!database.isNewer()) {
         return true;
     }
+    const ConsolidatedFile::Header& header = database.header();
     err << "Error: consolidated file " << options.consolidatedFile << " is version "
         << header.majorVersion << "." << header.minorVersion << " and only versions up to "
         << ConsolidatedFile::supportedMajor << "." << ConsolidatedFile::supportedMinor

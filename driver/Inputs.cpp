@@ -19,10 +19,10 @@ struct Target {
     InputObserver* observer;
 };
 
-void add(const Target& target, InputKind kind, const std::string& path, InputFile& reader) {
+/// Returns whether the input adds what it has.
+bool add(const Target& target, InputKind kind, const std::string& path, InputFile& reader) {
     if (target.observer == nullptr) {
-        target.database.addInputFile(reader);
-        return;
+        return target.database.addInputFile(reader);
     }
     target.observer->beforeReading(kind, path, reader);
     const bool isUsable = reader.tryToParse();
@@ -30,6 +30,7 @@ void add(const Target& target, InputKind kind, const std::string& path, InputFil
     if (isUsable) {
         target.database.addKernelsOf(reader);
     }
+    return isUsable;
 }
 
 void addDwarf(const Target& target, const std::string& path) {
@@ -53,10 +54,13 @@ void addLogicLocations(const Target& target, const std::vector<std::string>& pat
     LocationBudget budget; // one for all files of the run
     for (const std::string& path : paths) {
         LLFile reader(path, target.err);
-        reader.setProject(target.database.kernels());
+        if (reader.isOpen()) { // else it has nothing to add, not even a second kernel to the first
+            reader.setProject(target.database.kernels());
+        }
         reader.setBudget(budget);
-        add(target, InputKind::LogicLocations, path, reader);
-        budget = reader.budget();
+        if (add(target, InputKind::LogicLocations, path, reader)) {
+            budget = reader.budget();
+        }
     }
 }
 

@@ -39,8 +39,7 @@ Database::Readable Database::read(const std::string& path, Extent extent) {
 
     const bool isWhole = readContent(extent);
     // A newer file may hold anything: that it cannot be read is no damage.
-    if (header().magic == ConsolidatedFile::magicNumber &&
-        header().majorVersion > ConsolidatedFile::supportedMajor) {
+    if (header().magic == ConsolidatedFile::magicNumber && content_->isNewer()) {
         fault_ = "is of version " + std::to_string(header().majorVersion) + "." +
                  std::to_string(header().minorVersion) + "; only versions up to " +
                  std::to_string(ConsolidatedFile::supportedMajor) + "." +

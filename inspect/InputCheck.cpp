@@ -263,7 +263,7 @@ void InputCheck::afterReading(InputKind kind, const std::string& path, const Inp
     }
     if (kind == InputKind::LogicLocations) {
         if (database_.kernels().empty()) {
-            add(0, Severity::Warning, "no-kernels",
+            add(0, Severity::Warning, "before-any-kernel",
                 "no kernel is known when it is read, so that none of its nets belongs to one");
         }
         reportIgnoredLocations(reader);

@@ -77,7 +77,7 @@ bool OldDatabase::checkWritable(const std::string& path, Findings& findings) {
 
 void OldDatabase::reportUnusable(Findings& findings) {
     const std::string path = database_.path();
-    const bool isNewer = database_.header().majorVersion > ConsolidatedFile::supportedMajor;
+    const bool isNewer = database_.content().isNewer();
     findings.add({path, 0, Severity::Error, isNewer ? "newer-version" : "no-database",
                   isNewer ? database_.fault() + ": a run refuses it and does nothing"
                           : "is no consolidated file: a run replaces all of its content"});

@@ -59,8 +59,12 @@ bool PathsInNet::has(const Kernel& kernel, Found form) {
             net, [](char c) { return c == '.' || c == '\\'; }, '/');
         search(net, Found::WithSlashes);
     }
-    // A net has few of the paths, and a kernel may have thousands.
     const Numbers& numbers = numbers_.at(&kernel);
+    if (numbers.size() < all_.size()) {
+        return std::ranges::any_of(numbers,
+                                   [&](std::uint32_t path) { return found_[path] >= form; });
+    }
+    // A net has few of the paths, and a kernel may have thousands.
     return std::ranges::any_of(all_, [&](std::uint32_t path) {
         return found_[path] >= form && std::ranges::binary_search(numbers, path);
     });

@@ -29,9 +29,8 @@ struct Placement {
 
 /// The bit that a line is about; nothing if it is about none.
 std::optional<BitLine> bitOf(const std::string& line) {
-    constexpr std::string_view prefix = "Net=";
-    const std::size_t net = line.find(prefix);
-    const bool isHeader = line.find("Revision") != std::string::npos;
+    const std::size_t net = line.find(NetWord::prefix);
+    const bool isHeader = line.find(LLFile::headerWord) != std::string::npos;
     if (net == std::string::npos || isHeader || !line.starts_with("Bit")) {
         return std::nullopt;
     }

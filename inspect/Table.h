@@ -48,6 +48,7 @@ private:
     std::vector<std::vector<std::string>> rows_;
 };
 
+/// For columns of numbers.
 inline constexpr Table::Align rightAligned = Table::Align::Right;
 
 /// Prints a table of `count` rows, whose cells makeRow(number) gives, without keeping them: it is

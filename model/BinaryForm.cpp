@@ -14,7 +14,7 @@ constexpr std::uint32_t largestLength = std::numeric_limits<std::uint32_t>::max(
 /// Bytes asked for at first; later steps double what has already come.
 constexpr std::size_t firstStep = std::size_t{64} * 1024;
 
-/// Names are shorter than this, but for those of odd files.
+/// Names are no longer than this, but for those of odd files.
 constexpr std::size_t longestName = 256;
 
 // What std::fread and std::fwrite do, for streams that no other thread uses. A record is many small

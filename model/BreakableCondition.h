@@ -25,7 +25,8 @@ struct BreakableCondition {
     enum Kind : std::uint32_t { Start = 0, Stop = 1, FileLine = 2 };
 
     std::uint32_t kind = Start;
-    std::uint32_t line = 0; ///< Source line; 0 unless the kind is FileLine.
+    /// Source line; 0 unless the kind is FileLine. (Beside the kind it takes no more room.)
+    std::uint32_t line = 0;
     /// The hardware condition; "$i" in it stands for the path of a kernel instance and is filled
     /// in by the debugger that evaluates it.
     std::string condition;

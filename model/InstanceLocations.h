@@ -53,7 +53,8 @@ public:
     /// Appends an instance without locations, to be filled.
     value_type& addInstance() {
         if (empty()) {
-            instances_ = std::make_unique<std::vector<value_type>>();
+            instances_ = std::make_unique<std::vector<value_type>>(1);
+            return instances_->front();
         }
         return instances_->emplace_back();
     }

@@ -72,8 +72,9 @@ private:
         return position_ != start && position_ != end_;
     }
 
-    /// Takes up to so many digits, as many as every number of the type has room for, up to the end
-    /// of the word. The library's way checks each step for overflow and costs twice the time.
+    /// Takes digits up to the end of a word. It must have no more than `most`, so few that each
+    /// number of so many fits the type. The library's way looks at each digit whether the number
+    /// still fits, and takes twice the time.
     template <typename Number>
     bool takeDigits(Number& number, unsigned base, std::ptrdiff_t most) {
         const char* const start = position_;

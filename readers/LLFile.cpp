@@ -14,11 +14,11 @@ namespace consolidator {
 
 namespace {
 
-constexpr std::string_view headerWord = "Revision";
-
 bool contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
+
+constexpr char comment = ';';
 
 /// Whether the first word is "Bit", and stands where tools put it.
 bool beginsWithBit(std::string_view line) {
@@ -26,12 +26,14 @@ bool beginsWithBit(std::string_view line) {
 }
 
 /// How many of the lines, which end at these positions, are before the first that is too long or
-/// does not begin like that.
+/// begins in another way than that, or a comment, or an empty line behind another one.
 std::size_t countUsualLines(std::string_view text, std::span<const std::uint32_t> ends) {
     std::size_t start = 0;
     for (std::size_t line = 0; line < ends.size(); ++line) {
-        const std::size_t length = ends[line] - start;
-        if (length > LLFile::longestLine || !beginsWithBit(text.substr(start, length))) {
+        const std::string_view words = text.substr(start, ends[line] - start);
+        const bool isUsual =
+            beginsWithBit(words) || words.starts_with(comment) || (words.empty() && line > 0);
+        if (words.size() > LLFile::longestLine || !isUsual) {
             return line;
         }
         start = std::size_t{ends[line]} + 1;
@@ -109,10 +111,12 @@ bool LLFile::readLines() {
 }
 
 bool LLFile::takeUsualLines() {
-    // A zero byte, which no usual line has, is as good as the end.
-    std::string_view piece = ahead().substr(0, pieceSize_);
-    piece = piece.substr(0, piece.find('\0'));
-    const std::span<const std::uint32_t> ends = lineEnds_.find(piece);
+    std::string_view piece = nextPiece(pieceSize_);
+    std::span<const std::uint32_t> ends = lineEnds_.find(piece);
+    if (ends.empty()) {
+        piece = nextPiece(longestLine + 1);
+        ends = lineEnds_.find(piece);
+    }
     const auto startOf = [ends](std::size_t line) {
         return line == 0 ? std::size_t{0} : std::size_t{ends[line - 1]} + 1;
     };
@@ -126,19 +130,26 @@ bool LLFile::takeUsualLines() {
         }
         lineNumber_ = firstLine + line;
         const std::size_t start = startOf(line);
-        if (!takeUsualLine(piece.substr(start, ends[line] - start), net - start)) {
+        if (piece[start] != comment &&
+            !takeUsualLine(piece.substr(start, ends[line] - start), net - start)) {
             lines = line;
             break;
         }
         net = piece.find(NetWord::prefix, ends[line]);
     }
     lineNumber_ = firstLine + lines;
-    pieceSize_ = lines < ends.size() ? smallestPiece : std::min(2 * pieceSize_, largestPiece);
+    pieceSize_ = std::clamp(2 * startOf(lines), smallestPiece, largestPiece);
     skip(startOf(lines), lines);
     if (lines == 0 || ahead().empty() || isSpace(ahead().front())) {
         addWaiting(); // the stream may read now
     }
     return lines > 0;
+}
+
+std::string_view LLFile::nextPiece(std::size_t size) const {
+    // A zero byte, which no usual line has, is as good as the end.
+    const std::string_view piece = ahead().substr(0, size);
+    return piece.substr(0, piece.find('\0'));
 }
 
 bool LLFile::takeUsualLine(std::string_view line, std::size_t net) {
@@ -150,7 +161,7 @@ bool LLFile::takeUsualLine(std::string_view line, std::size_t net) {
         passOverStranger(line.size());
         return true;
     }
-    if (contains(line, headerWord)) {
+    if (contains(line, headerWord)) { // which a net may have in its name
         passOverIfStranger(word, line.size());
         return true;
     }
@@ -167,7 +178,7 @@ bool LLFile::takeUsualLine(std::string_view line, std::size_t net) {
 }
 
 bool LLFile::handleLine(const std::string& text) {
-    if (text.starts_with(';')) {
+    if (text.starts_with(comment)) {
         return true;
     }
     const bool isHeader = contains(text, headerWord);

@@ -53,6 +53,9 @@ public:
     /// The most characters that a line may have.
     static constexpr std::size_t longestLine = 2046;
 
+    /// A line with this text in it is the header, whatever else it has.
+    static constexpr std::string_view headerWord = "Revision";
+
     /// Bits of a register are numbered below this. A register's list has an entry for each bit up
     /// to the highest one seen, so the number decides how much of the database it takes. Real
     /// registers stay below a hundred thousand bits; lines beyond the limit are skipped, and so is
@@ -101,11 +104,14 @@ private:
     bool passOverIfStranger(const NetWord& word, std::size_t lineLength);
     void passOverStranger(std::size_t lineLength);
 
+    /// What of ahead() is looked at next, up to a zero byte.
+    std::string_view nextPiece(std::size_t size) const;
+
     // So many bytes are looked at together, several times, while the processor has them at hand. A
-    // line that is not usual ends that, so after it the next piece is small.
-    static constexpr std::size_t smallestPiece = std::size_t{4} * 1024;
+    // line that is not usual ends that: the next piece is no larger than twice what was taken of
+    // this one, so that a file full of such lines is not searched over and over.
+    static constexpr std::size_t smallestPiece = 64;
     static constexpr std::size_t largestPiece = std::size_t{32} * 1024;
-    static_assert(smallestPiece > longestLine);
 
     static constexpr std::size_t mostWaiting = 32;
 
@@ -152,7 +158,8 @@ private:
     std::uint64_t lostNets_ = 0; ///< Lines with a blank behind "Net=".
     std::uint64_t firstLostNet_ = 0;
 
-    /// Usual lines that are added together, which is quicker.
+    /// Usual lines that are added together, which is quicker. Their nets are views of ahead():
+    /// addWaiting() comes before the stream may read.
     std::array<NetLine, mostWaiting> waiting_;
     std::size_t waitingCount_ = 0;
 };

@@ -50,11 +50,15 @@ std::span<const std::uint32_t> LineEnds::find(std::string_view text) {
             isGoingOn = part.findNext(text.data()) || isGoingOn;
         }
     }
-    std::uint32_t* behindLast = ends_.data();
+    std::size_t count = 0;
     for (const Search& part : parts) {
-        behindLast = std::copy(part.first, part.behindLast, behindLast);
+        const auto found = static_cast<std::size_t>(part.behindLast - part.first);
+        if (found > 0) { // they may overlap
+            std::memmove(&ends_[count], part.first, found * sizeof *part.first);
+        }
+        count += found;
     }
-    return {ends_.data(), behindLast};
+    return std::span(ends_).first(count);
 }
 
 } // namespace consolidator

@@ -66,6 +66,31 @@ struct LogicLocations : testing::Test {
     TemporaryDirectory directory;
 };
 
+// Files that add nothing
+
+TEST_F(LogicLocations, ThatCannotBeOpenedLeaveKernelsOfOneNameApart) {
+    KnownKernel first = kernelAt({"top/k_1"});
+    first.type = 3;
+    const std::vector<KnownKernel> kernels{first, kernelAt({"top/k_2"})};
+    start(kernels);
+    EXPECT_EQ(run({"-f", "db", "-l", "missing.ll"}), success);
+    expectKernels(kernels);
+}
+
+TEST_F(LogicLocations, OfAFileThatFailsTakeNothingFromTheNextOne) {
+    start({kernelAt({"top/k_1"})});
+    std::string bad;
+    for (char group = 'a'; group < 'h'; ++group) { // all empty bits that one run may add
+        bad += bitOf(std::string("top/k_1/") + group + "/n_r[16777215]");
+    }
+    directory.write("bad.ll", bad + "X\n");
+    directory.write("good.ll", bitOf("top/k_1/z/n_r[31]"));
+    EXPECT_EQ(run({"-f", "db", "-l", "bad.ll", "-l", "good.ll"}), success);
+    std::vector<KnownPlace> places(32);
+    places.back() = place;
+    expectKernels({kernelAt({"top/k_1"}, {{"/top/k_1/z/n_r", places}})});
+}
+
 // From file to database
 
 TEST_F(LogicLocations, BecomeRegistersOfTheKernelDataAndOfTheJson) {

@@ -115,6 +115,24 @@ TEST(BinaryForm, ATextIsReadToItsEndButKeptOnlyUpToItsFirstZeroByte) {
     EXPECT_EQ(restOf(file.get()), "rest");
 }
 
+TEST(BinaryForm, ATextIsReadInTheSameWayHoweverLongItIs) {
+    for (const std::size_t length : {255U, 256U, 257U, 70000U}) {
+        const std::string whole(length, 'x');
+        const std::string form = written(whole);
+        std::string read = "before";
+        EXPECT_FALSE(readText(fileWith(form.substr(0, form.size() - 1)).get(), read)) << length;
+        EXPECT_EQ(read, "before");
+        EXPECT_TRUE(readText(fileWith(form).get(), read)) << length;
+        EXPECT_EQ(read, whole);
+        for (const std::size_t zero : {std::size_t{0}, length - 1}) {
+            std::string text = whole;
+            text[zero] = '\0';
+            EXPECT_TRUE(readText(fileWith(written(text)).get(), read)) << length;
+            EXPECT_EQ(read, whole.substr(0, zero));
+        }
+    }
+}
+
 TEST(BinaryForm, ATextCutShortAnywhereStaysAsItWas) {
     const std::string whole = text("size_r");
     for (std::size_t length = 0; length < whole.size(); ++length) {

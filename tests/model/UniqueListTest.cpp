@@ -86,6 +86,19 @@ TEST(UniqueList, AKnownElementIsNotMadeASecondTime) {
     EXPECT_FALSE(found.second);
 }
 
+TEST(UniqueList, AnElementMayTakeOverTheTextThatItsKeyIsAViewOf) {
+    struct Text {
+        std::string_view operator()(const std::string& text) const { return text; }
+    };
+    UniqueList<std::string, Text> list;
+    for (const char* const text : {"a text of more than sixteen bytes", "short"}) {
+        std::string given = text;
+        EXPECT_TRUE(list.findOrAdd(given, [&] { return std::move(given); }).second);
+        EXPECT_FALSE(list.findOrAdd(text, [] { return std::string(); }).second);
+    }
+    EXPECT_EQ(list.items().size(), 2);
+}
+
 TEST(UniqueList, TheElementFoundOrAddedCanBeChanged) {
     List list;
     list.findOrAdd("a", [] { return Entry{"a", 1}; }).first.value = 5;

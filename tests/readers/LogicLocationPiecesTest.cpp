@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <random>
 #include <sstream>
 #include <streambuf>
 #include <string>
@@ -90,6 +91,60 @@ TEST(LogicLocationPieces, MakeTheSameAsTheTextAtOnce) {
     EXPECT_GT(succeeded, texts / 4);
     EXPECT_LT(succeeded, texts - texts / 20);
     EXPECT_GT(changed, texts / 5);
+}
+
+/// Thousands of lines, mostly as tools write them, few with a net, about bits that come again with
+/// other locations: enough to fill the pieces, the block of the stream and what waits in between.
+std::string longText(std::mt19937& random) {
+    const std::vector<std::string> odd{"; a comment",
+                                       "",
+                                       "  Bit 1 0x2 3 T 0",
+                                       "Bit 7 0x8 9 T 0 Net=top/k_1/a[1x]",
+                                       "Revision 3",
+                                       "Bit 1 0x2 3 T 0 Net=top/k_1/a tail",
+                                       "; Net=top/k_1/a[0]",
+                                       std::string("Bit \0 Net=k_1/a", 15),
+                                       "Bit x 0x2 3 T 0 Net=top/k_1/a[0]"};
+    const std::vector<std::string> nets{"top/k_1/a", "top/k_10/b", "top/k_2/b", "top/x/a",
+                                        "top/k_1/a_longer_name_of_no_kernel"};
+    const std::size_t lines = 200 + random() % 8000;
+    const std::size_t oddEvery = 2 + random() % 400;
+    std::string text = "Revision 3\n";
+    for (std::size_t line = 0; line < lines; ++line) {
+        const std::string number = std::to_string(random() % 100000);
+        if (random() % oddEvery == 0) {
+            text += odd[random() % odd.size()];
+        } else if (random() % 5 == 0) {
+            text += "Bit " + number + " 0x00" + number + ' ' + number +
+                    " DIE0 0 Latch=AQ Net=" + nets[random() % nets.size()] + '[' +
+                    std::to_string(random() % 40) + ']';
+        } else {
+            text += "Bit " + number + " 0x00333f53 2256 DIE0 0 Block=MEMORY_X" + number;
+        }
+        text += random() % 50 == 0 ? "\r\n" : "\n";
+    }
+    return text;
+}
+
+TEST(LogicLocationPieces, OfLongTextsMakeWhatThePlainReaderMakes) {
+    std::vector<Kernel> kernels(3);
+    kernels[0].addInstancePath("top/k_1");
+    kernels[0].addArgument("a", "a", "int");
+    kernels[1].addInstancePath("top/k_1");
+    kernels[1].addInstancePath("top/k_2");
+    kernels[1].addVariable("b", "b", "int");
+    std::mt19937 random(33);
+    for (std::uint32_t i = 0; i < 40 && !testing::Test::HasFailure(); ++i) {
+        SCOPED_TRACE("text " + std::to_string(i));
+        const std::string text = longText(random);
+        std::vector<Kernel> plain = kernels;
+        EXPECT_TRUE(readPlainLogicLocations(text, plain));
+        const Left whole = leftBy(std::make_unique<std::stringbuf>(text), kernels);
+        EXPECT_TRUE(whole.succeeded);
+        EXPECT_EQ(whole.kernels, formsOf(plain));
+        EXPECT_NE(whole.kernels, formsOf(kernels));
+        EXPECT_EQ(leftBy(std::make_unique<Trickle>(text, 5000, i), kernels), whole);
+    }
 }
 
 } // namespace
