@@ -138,7 +138,11 @@ bool LLFile::takeUsualLines() {
         net = piece.find(NetWord::prefix, ends[line]);
     }
     lineNumber_ = firstLine + lines;
-    pieceSize_ = std::clamp(2 * startOf(lines), smallestPiece, largestPiece);
+    if (lines < ends.size()) {
+        pieceSize_ = std::clamp(2 * startOf(lines), smallestPiece, largestPiece);
+    } else if (lines > 0) {
+        pieceSize_ = std::min(2 * pieceSize_, largestPiece);
+    }
     skip(startOf(lines), lines);
     if (lines == 0 || ahead().empty() || isSpace(ahead().front())) {
         addWaiting(); // the stream may read now
