@@ -129,6 +129,18 @@ TEST(InspectDatabase, OfANewerMajorVersionIsNotCalledDamaged) {
                              "db: error: is of version 2.1; only versions up to 1.1 are known\n"}));
 }
 
+// The consolidator compares signed numbers, and adds to such a file.
+TEST(InspectDatabase, OfAVersionWithItsHighestBitSetIsOld) {
+    const TemporaryDirectory directory;
+    std::string database = exampleDatabase();
+    database[7] = '\x80';
+    directory.write("db", database);
+    const CommandResult result = runInspector(directory.path("."), {"summary", "db"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.out.substr(0, result.out.find(',')), "db: consolidated file");
+}
+
 TEST(InspectProcess, NoticesThatItsOutputIsLost) {
     const TemporaryDirectory directory;
     directory.write("db", exampleDatabase());
