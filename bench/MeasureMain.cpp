@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <iostream>
 #include <optional>
 #include <span>
@@ -22,6 +23,7 @@
 #include <sys/resource.h>
 #include <sys/time.h>
 #include <sys/wait.h>
+#include <type_traits>
 #include <unistd.h>
 #include <vector>
 
@@ -89,11 +91,12 @@ std::optional<Measurement> run(const Command& command, const DroppedOutput& outp
                        .peak = usage.ru_maxrss};
 }
 
-template <typename Value>
-Value median(std::span<const Measurement> measurements, Value Measurement::*value) {
-    std::vector<Value> values;
+/// valueOf: a member of a measurement.
+template <typename Member>
+auto median(std::span<const Measurement> measurements, Member valueOf) {
+    std::vector<std::decay_t<std::invoke_result_t<Member, const Measurement&>>> values;
     for (const Measurement& measurement : measurements) {
-        values.push_back(measurement.*value);
+        values.push_back(std::invoke(valueOf, measurement));
     }
     std::ranges::sort(values);
     return values[values.size() / 2];

@@ -76,9 +76,10 @@ public:
         forEachVariable(kernel, [&](const HeldVariable& held) {
             const auto& instances = held.variable->locations;
             for (std::uint32_t instance = 0; instance < instances.size(); ++instance) {
-                addRuns(LocationList(instances[instance]), [&] {
+                const auto owner = [&] {
                     return Owner{namesOfKernel(), instance, nullptr, {}, held};
-                });
+                };
+                addRuns(LocationList(instances[instance]), owner);
             }
         });
     }

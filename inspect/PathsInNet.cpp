@@ -55,8 +55,8 @@ bool PathsInNet::has(const Kernel& kernel, Found form) {
     }
     if (form == Found::WithSlashes && searched_ == Found::AsItIs) {
         std::string net = net_;
-        std::ranges::replace_if(
-            net, [](char c) { return c == '.' || c == '\\'; }, '/');
+        const auto isSeparator = [](char c) { return c == '.' || c == '\\'; };
+        std::ranges::replace_if(net, isSeparator, '/');
         search(net, Found::WithSlashes);
     }
     const Numbers& numbers = numbers_.at(&kernel);

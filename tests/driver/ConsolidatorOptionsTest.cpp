@@ -128,9 +128,11 @@ TEST(ConsolidatorOptions, TakesEachSwitchByEachOfItsNames) {
 /// An option with a value, and the field that it sets.
 template <typename Field>
 struct Option {
+    using Member = Field ConsolidatorOptions::*;
+
     const char* longName;
     const char* shortName;
-    Field ConsolidatorOptions::*field;
+    Member field;
 };
 
 const std::vector<Option<std::string>> textOptions = {

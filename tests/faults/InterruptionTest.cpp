@@ -37,7 +37,7 @@ class Interruptions {
 public:
     Interruptions() {
         interruptions = 0;
-        struct sigaction action {};
+        struct sigaction action = {};
         action.sa_handler = countInterruption;
         sigaction(SIGALRM, &action, &former_);
         setTimer(500);
@@ -50,7 +50,7 @@ public:
     Interruptions& operator=(const Interruptions&) = delete;
 
 private:
-    struct sigaction former_ {};
+    struct sigaction former_ = {};
 };
 
 /// Writes the text into the pipe in small pieces with pauses between them.

@@ -165,13 +165,11 @@ TEST(HardwareVariable, TheNameIsWrittenWholeAndReadUpToItsFirstZeroByte) {
 }
 
 TEST(HardwareVariable, ReadingARecordCutOffAnywhereKeepsWhatCameWhole) {
+    const auto setFirst = [](HardwareVariable& read) { read.locations.set(0, {1, 2}); };
     const Stages<HardwareVariable> stages{
         {text("/k/n"), [](HardwareVariable& read) { read.name = "/k/n"; }},
         {u32(2), [](HardwareVariable&) {}},
-        {location(1, 2),
-         [](HardwareVariable& read) {
-             read.locations.set(0, {1, 2});
-         }},
+        {location(1, 2), setFirst},
         {location(3, 4),
          [](HardwareVariable& read) {
              read.locations.set(1, {3, 4});

@@ -353,12 +353,12 @@ TEST(KernelBinary, ARecordCutOffBehindTheTypeHasNamePathsAndType) {
 // whole, and becomes valid with its last byte.
 
 using KernelStages = Stages<KernelFields>;
+using TextsOf = std::vector<std::string> KernelFields::*;
 using VariablesOf = std::vector<Variable> KernelFields::*;
 
 void nothing(KernelFields&) {}
 
-void addTextStages(KernelStages& stages, const std::vector<std::string>& texts,
-                   std::vector<std::string> KernelFields::*list) {
+void addTextStages(KernelStages& stages, const std::vector<std::string>& texts, TextsOf list) {
     stages.push_back({u32(static_cast<std::uint32_t>(texts.size())), nothing});
     for (const std::string& one : texts) {
         stages.push_back({text(one), [=](KernelFields& read) { (read.*list).push_back(one); }});

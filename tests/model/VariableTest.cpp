@@ -158,20 +158,16 @@ TEST(Variable, TextsAreWrittenWholeAndReadUpToTheirFirstZeroByte) {
 }
 
 TEST(Variable, ReadingARecordCutOffAnywhereKeepsWhatCameWhole) {
+    const auto addFirst = [](Variable& read) { read.locations[0].push_back({1, 2}); };
+    const auto addSecond = [](Variable& read) { read.locations[0].push_back({3, 4}); };
     const Stages<Variable> stages{
         {text("size"), [](Variable& read) { read.sourceName = "size"; }},
         {text("size_r"), [](Variable& read) { read.hardwareName = "size_r"; }},
         {text("int"), [](Variable& read) { read.typeText = "int"; }},
         {u32(2), [](Variable&) {}},
         {u32(2), [](Variable& read) { read.locations.addInstance(); }},
-        {location(1, 2),
-         [](Variable& read) {
-             read.locations[0].push_back({1, 2});
-         }},
-        {location(3, 4),
-         [](Variable& read) {
-             read.locations[0].push_back({3, 4});
-         }},
+        {location(1, 2), addFirst},
+        {location(3, 4), addSecond},
         {u32(1), [](Variable& read) { read.locations.addInstance(); }},
         {location(5, 6),
          [](Variable& read) {

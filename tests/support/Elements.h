@@ -15,11 +15,13 @@
 
 namespace Mekto { // NOLINT(readability-identifier-naming)
 
-/// Shows an element as XML, without its own name.
 template <typename Element>
-requires requires {
+concept Describable = requires {
     Element::kind();
-}
+};
+
+/// Shows an element as XML, without its own name.
+template <Describable Element>
 void PrintTo(const Element& element, std::ostream* out) {
     lmx60::writeDocument(*out, "element", Element::kind(), &element);
 }
