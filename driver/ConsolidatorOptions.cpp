@@ -6,6 +6,8 @@
 #include <boost/program_options/value_semantic.hpp>
 #include <boost/program_options/variables_map.hpp>
 
+#include <algorithm>
+
 namespace po = boost::program_options;
 
 namespace consolidator {
@@ -60,9 +62,11 @@ ConsolidatorOptions::ConsolidatorOptions(int argc, const char* const* argv, std:
 }
 
 void ConsolidatorOptions::parse(int argc, const char* const* argv, std::ostream& out) {
+    // The words behind the program's name; not even that need be there.
+    const std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
     // The positional description has no positions, so that a stray word is an error.
     po::variables_map given;
-    po::store(po::command_line_parser(argc, argv)
+    po::store(po::command_line_parser(words)
                   .options(description_)
                   .positional(po::positional_options_description())
                   .run(),
