@@ -123,6 +123,9 @@ private:
         std::size_t upTo = 0; ///< So many items from the front are in the index.
     };
 
+    /// The element's key: of the element's own, and not of the function object that gives it.
+    static Key keyOf(const Element& element) { return KeyOf()(element); }
+
     /// Half of the hash has bits enough: no index has more slots than there are positions.
     static std::uint32_t hashOf(const Key& key) { return static_cast<std::uint32_t>(keyHash(key)); }
 
@@ -136,7 +139,7 @@ private:
 
     Slot* probe(const Key& key, std::uint32_t hash) {
         return firstSlot(hash, [&](const Slot& slot) {
-            return slot.hash == hash && KeyOf()(items_[slot.position]) == key;
+            return slot.hash == hash && keyOf(items_[slot.position]) == key;
         });
     }
 
@@ -159,7 +162,7 @@ private:
         }
         for (; index_->upTo < items_.size(); ++index_->upTo) {
             makeRoom();
-            const Key& key = KeyOf()(items_[index_->upTo]);
+            const Key& key = keyOf(items_[index_->upTo]);
             const std::uint32_t hash = hashOf(key);
             Slot* const slot = probe(key, hash);
             if (slot->position == none) {

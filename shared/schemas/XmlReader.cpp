@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <exception>
 #include <memory>
@@ -23,7 +24,31 @@ constexpr int firstBlock = 256 * 1024;
 constexpr int largestBlock = 256 * 1024 * 1024;
 
 /// With this much unused and the largest block behind it, the parser's buffer still is below 2 GiB.
-constexpr XML_Index largestPart = XML_Index{512} * 1024 * 1024;
+constexpr std::int64_t largestPart = std::int64_t{512} * 1024 * 1024;
+
+// Where the parser is. Expat 2.9 has functions of 64 bits for it and wants them to be used; before,
+// a position has the width of a long, which is the same on the machines that this is built for.
+#if XML_MAJOR_VERSION > 2 || (XML_MAJOR_VERSION == 2 && XML_MINOR_VERSION >= 9)
+std::int64_t byteIndexOf(XML_Parser parser) {
+    return XML_GetCurrentByteIndex64(parser);
+}
+std::uint64_t lineOf(XML_Parser parser) {
+    return XML_GetCurrentLineNumber64(parser);
+}
+std::uint64_t columnOf(XML_Parser parser) {
+    return XML_GetCurrentColumnNumber64(parser);
+}
+#else
+std::int64_t byteIndexOf(XML_Parser parser) {
+    return XML_GetCurrentByteIndex(parser);
+}
+std::uint64_t lineOf(XML_Parser parser) {
+    return XML_GetCurrentLineNumber(parser);
+}
+std::uint64_t columnOf(XML_Parser parser) {
+    return XML_GetCurrentColumnNumber(parser);
+}
+#endif
 
 struct ParserFree {
     void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
@@ -58,11 +83,11 @@ public:
 
     void read(std::istream& stream) {
         int blockSize = firstBlock;
-        XML_Index fed = 0;
+        std::int64_t fed = 0;
         bool more = true;
         while (more) {
             // To be asked for first: a new buffer makes the parser forget it.
-            const XML_Index before = XML_GetCurrentByteIndex(parser_.get());
+            const std::int64_t before = byteIndexOf(parser_.get());
             void* const block = XML_GetBuffer(parser_.get(), blockSize);
             if (block == nullptr) {
                 if (fed - before > largestPart) {
@@ -79,7 +104,7 @@ public:
             parse(static_cast<int>(stream.gcount()), !more);
             // The parser looks at an unfinished part (a long comment, a long value) from its start
             // again whenever bytes come. They come in ever larger blocks until it gets on.
-            const bool stands = XML_GetCurrentByteIndex(parser_.get()) == before;
+            const bool stands = byteIndexOf(parser_.get()) == before;
             blockSize = stands ? std::min(2 * blockSize, largestBlock) : firstBlock;
         }
     }
@@ -105,8 +130,7 @@ private:
     }
 
     c_lmx_reader_exception fault(ErrorCode code, const std::string& reason) const {
-        return {code, documentName_, XML_GetCurrentLineNumber(parser_.get()),
-                XML_GetCurrentColumnNumber(parser_.get()) + 1, reason};
+        return {code, documentName_, lineOf(parser_.get()), columnOf(parser_.get()) + 1, reason};
     }
 
     /// Runs an event's work. The parser is C code that no exception may pass: one is kept, and the
