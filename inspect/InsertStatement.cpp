@@ -58,7 +58,7 @@ void InsertStatement::bind(int column, std::string_view text) {
     }
 }
 
-void InsertStatement::bind(int column, Blob blob) {
+void InsertStatement::bind(int column, const Blob& blob) {
     check(sqlite3_bind_blob64(statement_.get(), column, pointerTo(blob.bytes), blob.bytes.size(),
                               SQLITE_STATIC));
 }

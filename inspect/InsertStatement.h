@@ -63,7 +63,7 @@ private:
         }
     }
     void bind(int column, std::string_view text);
-    void bind(int column, Blob blob);
+    void bind(int column, const Blob& blob);
     void bindNumber(int column, std::int64_t number);
     void bindNull(int column);
     void step();

@@ -25,6 +25,7 @@ void NearestNames::add(std::string_view name) {
 
 std::vector<std::string_view> NearestNames::names() const {
     std::vector<std::string_view> result;
+    result.reserve(nearest_.size());
     for (const auto& [distance, name] : nearest_) {
         result.push_back(name);
     }

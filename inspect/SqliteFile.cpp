@@ -29,10 +29,11 @@ void SqliteFile::execute(const std::string& statements) {
 }
 
 void SqliteFile::close() {
-    if (sqlite3_close(connection()) != SQLITE_OK) {
-        throw SqliteError(connection());
+    sqlite3* const open = connection_.release();
+    if (sqlite3_close(open) != SQLITE_OK) {
+        connection_.reset(open); // it stays open then
+        throw SqliteError(open);
     }
-    (void)connection_.release();
 }
 
 void SqliteFile::Closer::operator()(sqlite3* connection) const {

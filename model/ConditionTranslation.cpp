@@ -70,7 +70,7 @@ private:
         std::size_t left;
     };
 
-    void push(Term term) {
+    void push(const Term& term) {
         operands_.push_back(terms_.size());
         terms_.push_back(term);
     }

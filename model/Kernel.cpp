@@ -32,9 +32,9 @@ void Kernel::addVariable(std::string_view sourceName, std::string_view hardwareN
 std::size_t Kernel::addHardwareLocation(std::string_view rtlName, std::uint32_t bit,
                                         std::uint32_t address, std::uint32_t offset) {
     const auto make = [&] { return HardwareVariable(rtlName); };
-    HardwareVariable& variable = hardwareVariables_.findOrAdd(rtlName, make).first;
-    variable.setLocation(bit, address, offset);
-    return hardwareVariables_.positionOf(variable);
+    const auto known = hardwareVariables_.findOrAdd(rtlName, make);
+    known.first.setLocation(bit, address, offset);
+    return hardwareVariables_.positionOf(known.first);
 }
 
 std::uint32_t Kernel::emptyBitsBefore(std::string_view rtlName, std::uint32_t bit) {

@@ -88,7 +88,7 @@ bool LLFile::parse() {
 }
 
 bool LLFile::readLines() {
-    stream_.peek(); // an empty file is at its end before a line is read
+    static_cast<void>(stream_.peek()); // an empty file is at its end before a line is read
     std::array<char, longestLine + 1> buffer{};
     while (!stream_.eof()) {
         lineNumber_ = line();
