@@ -101,9 +101,10 @@ BreakCommand::BreakCommand(CLI::App& commandLine)
 
 BreakCommand::BreakCommand(CLI::App* command) : DatabaseCommand(*command) {
     command
-        ->add_option("FILE[:LINE]", place_,
+        ->add_option("FILE", place_,
                      "A source file, as the end of its path, and a line of it; without the line, "
                      "all lines of the file")
+        ->type_name("FILE[:LINE]") // for the help
         ->required()
         ->check([](const std::string& text) {
             return SourcePlace(text).file.empty() ? std::string("there is no name of a file")

@@ -23,14 +23,20 @@ constexpr std::array<std::string_view, 13> longNames{
     "ll",  "ram",    "format", "consolidated_file", "project", "help",
 };
 
+constexpr std::string_view shortNames = "acdhksxlrfp";
+
 /// The names of an option for the command line: "-r,--ram,--ra,--r". As with the consolidator, a
-/// long one may be abbreviated as long as no other one begins in the same way.
+/// long one may be abbreviated as long as no other one begins in the same way. Not to the letter of
+/// another option, though: to newer versions of the parser "--f" and "-f" are the same name.
 std::string namesOf(std::string_view shortName, std::string_view longName) {
     std::string names(shortName);
     for (std::size_t length = longName.size(); length > 0; --length) {
         const std::string_view begin = longName.substr(0, length);
         const auto isBegun = [begin](std::string_view name) { return name.starts_with(begin); };
-        if (std::ranges::count_if(longNames, isBegun) == 1) {
+        const bool isOthersLetter = length == 1 &&
+                                    shortNames.find(begin.front()) != std::string_view::npos &&
+                                    !shortName.ends_with(begin);
+        if (std::ranges::count_if(longNames, isBegun) == 1 && !isOthersLetter) {
             names += names.empty() ? "--" : ",--";
             names += begin;
         }

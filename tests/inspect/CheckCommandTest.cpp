@@ -99,7 +99,7 @@ TEST_F(CheckCommand, TakesTheLongNamesOfTheConsolidator) {
 TEST_F(CheckCommand, TakesAbbreviationsOfLongNames) {
     EXPECT_EQ(inspectRun({"check", "--hier", hier, "--hl=" + hls, "--l", ll}), check());
     const CommandResult all = inspectRun({"check", "--D", "m", "--k", "m", "--au", "m", "--r", "m",
-                                          "--con", directory.path("db"), "--p", "p", "--f=text"});
+                                          "--con", directory.path("db"), "--p", "p", "--fo=text"});
     EXPECT_EQ(all.status, 1);
     EXPECT_THAT(all.out, HasSubstr("\n4 errors, "));
     EXPECT_EQ(inspectRun({"check", "--he"}).status, 0);

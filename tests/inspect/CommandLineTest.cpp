@@ -23,6 +23,20 @@ TEST(InspectCommandLine, TellsItsCommandsWhenAskedForHelp) {
     EXPECT_THAT(result.out, HasSubstr("\n  summary "));
 }
 
+// The version alone on the first line, for scripts; below it, what a report of a fault should tell.
+TEST(InspectCommandLine, TellsItsVersionAndHowItWasMade) {
+    const CommandResult result = inspectRun({"--version"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "");
+    EXPECT_THAT(
+        result.out,
+        testing::MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+\n"
+                              "consolidator: C\\+\\+ library and Boost [0-9.]+ are (shared|static) "
+                              "\\([^)]+\\), Expat is shared\n"
+                              "consolidator-inspect: all libraries are shared .*\n"
+                              "made by [A-Za-z]+ [0-9.]+ for [a-z0-9_]+\n"));
+}
+
 CommandResult usageError(const std::string& text) {
     return {2, "", "consolidator-inspect" + text + "\n"};
 }
@@ -75,8 +89,8 @@ TEST(InspectCommandLine, WantsAFileWithAName) {
 TEST(InspectCommandLine, LetsNoArgumentDriveTheTerminal) {
     EXPECT_EQ(inspectRun({"\x1b"}),
               usageError(": error: there is no command \"\\x1b\"; --help lists them"));
-    EXPECT_EQ(inspectRun({"summary", "--\x1b"}),
-              usageError(" summary: error: there is no option \"--\\x1b\""));
+    EXPECT_EQ(inspectRun({"summary", "--f\x1b"}),
+              usageError(" summary: error: there is no option \"--f\\x1b\""));
     EXPECT_EQ(inspectRun({"summary", "db", "\x1b"}),
               usageError(" summary: error: \"\\x1b\" is one argument too many"));
     EXPECT_EQ(inspectRun({"check", "--format", "\x1b"}),

@@ -1,0 +1,64 @@
+# The libraries that the product uses, and how each program is linked to them: found, decided and named
+# here only. What was decided is printed when the project is configured and by
+# `consolidator-inspect --version`, in the words of consolidator_linkage.
+#
+# consolidator is started many times in a build and does little each time; finding and binding shared C++
+# libraries would take half of that. So the C++ library and Boost go into the program. Both or none: two
+# copies of the C++ library in a process would not agree, and a shared Boost brings its own.
+#
+# consolidator-inspect has RE2, of which the archive alone does not link everywhere: newer ones want
+# parts of Abseil, other ones with each release, and say so only to who asks pkg-config. The shared
+# library knows what it needs. So everything in this program is shared.
+
+# Boost's own CMake files, as CMake's module is gone. Another project that takes in this one may have
+# found Boost before; then its kind is what counts.
+set(static_runtime_reason "a small run starts in half the time")
+set(static_runtime OFF)
+if(NOT CONSOLIDATOR_STATIC_RUNTIME)
+    set(static_runtime_reason "CONSOLIDATOR_STATIC_RUNTIME is off")
+elseif(CONSOLIDATOR_SHARED)
+    set(static_runtime_reason "libconsolidator is shared, and needs the same C++ library")
+elseif(CONSOLIDATOR_SANITIZE OR CONSOLIDATOR_FUZZ)
+    set(static_runtime_reason "the sanitizers want it so")
+else()
+    set(Boost_USE_STATIC_LIBS ON)
+    find_package(Boost 1.74 QUIET CONFIG COMPONENTS program_options)
+    set(boost_kind "")
+    if(TARGET Boost::program_options)
+        get_target_property(boost_kind Boost::program_options TYPE)
+    endif()
+    if(boost_kind STREQUAL STATIC_LIBRARY)
+        set(static_runtime ON)
+    else()
+        set(static_runtime_reason "there is no static Boost")
+        unset(Boost_USE_STATIC_LIBS)
+        unset(Boost_DIR CACHE)
+    endif()
+endif()
+find_package(Boost 1.74 REQUIRED CONFIG COMPONENTS program_options)
+find_package(EXPAT 2.5 REQUIRED)
+
+find_package(CLI11 2.1 REQUIRED)
+find_package(RE2 REQUIRED)
+find_package(RapidJSON REQUIRED)
+find_package(SQLite3 3.40 REQUIRED)
+# The name that CMake knows it by has changed; the new one draws a warning from no release, where there
+# is one.
+set(sqlite_target SQLite::SQLite3)
+if(TARGET SQLite3::SQLite3)
+    set(sqlite_target SQLite3::SQLite3)
+endif()
+
+set(shared_or_static shared)
+if(static_runtime)
+    set(shared_or_static static)
+endif()
+string(CONCAT consolidator_linkage
+    "consolidator: C++ library and Boost ${Boost_VERSION_STRING} are ${shared_or_static}"
+    " (${static_runtime_reason}), Expat is shared\n"
+    "consolidator-inspect: all libraries are shared (they know best what they need)\n"
+    "made by ${CMAKE_CXX_COMPILER_ID} ${CMAKE_CXX_COMPILER_VERSION}"
+    " for ${CMAKE_SYSTEM_PROCESSOR}")
+string(REPLACE "\n" "\n-- " linkage_lines "${consolidator_linkage}")
+message(STATUS "${linkage_lines}")
+string(REPLACE "\n" "\\n" consolidator_linkage "${consolidator_linkage}") # for C++
