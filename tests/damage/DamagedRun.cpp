@@ -3,8 +3,8 @@
 #include "consolidated/ConsolidatedFile.h"
 #include "tests/damage/MemoryMeter.h"
 #include "tests/support/DriverRun.h"
+#include "tests/support/HowBuilt.h"
 #include "tests/support/Kernels.h"
-#include "tests/support/Sanitized.h"
 
 #include <gtest/gtest.h>
 
@@ -15,9 +15,9 @@ namespace consolidator::test {
 
 namespace {
 
-/// A case takes a millisecond. Minutes would be a hang, even on a busy machine; the sanitizers take
-/// their share of it.
-constexpr std::chrono::seconds longestCase{sanitized ? 500 : 100};
+/// A case takes a millisecond. Minutes would be a hang, even on a busy machine; the sanitizers and
+/// an emulator take their share of it.
+constexpr std::chrono::seconds longestCase{sanitized || emulated ? 500 : 100};
 
 } // namespace
 

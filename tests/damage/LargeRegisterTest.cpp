@@ -3,7 +3,7 @@
 
 #include "tests/damage/DamagedRun.h"
 #include "tests/support/Bytes.h"
-#include "tests/support/Sanitized.h"
+#include "tests/support/HowBuilt.h"
 
 #include <gtest/gtest.h>
 

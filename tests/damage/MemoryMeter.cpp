@@ -1,6 +1,6 @@
 #include "tests/damage/MemoryMeter.h"
 
-#include "tests/support/Sanitized.h"
+#include "tests/support/HowBuilt.h"
 
 #include <atomic>
 #include <cstdlib>

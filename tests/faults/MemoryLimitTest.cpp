@@ -2,7 +2,7 @@
 // whole database or one that nobody can take for whole.
 
 #include "tests/support/Command.h"
-#include "tests/support/Sanitized.h"
+#include "tests/support/HowBuilt.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -26,8 +26,8 @@ constexpr std::uint64_t megabyte = 1024 * kilobyte;
 
 struct MemoryLimit : testing::Test {
     void SetUp() override {
-        if (sanitized) {
-            GTEST_SKIP() << "the sanitizer itself needs terabytes of addresses";
+        if (sanitized || emulated) {
+            GTEST_SKIP() << "a sanitizer or an emulator needs gigabytes of addresses itself";
         }
     }
 

@@ -2,17 +2,31 @@
 # Installs the core library, moves the installed tree, and uses it from there as another project would:
 # through its CMake package and through pkg-config.
 #
-#   tests/install/check-library.sh static|shared BUILD
+#   tests/install/check-library.sh static|shared BUILD [EMULATOR]
 #
-# BUILD is a built tree, whose compiler is used for all. A shared library is built for this, below
-# BUILD/install-tests, where everything goes.
+# BUILD is a built tree, whose compiler is used for all, and whose emulator, if it is for another machine.
+# A shared library is built for this, below BUILD/install-tests, where everything goes.
 set -euo pipefail
 
 kind=$1
 build=$2
+emulator_path=${3:-}
 source=$(cd "$(dirname "$0")/../.." && pwd)
 work=$build/install-tests/$kind
-compiler=$(sed -n 's/^CMAKE_CXX_COMPILER:[A-Z]*=//p' "$build/CMakeCache.txt")
+cached() { sed -n "s/^$1:[A-Z]*=//p" "$build/CMakeCache.txt"; }
+compiler=$(cached CMAKE_CXX_COMPILER)
+toolchain=$(cached CMAKE_TOOLCHAIN_FILE)
+if [ -n "$toolchain" ]; then
+    # What the toolchain names, as an installed program's folder for pkg-config.
+    compiler=$(sed -n 's/^set(CMAKE_CXX_COMPILER "\(.*\)")$/\1/p' "$build"/CMakeFiles/*/CMakeCXXCompiler.cmake)
+    PKG_CONFIG_LIBDIR=/usr/lib/$("$compiler" -dumpmachine)/pkgconfig
+    export PKG_CONFIG_LIBDIR
+    configuration=("-DCMAKE_TOOLCHAIN_FILE=$toolchain")
+else
+    configuration=("-DCMAKE_CXX_COMPILER=$compiler")
+fi
+emulator=()
+[ -z "$emulator_path" ] || emulator=("$emulator_path")
 warnings=(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 rm -rf "$work/installed" "$work/moved" "$work/user"
 mkdir -p "$work/user"
@@ -46,7 +60,7 @@ expect_output() {
 library=$build
 if [ "$kind" = shared ]; then
     library=$work/build
-    quietly cmake -S "$source" -B "$library" -DCMAKE_CXX_COMPILER="$compiler" \
+    quietly cmake -S "$source" -B "$library" "${configuration[@]}" \
         -DCMAKE_BUILD_TYPE=Release -DCONSOLIDATOR_SHARED=ON -DBUILD_TESTING=OFF
     quietly cmake --build "$library" --target consolidator_core --parallel "$(nproc)"
 fi
@@ -60,7 +74,7 @@ export PKG_CONFIG_PATH=$pkgconfig
 # Only shared libraries are looked for at run time.
 export LD_LIBRARY_PATH=${pkgconfig%/pkgconfig}
 
-"$build/bin/consolidator" -c -f "$work/accelerator.bin" -p accelerator \
+"${emulator[@]}" "$build/bin/consolidator" -c -f "$work/accelerator.bin" -p accelerator \
     -d "$source/examples/program.dwarf" -h "$source/examples/system.hier" \
     -k "$source/examples/kernel.xml" -x "$source/examples/checksum_auxiliary.xml" \
     -s "$source/examples/scale_rows.hls" -s "$source/examples/checksum.hls" \
@@ -103,9 +117,9 @@ echo "ok: $kind library"
 
 # CMake
 quietly cmake -S "$source/examples/read-database" -B "$work/user/cmake" \
-    -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_PREFIX_PATH="$prefix"
+    "${configuration[@]}" -DCMAKE_PREFIX_PATH="$prefix"
 quietly cmake --build "$work/user/cmake"
-expect_output "find_package" "$work/user/cmake/read-database" "$work/accelerator.bin"
+expect_output "find_package" "${emulator[@]}" "$work/user/cmake/read-database" "$work/accelerator.bin"
 
 # Another minor version is another interface as long as the major one is 0.
 mkdir -p "$work/user/version"
@@ -116,23 +130,25 @@ find_package(consolidator ${wanted} REQUIRED)
 END
 wants() {
     cmake -S "$work/user/version" -B "$work/user/version/build" -DCMAKE_PREFIX_PATH="$prefix" \
-        -DCMAKE_CXX_COMPILER="$compiler" -Dwanted="$1" >"$work/log" 2>&1
+        "${configuration[@]}" -Dwanted="$1" >"$work/log" 2>&1
 }
-require wants 0.2
-for other in 0.1 0.3 1.0; do
+version=$(pkg-config --modversion consolidator)
+IFS=. read -r major minor _ <<<"$version"
+require wants "$major.$minor"
+for other in "$major.$((minor - 1))" "$major.$((minor + 1))" "$((major + 1)).0"; do
     if wants "$other"; then
         echo "FAILED: accepted as version $other" >&2
         exit 1
     fi
 done
-grep --quiet 'version: 0.2' "$work/log" # that is why it was not accepted
+grep --quiet "version: $version" "$work/log" # that is why it was not accepted
 echo "ok: versions"
 
 # pkg-config and the compiler alone
 # shellcheck disable=SC2046 # options are words
 quietly "$compiler" -std=c++20 -O2 "${warnings[@]}" "$source/examples/read-database/main.cpp" \
     -o "$work/user/read-database" $(pkg-config --cflags --libs consolidator)
-expect_output "pkg-config" "$work/user/read-database" "$work/accelerator.bin"
+expect_output "pkg-config" "${emulator[@]}" "$work/user/read-database" "$work/accelerator.bin"
 
 # A program that uses a reader needs Expat, which it gets without asking for it.
 cat >"$work/user/reader.cpp" <<'END'
@@ -145,12 +161,12 @@ END
 # shellcheck disable=SC2046 # options are words
 quietly "$compiler" -std=c++20 "$work/user/reader.cpp" -o "$work/user/reader" \
     $(pkg-config --cflags --libs consolidator)
-"$work/user/reader" "$source/examples/kernel.xml"
+"${emulator[@]}" "$work/user/reader" "$source/examples/kernel.xml"
 echo "ok: readers"
 
 # What is no database is said to be none.
 status=0
-"$work/user/read-database" "$source/examples/top.ll" 2>"$work/output" || status=$?
+"${emulator[@]}" "$work/user/read-database" "$source/examples/top.ll" 2>"$work/output" || status=$?
 require [ "$status" -eq 1 ]
 require [ "$(cat "$work/output")" = "$source/examples/top.ll: not a whole consolidated file of a known version" ]
 echo "ok: no database"

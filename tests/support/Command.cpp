@@ -1,6 +1,7 @@
 #include "tests/support/Command.h"
 
 #include "tests/support/ArgumentVector.h"
+#include "tests/support/HowBuilt.h"
 
 #include <gtest/gtest.h>
 
@@ -121,6 +122,12 @@ Preparation withoutPrivileges() {
 
 CommandResult runProgram(const std::string& directory, const std::string& program,
                          std::vector<std::string> words, const Preparation& prepare) {
+    std::string started = program;
+    if (emulated) {
+        const std::string name = std::exchange(words.at(0), program);
+        started = CONSOLIDATOR_EMULATOR;
+        words.insert(words.begin(), {started, "-0", name});
+    }
     const ArgumentVector vector(std::move(words));
     const Capture out;
     const Capture err;
@@ -129,15 +136,11 @@ CommandResult runProgram(const std::string& directory, const std::string& progra
         throw std::runtime_error("cannot fork");
     }
     if (child == 0) {
-        becomeCommand(directory, program, vector, out, err, prepare);
+        becomeCommand(directory, started, vector, out, err, prepare);
     }
     int status = 0;
     waitpid(child, &status, 0);
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), out.text(), err.text()};
-}
-
-CommandResult runCommand(const std::string& directory, const std::vector<std::string>& words) {
-    return runProgram(directory, words.at(0), words);
 }
 
 CommandResult runConsolidator(const std::string& directory,

@@ -40,15 +40,12 @@ Preparation limited(__rlimit_resource resource, std::uint64_t most);
 /// Becomes a user without any rights of its own, if it is root.
 Preparation withoutPrivileges();
 
-/// Runs `program` (a path) with `words` as its argument vector, the first of which it sees as its
-/// name, in the folder `directory`, waits for it and collects its streams. Standard input is empty.
-/// A run that hangs is ended after some minutes. The status is 127 if the program cannot be
-/// started.
+/// Runs `program` (the path of one that the build has made) with `words` as its argument vector,
+/// the first of which it sees as its name, in the folder `directory`, waits for it and collects its
+/// streams. Standard input is empty. A run that hangs is ended after some minutes. The status is
+/// 127 if the program cannot be started.
 CommandResult runProgram(const std::string& directory, const std::string& program,
                          std::vector<std::string> words, const Preparation& prepare = {});
-
-/// The same, for a program that is started by its path: words[0].
-CommandResult runCommand(const std::string& directory, const std::vector<std::string>& words);
 
 /// The same for the built consolidator: `arguments` come after its name.
 CommandResult runConsolidator(const std::string& directory,
