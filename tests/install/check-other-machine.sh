@@ -6,32 +6,46 @@
 #
 # Both are folders of the programs; those in OTHER start their emulator themselves.
 set -euo pipefail
-other=$1
-ours=$2
+other=$(cd "$1" && pwd)
+ours=$(cd "$2" && pwd)
 source=$(cd "$(dirname "$0")/../.." && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/other" "$work/ours"
 made=0
 
-# make_database NAME OPTION...: by both, as NAME.db, then extended by the other one with what it holds
+# run_in FOLDER BIN NAME OPTION...: makes NAME.db there, extends what the other machine made of it, and
+# leaves beside it what the programs say of both
+run_in() {
+    local bin=$2 name=$3
+    cd "$1"
+    shift 3
+    "$bin/consolidator" -f "$name.db" "$@" >"$name.said" 2>&1 || echo "status $?" >>"$name.said"
+    [ -f "$name.db" ] || return 0
+    "$bin/consolidator-inspect" summary "$name.db" >>"$name.said" 2>&1 || echo "status $?" >>"$name.said"
+}
+
+# extend_in FOLDER BIN NAME: adds to NAME.extended, and exports what is in it then
+extend_in() {
+    cd "$1"
+    "$2/consolidator" -f "$3.extended" -h "$source/examples/system.hier" >"$3.added" 2>&1 ||
+        echo "status $?" >>"$3.added"
+    "$2/consolidator-inspect" json "$3.extended" >"$3.json" 2>&1 || echo "status $?" >>"$3.json"
+}
+
+# make_database NAME OPTION...
 make_database() {
-    local name=$1
-    shift
-    "$other/consolidator" -f "$work/other/$name.db" "$@" >"$work/other/$name.said" 2>&1 || true
-    "$ours/consolidator" -f "$work/ours/$name.db" "$@" >"$work/ours/$name.said" 2>&1 || true
-    if [ ! -f "$work/ours/$name.db" ]; then
-        return
+    (run_in "$work/other" "$other" "$@")
+    (run_in "$work/ours" "$ours" "$@")
+    if [ -f "$work/ours/$1.db" ]; then
+        made=$((made + 1))
+        # Each goes on with what the other one has made.
+        cp "$work/ours/$1.db" "$work/other/$1.extended"
+        cp "$work/other/$1.db" "$work/ours/$1.extended"
+        (extend_in "$work/other" "$other" "$1")
+        (extend_in "$work/ours" "$ours" "$1")
     fi
-    made=$((made + 1))
-    # Each reads what the other one made.
-    cp "$work/ours/$name.db" "$work/other/$name.extended"
-    cp "$work/other/$name.db" "$work/ours/$name.extended"
-    "$other/consolidator" -f "$work/other/$name.extended" -h "$source/examples/system.hier" || true
-    "$ours/consolidator" -f "$work/ours/$name.extended" -h "$source/examples/system.hier" || true
-    "$other/consolidator-inspect" json "$work/other/$name.extended" >"$work/other/$name.json" || true
-    "$ours/consolidator-inspect" json "$work/ours/$name.extended" >"$work/ours/$name.json" || true
-} 2>/dev/null
+}
 
 examples=$source/examples
 make_database example -c -p accelerator -d "$examples/program.dwarf" -h "$examples/system.hier" \
@@ -50,8 +64,8 @@ for file in "$source"/fuzz/corpus/database/* "$source"/tests/inspect/mistakes/*/
     name=database-$(cksum <<<"$file" | cut -d' ' -f1)
     cp "$file" "$work/other/$name.db"
     cp "$file" "$work/ours/$name.db"
-    make_database "$name" -a
+    make_database "$name" -d "$examples/program.dwarf"
 done
-diff --recursive --brief "$work/other" "$work/ours"
+diff --recursive "$work/other" "$work/ours"
 [ "$made" -gt 100 ]
 echo "ok: $made databases are the same"
