@@ -12,13 +12,12 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace Mekto { // NOLINT(readability-identifier-naming)
 
 template <typename Element>
-concept Describable = requires {
-    Element::kind();
-};
+concept Describable = std::is_function_v<decltype(Element::kind)>;
 
 /// Shows an element as XML, without its own name.
 template <Describable Element>
