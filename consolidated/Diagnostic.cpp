@@ -46,7 +46,7 @@ std::string describe(const Diagnostic::Remark& remark) {
     return "line " + std::to_string(remark.line) + ": " + remark.text;
 }
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     std::string result(1, '"');
     result += text;
     result += '"';

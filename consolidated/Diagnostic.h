@@ -62,7 +62,8 @@ private:
 /// when it is about the file as a whole.
 std::string describe(const Diagnostic::Remark& remark);
 
-/// The text between double quotes, for use in a remark.
-std::string quoted(std::string_view text);
+/// The text between double quotes, for use in a remark. (With the name quoted() the standard
+/// library's function would be meant too wherever its header comes in.)
+std::string inQuotes(std::string_view text);
 
 } // namespace consolidator

@@ -26,11 +26,11 @@ std::uint64_t Findings::count(Severity severity) const {
 
 std::string quotedName(std::string_view text) {
     if (text.size() <= Diagnostic::longestText) {
-        return consolidator::quoted(text);
+        return consolidator::inQuotes(text);
     }
     std::string shortened(utf8Beginning(text, Diagnostic::longestText));
     shortened += "...";
-    return consolidator::quoted(shortened);
+    return consolidator::inQuotes(shortened);
 }
 
 } // namespace consolidator::inspect

@@ -93,7 +93,7 @@ void RAMFile::matchRow(std::string_view row) {
     }
     ++blockRamCount_;
     if (const Owners owners = ownersOf(*name); owners.count > 0) {
-        diagnostic_.note(lineNumber_, "block RAM " + quoted(*name) + " belongs to " +
+        diagnostic_.note(lineNumber_, "block RAM " + inQuotes(*name) + " belongs to " +
                                           described(owners) + "; its name is not stored");
     }
 }
@@ -119,7 +119,7 @@ RAMFile::Owners RAMFile::ownersOf(std::string_view name) {
 }
 
 std::string RAMFile::described(const Owners& owners) const {
-    std::string result = "kernel " + quoted((*projectKernels_)[owners.first].name());
+    std::string result = "kernel " + inQuotes((*projectKernels_)[owners.first].name());
     if (owners.count > 1) {
         result += " and " + std::to_string(owners.count - 1);
         result += owners.count == 2 ? " more kernel" : " more kernels";

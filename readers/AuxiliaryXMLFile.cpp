@@ -60,7 +60,7 @@ void AuxiliaryXMLFile::scanArgument(std::string_view words, Kernel& kernel) {
     const std::size_t before = kernel.arguments().size();
     kernel.addArgument(sourceName, hardwareName, type);
     if (kernel.arguments().size() == before) {
-        diagnostic_.remark(lineNumber_, "argument " + quoted(sourceName) +
+        diagnostic_.remark(lineNumber_, "argument " + inQuotes(sourceName) +
                                             " came before; this one is passed over");
     } else if (hardwareName.empty()) {
         diagnostic_.remark(lineNumber_, "an argument without a name is made");
@@ -90,7 +90,7 @@ std::string_view AuxiliaryXMLFile::nameOf(std::string_view word, std::string_vie
 std::string_view AuxiliaryXMLFile::valueOf(std::string_view word, std::string_view attribute) {
     const std::size_t from = attribute.size() + 1; // behind the opening quote
     if (word.size() < from) {
-        stop(lineNumber_, quoted(word) + " has no value");
+        stop(lineNumber_, inQuotes(word) + " has no value");
     }
     return word.substr(from); // throws when there is none
 }

@@ -54,7 +54,7 @@ bool HLSFile::parse() {
     }
     if (!functions_.empty()) {
         stop(functions_.back().lineNumber,
-             "function " + quoted(functions_.back().name) + " begins and does not end");
+             "function " + inQuotes(functions_.back().name) + " begins and does not end");
         functions_.clear();
         return false;
     }
@@ -97,7 +97,7 @@ bool HLSFile::dispatch(std::string_view text) {
     }
     return stop(lineNumber_, text.find_first_not_of('\r') == std::string_view::npos
                                  ? "the line is empty but for a carriage return"
-                                 : "a line cannot begin with " + quoted(first));
+                                 : "a line cannot begin with " + inQuotes(first));
 }
 
 bool HLSFile::endFunction() {

@@ -137,7 +137,7 @@ void HierarchyFile::readType(std::string& word) {
     stream_ >> std::ws >> word >> std::ws;
     current_.setType(typeOf(word));
     if (current_.type() == KernelType::Unknown) {
-        diagnostic_.remark(wordLine_, "type " + quoted(word) + " is none of " +
+        diagnostic_.remark(wordLine_, "type " + inQuotes(word) + " is none of " +
                                           std::string(typeWords) + " and counts as unknown");
     }
 }
@@ -164,7 +164,7 @@ void HierarchyFile::remarkOnRepeatedWord(const std::string& word) {
     if (word.empty()) {
         diagnostic_.remark(wordLine_, "the file holds no word; a kernel without a name is made");
     } else if (!word.starts_with('#')) {
-        diagnostic_.remark(wordLine_, "kernel name " + quoted(word) +
+        diagnostic_.remark(wordLine_, "kernel name " + inQuotes(word) +
                                           " ends the file; a second, empty "
                                           "record of that name is made");
     }

@@ -103,13 +103,14 @@ void KernelOutline::remarkOnRepeat(std::string_view source) {
         }
         const bool isRenamed = known.hardwareName != argumentName_.value;
         if (isRenamed || known.typeText != argumentType_.value) {
-            diagnostic_.remark(0, "argument " + quoted(source) + " of kernel " +
-                                      quoted(kernelName_.value) + " is passed over: " +
-                                      (isRenamed ? "hardware name " + quoted(argumentName_.value) +
-                                                       " here, " + quoted(known.hardwareName)
-                                                 : "type " + quoted(argumentType_.value) +
-                                                       " here, " + quoted(known.typeText)) +
-                                      " before, and the first one counts");
+            diagnostic_.remark(0,
+                               "argument " + inQuotes(source) + " of kernel " +
+                                   inQuotes(kernelName_.value) + " is passed over: " +
+                                   (isRenamed ? "hardware name " + inQuotes(argumentName_.value) +
+                                                    " here, " + inQuotes(known.hardwareName)
+                                              : "type " + inQuotes(argumentType_.value) +
+                                                    " here, " + inQuotes(known.typeText)) +
+                                   " before, and the first one counts");
         }
         return;
     }

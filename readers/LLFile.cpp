@@ -189,7 +189,8 @@ bool LLFile::handleLine(const std::string& text) {
     std::string_view words = text;
     const std::string_view first = takeWord(words);
     if (first != "Bit") {
-        return isHeader || stop(lineNumber_, "line begins with " + quoted(first) + ", not \"Bit\"");
+        return isHeader ||
+               stop(lineNumber_, "line begins with " + inQuotes(first) + ", not \"Bit\"");
     }
     const std::size_t net = text.find(NetWord::prefix);
     NetWord word;
@@ -389,7 +390,7 @@ void LLFile::remarkOnOddIndex(const BitLine& bit, std::string_view text) {
     text.remove_prefix(1);
     const std::string_view index = text.substr(0, text.find(']'));
     if (index.empty() || index.find_first_not_of("0123456789") != std::string_view::npos) {
-        diagnostic_.remark(lineNumber_, "bit index " + quoted(index) +
+        diagnostic_.remark(lineNumber_, "bit index " + inQuotes(index) +
                                             " is no number and is read as " +
                                             std::to_string(bit.number));
     }
@@ -399,7 +400,7 @@ void LLFile::remarkOnSkipped(const NetLine& line, const std::string& reason) {
     std::string net = "/";
     net += line.bit.net;
     diagnostic_.remark(line.number, "bit " + std::to_string(line.bit.number) + " of " +
-                                        quoted(net) + " is skipped: " + reason);
+                                        inQuotes(net) + " is skipped: " + reason);
 }
 
 } // namespace consolidator
