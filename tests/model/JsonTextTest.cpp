@@ -109,7 +109,7 @@ TEST(JsonText, NumbersOfAnyLengthAreWrittenInDecimal) {
         {4294967295, "4294967295"},
     };
     for (const auto& [number, text] : numbers) {
-        EXPECT_EQ(blockText([&, number = number](JsonBlock& block) { block.add(number); }), text);
+        EXPECT_EQ(blockText([&, value = number](JsonBlock& block) { block.add(value); }), text);
     }
 }
 
