@@ -58,11 +58,8 @@ void addLogicLocations(const Target& target, const std::vector<std::string>& pat
             reader.setProject(target.database.kernels());
         }
         reader.setBudget(budget);
-        const LocationBudget before = budget;
-        const bool isUsable = add(target, InputKind::LogicLocations, path, reader);
-        budget = reader.budget();
-        if (!isUsable) {
-            budget.returnEmptyBits(before);
+        if (add(target, InputKind::LogicLocations, path, reader)) {
+            budget = reader.budget();
         }
     }
 }

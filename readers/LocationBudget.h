@@ -36,10 +36,6 @@ public:
     /// left.
     bool takeEmptyBits(std::uint64_t count);
 
-    /// Gives back the pairs of zeros that were taken since it was as `before`: what had them is
-    /// thrown away. What was shared stays counted, as its time and memory are spent all the same.
-    void returnEmptyBits(const LocationBudget& before) { emptyBitsLeft_ = before.emptyBitsLeft_; }
-
     /// Whether a line may be given to one more kernel.
     bool mayShare() const { return sharing_ < sharingAllowed_; }
 

@@ -23,17 +23,6 @@ TEST(LocationBudget, HasRoomForSevenRegistersOfEmptyBits) {
     EXPECT_FALSE(budget.takeEmptyBits(1));
 }
 
-TEST(LocationBudget, TakesEmptyBitsBackButNotWhatWasShared) {
-    LocationBudget budget(5, 16);
-    const LocationBudget before = budget;
-    EXPECT_TRUE(budget.takeEmptyBits(4));
-    budget.shareLocation();
-    budget.shareLocation();
-    budget.returnEmptyBits(before);
-    EXPECT_TRUE(budget.takeEmptyBits(5));
-    EXPECT_FALSE(budget.mayShare());
-}
-
 TEST(LocationBudget, EndsSharingWhenItsBytesAreSpent) {
     LocationBudget budget(0, 16);
     EXPECT_TRUE(budget.mayShare());
