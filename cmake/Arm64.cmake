@@ -5,10 +5,12 @@ set(CMAKE_SYSTEM_PROCESSOR aarch64)
 set(CMAKE_CXX_COMPILER aarch64-linux-gnu-g++)
 set(CMAKE_LIBRARY_ARCHITECTURE aarch64-linux-gnu)
 
-# Debian keeps the libraries of each machine side by side, and what this one runs in /usr/bin.
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_IGNORE_PREFIX_PATH /usr/lib/x86_64-linux-gnu)
-set(PKG_CONFIG_EXECUTABLE aarch64-linux-gnu-pkg-config)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER) # what helps to build runs here
 
-find_program(qemu_aarch64 NAMES qemu-aarch64 qemu-aarch64-static)
-set(CMAKE_CROSSCOMPILING_EMULATOR ${qemu_aarch64})
+find_program(CONSOLIDATOR_QEMU_AARCH64 NAMES qemu-aarch64 qemu-aarch64-static)
+mark_as_advanced(CONSOLIDATOR_QEMU_AARCH64)
+if(CONSOLIDATOR_QEMU_AARCH64)
+    set(CMAKE_CROSSCOMPILING_EMULATOR ${CONSOLIDATOR_QEMU_AARCH64})
+else()
+    message(WARNING "qemu-aarch64 is not installed: tests for arm64 cannot run")
+endif()

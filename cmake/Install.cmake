@@ -57,64 +57,15 @@ endif()
 
 # The library
 
-# What a program may include, and what that includes in turn. Nothing of Expat is among it.
-set(public_headers
-    consolidated/ConsolidatedFile.h
-    consolidated/Diagnostic.h
-    consolidated/FileHandle.h
-    consolidated/InputFile.h
-    consolidated/LineCountingBuffer.h
-    consolidated/SectionEntry.h
-    model/BreakableCondition.h
-    model/HardwareVariable.h
-    model/InstanceLocations.h
-    model/Kernel.h
-    model/KernelIndex.h
-    model/KernelType.h
-    model/KeyedHash.h
-    model/LocationList.h
-    model/LogicLocation.h
-    model/Marks.h
-    model/PathFinder.h
-    model/Prefetch.h
-    model/RAMFile.h
-    model/UniqueList.h
-    model/Variable.h
-    readers/AuxiliaryXMLFile.h
-    readers/BitLine.h
-    readers/HardwareNames.h
-    readers/HdlReservedWords.h
-    readers/HierarchyFile.h
-    readers/HLSFile.h
-    readers/KernelFile.h
-    readers/KnownNets.h
-    readers/LineEnds.h
-    readers/LLFile.h
-    readers/LocationBudget.h
-    readers/NetMatcher.h)
 set(header_folder ${CMAKE_INSTALL_INCLUDEDIR}/consolidator)
-foreach(header IN LISTS public_headers)
-    cmake_path(GET header PARENT_PATH folder)
-    install(FILES ${header} DESTINATION ${header_folder}/${folder} COMPONENT development)
-endforeach()
-# The headers then name each other by relative paths; see there.
-install(CODE "set(headers \"${public_headers}\")\nset(header_folder \"${header_folder}\")"
-    COMPONENT development)
-install(SCRIPT cmake/RelateHeaders.cmake COMPONENT development)
+install(DIRECTORY ${public_header_folder}/consolidator/ DESTINATION ${header_folder} COMPONENT development)
 
-# While it may still change with every minor version, so does the name that programs bind to.
 if(PROJECT_VERSION_MAJOR EQUAL 0)
-    set(library_interface ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
     set(compatible_versions SameMinorVersion)
 else()
-    set(library_interface ${PROJECT_VERSION_MAJOR})
     set(compatible_versions SameMajorVersion)
 endif()
-set_target_properties(consolidator_core PROPERTIES
-    EXPORT_NAME core
-    OUTPUT_NAME consolidator
-    VERSION ${PROJECT_VERSION}
-    SOVERSION ${library_interface})
+set_target_properties(consolidator_core PROPERTIES EXPORT_NAME core)
 target_include_directories(consolidator_core
     INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 install(TARGETS consolidator_core EXPORT consolidator

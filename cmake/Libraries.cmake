@@ -1,5 +1,5 @@
-# The libraries that the product uses, and how each program is linked to them: found, decided and named
-# here only. What was decided is printed when the project is configured and by
+# The libraries that the product uses, and how each program is linked to them: found and decided here
+# only. What was decided is printed when the project is configured and by
 # `consolidator-inspect --version`, in the words of consolidator_linkage.
 #
 # consolidator is started many times in a build and does little each time; finding and binding shared C++
@@ -9,6 +9,12 @@
 # consolidator-inspect has RE2, of which the archive alone does not link everywhere: newer ones want
 # parts of Abseil, other ones with each release, and say so only to who asks pkg-config. The shared
 # library knows what it needs. So everything in this program is shared.
+
+# Without the programs the library is left, which needs nothing but Expat.
+find_package(EXPAT 2.5 REQUIRED)
+if(NOT CONSOLIDATOR_PROGRAMS)
+    return()
+endif()
 
 # Boost's own CMake files, as CMake's module is gone. Another project that takes in this one may have
 # found Boost before; then its kind is what counts.
@@ -32,11 +38,9 @@ else()
     else()
         set(static_runtime_reason "there is no static Boost")
         unset(Boost_USE_STATIC_LIBS)
-        unset(Boost_DIR CACHE)
     endif()
 endif()
 find_package(Boost 1.74 REQUIRED CONFIG COMPONENTS program_options)
-find_package(EXPAT 2.5 REQUIRED)
 
 find_package(CLI11 2.1 REQUIRED)
 find_package(RE2 REQUIRED)
@@ -49,14 +53,34 @@ if(TARGET SQLite3::SQLite3)
     set(sqlite_target SQLite3::SQLite3)
 endif()
 
-set(shared_or_static shared)
+# "shared" or "static", as the library was found.
+function(consolidator_kind_of target result)
+    get_target_property(kind ${target} TYPE)
+    set(file "")
+    foreach(configuration "" _RELEASE _NONE _NOCONFIG _RELWITHDEBINFO)
+        if(NOT file)
+            get_target_property(file ${target} IMPORTED_LOCATION${configuration})
+        endif()
+    endforeach()
+    if(kind STREQUAL STATIC_LIBRARY OR file MATCHES "\\.a$")
+        set(${result} static PARENT_SCOPE)
+    else()
+        set(${result} shared PARENT_SCOPE)
+    endif()
+endfunction()
+consolidator_kind_of(Boost::program_options boost_kind)
+consolidator_kind_of(EXPAT::EXPAT expat_kind)
+consolidator_kind_of(RE2::RE2 re2_kind)
+consolidator_kind_of(${sqlite_target} sqlite_kind)
+set(runtime_kind shared)
 if(static_runtime)
-    set(shared_or_static static)
+    set(runtime_kind static)
 endif()
 string(CONCAT consolidator_linkage
-    "consolidator: C++ library and Boost ${Boost_VERSION_STRING} are ${shared_or_static}"
-    " (${static_runtime_reason}), Expat is shared\n"
-    "consolidator-inspect: all libraries are shared (they know best what they need)\n"
+    "consolidator: C++ library ${runtime_kind}, Boost ${Boost_VERSION_STRING} ${boost_kind},"
+    " Expat ${expat_kind} (${static_runtime_reason})\n"
+    "consolidator-inspect: C++ library shared, RE2 ${re2_kind}, SQLite ${sqlite_kind},"
+    " Expat ${expat_kind} (RE2's archive does not say what it needs)\n"
     "made by ${CMAKE_CXX_COMPILER_ID} ${CMAKE_CXX_COMPILER_VERSION}"
     " for ${CMAKE_SYSTEM_PROCESSOR}")
 string(REPLACE "\n" "\n-- " linkage_lines "${consolidator_linkage}")

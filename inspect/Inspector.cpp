@@ -47,7 +47,8 @@ public:
         std::string options;
         for (const CLI::Option* option : app->get_options()) {
             if (option->get_positional()) {
-                usage += ' ' + argumentName(*option);
+                const std::string name = argumentName(*option);
+                usage += option->get_required() ? ' ' + name : " [" + name + ']';
                 arguments += row(argumentName(*option), option->get_description());
             } else {
                 options += row(optionNames(*option), option->get_description());
@@ -81,7 +82,11 @@ private:
         for (const std::string& shortName : option.get_snames()) {
             names += '-' + shortName + ',';
         }
-        names += "--" + option.get_lnames().front();
+        if (option.get_lnames().empty()) {
+            names.pop_back(); // the comma
+        } else {
+            names += "--" + option.get_lnames().front();
+        }
         if (option.get_items_expected_max() > 0) {
             names += ' ' + option.get_type_name();
         }

@@ -3,10 +3,10 @@
 #
 #   tests/install/check-builds.sh elsewhere|subdirectory BUILD
 #
-# elsewhere: from a folder with blanks and umlauts in its name that may not be written to, by another user
-# than root and without a network where that can be tried, with Ninja where there is one, and without a
-# build type; then installed with DESTDIR and used from there.
-# subdirectory: as a part of another project, whose own settings and targets stay what they are.
+# elsewhere: from a folder with blanks and umlauts in its name that may not be written to, with Ninja, and
+# without a build type; if root runs it, by another user and without a network. Then installed with DESTDIR
+# and used from there. What cannot be tried is said.
+# subdirectory: the library as a part of another project, whose settings and targets stay what they are.
 #
 # BUILD is a built tree, whose compiler is used; everything goes below BUILD/install-tests.
 set -euo pipefail
@@ -15,7 +15,6 @@ build=$2
 source=$(cd "$(dirname "$0")/../.." && pwd)
 work=$build/install-tests/builds-$kind
 compiler=$(sed -n 's/^CMAKE_CXX_COMPILER:[A-Z]*=//p' "$build/CMakeCache.txt")
-[ ! -e "$work" ] || chmod -R u+w "$work"
 rm -rf "$work"
 mkdir -p "$work"
 
@@ -32,37 +31,50 @@ quietly() {
     }
 }
 
-# without_warnings: of the configuration that has just been done quietly
+# without_warnings FILE: of CMake or a compiler
 without_warnings() {
-    ! grep --quiet Warning "$work/log" || {
-        cat "$work/log" >&2
-        fail "a warning of CMake"
-    }
+    if grep --quiet --ignore-case 'warning' "$1"; then
+        cat "$1" >&2
+        fail "a warning"
+    fi
 }
 
 elsewhere() {
-    local copy="$work/zwei Wörter/quelle" tree="$work/gebäut, dort" staged="$work/ziel ordner" run=()
+    # Where anybody may go.
+    local place
+    place=$(mktemp -d -p /var/tmp)
+    # shellcheck disable=SC2064 # now
+    trap "chmod -R u+w '$place'; rm -rf '$place'" EXIT
+    chmod 755 "$place"
+    local copy="$place/zwei Wörter/quelle" tree="$place/gebäut, dort" staged="$place/ziel ordner" run=()
     mkdir -p "$copy" "$tree" "$staged"
-    (cd "$source" && tar --create --exclude=./build --exclude=./.git .) | tar --extract --directory "$copy"
+    tar --create --directory "$source" CMakeLists.txt README.md CHANGELOG.md CONTRIBUTING.md LICENSE \
+        SECURITY.md cmake consolidated docs driver examples inspect model packaging readers shared |
+        tar --extract --directory "$copy"
     chmod -R a-w,a+rX "$copy"
+    local options=("-DCMAKE_CXX_COMPILER=$compiler" -DBUILD_TESTING=OFF -DCMAKE_INSTALL_PREFIX=/opt/dort)
     if [ "$(id -u)" -eq 0 ]; then
-        # The way to it is not for everybody; a mount of its own is.
-        chown -R nobody "$tree" "$staged"
-        run=(setpriv --reuid=nobody --clear-groups --inh-caps=-all --)
-        "${run[@]}" test -x "$tree" || run=()
+        chown -R nobody:nogroup "$tree" "$staged"
+        run=(setpriv --reuid=nobody --regid=nogroup --clear-groups --inh-caps=-all --)
         if unshare --net true 2>/dev/null; then
             run=(unshare --net "${run[@]}")
+        else
+            echo "not tried: without a network"
         fi
+    else
+        echo "not tried: by another user, without a network"
     fi
-    local options=("-DCMAKE_CXX_COMPILER=$compiler" -DBUILD_TESTING=OFF -DCMAKE_INSTALL_PREFIX=/opt/dort)
     if command -v ninja >/dev/null; then
         options+=(-G Ninja)
+    else
+        echo "not tried: with Ninja"
     fi
     export HOME=$tree
     quietly "${run[@]}" cmake -S "$copy" -B "$tree" "${options[@]}"
-    without_warnings
+    without_warnings "$work/log"
     grep --quiet '^CMAKE_BUILD_TYPE:STRING=Release$' "$tree/CMakeCache.txt" || fail "no release build"
     quietly "${run[@]}" cmake --build "$tree" --parallel "$(nproc)"
+    without_warnings "$work/log"
     quietly "${run[@]}" env DESTDIR="$staged" cmake --install "$tree"
     local bin="$staged/opt/dort/bin" examples="$copy/examples"
     "$bin/consolidator" -c -f "$work/moved.db" -p accelerator -h "$examples/system.hier" \
@@ -74,41 +86,51 @@ elsewhere() {
     echo "ok: built elsewhere${run[*]:+, by: ${run[*]}}"
 }
 
+# variables_in CACHE: the names of what is kept, without CMake's own
+variables_in() {
+    sed -nE 's/^([A-Za-z0-9_-]+):[A-Z]+=.*/\1/p' "$1" | grep -v '^CMAKE_' | sort
+}
+
 subdirectory() {
-    mkdir -p "$work/other"
+    mkdir -p "$work/other/model"
+    # Names that a project may well have itself, and a program that uses the library as an installed one.
+    echo '#error "taken for a header of the library"' >"$work/other/model/Kernel.h"
+    cp "$source/examples/read-database/main.cpp" "$work/other/main.cpp"
     cat >"$work/other/CMakeLists.txt" <<END
 cmake_minimum_required(VERSION 3.25)
 project(other LANGUAGES CXX)
-# Names that a project may well have itself.
+set(with_tests ON)
 add_custom_target(man_pages)
 add_custom_target(check)
 add_library(inspector INTERFACE)
-add_subdirectory("$source" consolidator)
-add_executable(other "$source/examples/read-database/main.cpp")
-target_link_libraries(other PRIVATE consolidator::core)
-# What holds here is what this project has set, which is nothing.
-foreach(variable CMAKE_BUILD_TYPE CMAKE_RUNTIME_OUTPUT_DIRECTORY CMAKE_CXX_FLAGS BUILD_TESTING
-        CMAKE_CXX_STANDARD CMAKE_MODULE_PATH CPACK_PACKAGE_NAME)
+if(TAKE_IN)
+    add_subdirectory("$source" consolidator)
+    add_executable(other main.cpp)
+    target_include_directories(other PRIVATE .)
+    target_link_libraries(other PRIVATE consolidator::core)
+endif()
+foreach(variable CMAKE_BUILD_TYPE CMAKE_RUNTIME_OUTPUT_DIRECTORY CMAKE_CXX_FLAGS BUILD_TESTING)
     if(NOT "\${\${variable}}" STREQUAL "")
         message(FATAL_ERROR "\${variable} is set to \${\${variable}}")
     endif()
 endforeach()
-get_property(options TARGET other PROPERTY COMPILE_OPTIONS)
-if(options)
-    message(FATAL_ERROR "compiled with \${options}")
-endif()
 END
-    sed 's#<consolidator/#<#' "$source/examples/read-database/main.cpp" >"$work/other/main.cpp"
-    sed -i "s#\"$source/examples/read-database/main.cpp\"#main.cpp#" "$work/other/CMakeLists.txt"
-    quietly cmake -S "$work/other" -B "$work/tree" "-DCMAKE_CXX_COMPILER=$compiler"
-    without_warnings
-    # Options and results that are kept: ours all begin with our name, or are those of CMake and of the
-    # libraries that were looked for.
-    if grep -E '^(BUILD_|CPACK|CTEST|DART|SCDOC|WITH_)' "$work/tree/CMakeCache.txt" >"$work/log"; then
+    quietly cmake -S "$work/other" -B "$work/alone" "-DCMAKE_CXX_COMPILER=$compiler" -DTAKE_IN=OFF
+    quietly cmake -S "$work/other" -B "$work/tree" "-DCMAKE_CXX_COMPILER=$compiler" -DTAKE_IN=ON \
+        -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
+    without_warnings "$work/log"
+    comm -13 <(variables_in "$work/alone/CMakeCache.txt") <(variables_in "$work/tree/CMakeCache.txt") |
+        grep -vE '^(_|prefix_result|CONSOLIDATOR_|consolidator_|EXPAT_|expat_|FIND_PACKAGE_MESSAGE|pkgcfg_|PKG_CONFIG|PC_)' \
+            >"$work/log" && {
         cat "$work/log" >&2
         fail "left in the other project's cache"
-    fi
-    quietly cmake --build "$work/tree" --target other --parallel "$(nproc)"
+    }
+    # Its own files are compiled as it wants, which is with nothing but the language.
+    grep -A1 'main\.cpp' "$work/tree/compile_commands.json" | grep -- '-W' >&2 &&
+        fail "the other project's files are compiled with our options"
+    quietly cmake --build "$work/tree" --parallel "$(nproc)"
+    without_warnings "$work/log"
+    [ ! -e "$work/tree/consolidator/bin" ] || fail "our programs are built"
     "$build/bin/consolidator" -c -f "$work/accelerator.bin" -p accelerator \
         -d "$source/examples/program.dwarf" -h "$source/examples/system.hier" \
         -k "$source/examples/kernel.xml" -x "$source/examples/checksum_auxiliary.xml" \

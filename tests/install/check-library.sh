@@ -18,7 +18,7 @@ compiler=$(cached CMAKE_CXX_COMPILER)
 toolchain=$(cached CMAKE_TOOLCHAIN_FILE)
 if [ -n "$toolchain" ]; then
     # What the toolchain names, as an installed program's folder for pkg-config.
-    compiler=$(sed -n 's/^set(CMAKE_CXX_COMPILER "\(.*\)")$/\1/p' "$build"/CMakeFiles/*/CMakeCXXCompiler.cmake)
+    compiler=$(sed -n 's/^set(CMAKE_CXX_COMPILER "\(.*\)")$/\1/p' "$build"/CMakeFiles/*/CMakeCXXCompiler.cmake | head -n 1)
     PKG_CONFIG_LIBDIR=/usr/lib/$("$compiler" -dumpmachine)/pkgconfig
     export PKG_CONFIG_LIBDIR
     configuration=("-DCMAKE_TOOLCHAIN_FILE=$toolchain")
@@ -108,7 +108,9 @@ static)
 shared)
     soname=$(readelf --dynamic "$LD_LIBRARY_PATH/libconsolidator.so" | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
     version=$(pkg-config --modversion consolidator)
-    require [ "$soname" = "libconsolidator.so.${version%.*}" ]
+    interface=${version%.*} # see cmake/Install.cmake
+    [ "${version%%.*}" -eq 0 ] || interface=${version%%.*}
+    require [ "$soname" = "libconsolidator.so.$interface" ]
     require [ -f "$LD_LIBRARY_PATH/libconsolidator.so.$version" ]
     require [ ! -e "$LD_LIBRARY_PATH/libconsolidator.a" ]
     ;;
@@ -135,7 +137,11 @@ wants() {
 version=$(pkg-config --modversion consolidator)
 IFS=. read -r major minor _ <<<"$version"
 require wants "$major.$minor"
-for other in "$major.$((minor - 1))" "$major.$((minor + 1))" "$((major + 1)).0"; do
+others=("$major.$((minor + 1))" "$((major + 1)).0")
+if [ "$major" -eq 0 ]; then
+    others+=("0.$((minor - 1))") # see cmake/Install.cmake
+fi
+for other in "${others[@]}"; do
     if wants "$other"; then
         echo "FAILED: accepted as version $other" >&2
         exit 1

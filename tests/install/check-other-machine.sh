@@ -14,8 +14,7 @@ trap 'rm -rf "$work"' EXIT
 mkdir "$work/other" "$work/ours"
 made=0
 
-# run_in FOLDER BIN NAME OPTION...: makes NAME.db there, extends what the other machine made of it, and
-# leaves beside it what the programs say of both
+# run_in FOLDER BIN NAME OPTION...: makes NAME.db there, and leaves beside it what the programs say of it
 run_in() {
     local bin=$2 name=$3
     cd "$1"
@@ -54,7 +53,8 @@ make_database example -c -p accelerator -d "$examples/program.dwarf" -h "$exampl
 # What was once found or thought of to be difficult. The kernels come first, where locations need some.
 kinds=(hierarchy:-h hls:-s kernel_xml:-k auxiliary_xml:-x ll:-l ram:-r)
 for kind in "${kinds[@]}"; do
-    for file in "$source/fuzz/corpus/${kind%:*}"/*; do
+    for file in "$source/fuzz/corpus/${kind%:*}"/* "$source/fuzz/regressions/${kind%:*}"/*; do
+        [ -f "$file" ] || continue
         make_database "${kind%:*}-$(basename "$file")" -c -h "$examples/system.hier" \
             -s "$examples/scale_rows.hls" "${kind#*:}" "$file"
     done
@@ -67,5 +67,8 @@ for file in "$source"/fuzz/corpus/database/* "$source"/tests/inspect/mistakes/*/
     make_database "$name" -d "$examples/program.dwarf"
 done
 diff --recursive "$work/other" "$work/ours"
-[ "$made" -gt 100 ]
+[ "$made" -gt 100 ] || {
+    echo "FAILED: only $made databases were made" >&2
+    exit 1
+}
 echo "ok: $made databases are the same"

@@ -3,7 +3,7 @@
 
 # commands_of PROGRAM: the commands, a line each; none for a program without
 commands_of() {
-    "$BIN/$1" --help | sed -n '/^[A-Za-z]*ommands:/,$p' | sed -nE 's/^  ([a-z]+)( .*)?$/\1/p'
+    "$BIN/$1" --help | sed -n '/^Commands:/,$p' | sed -nE 's/^  ([a-z]+)( .*)?$/\1/p'
 }
 
 # options_of PROGRAM [COMMAND]: the options, short and long, a line each

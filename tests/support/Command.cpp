@@ -126,7 +126,7 @@ CommandResult runProgram(const std::string& directory, const std::string& progra
     if (emulated) {
         const std::string name = std::exchange(words.at(0), program);
         started = CONSOLIDATOR_EMULATOR;
-        words.insert(words.begin(), {started, "-0", name});
+        words.insert(words.begin(), {started, "-0", name}); // qemu's way to give a program's name
     }
     const ArgumentVector vector(std::move(words));
     const Capture out;

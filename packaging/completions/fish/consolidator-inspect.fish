@@ -3,7 +3,7 @@
 set -l commands summary kernel find at break check json sqlite diff verify
 
 complete -c consolidator-inspect -n "not __fish_seen_subcommand_from $commands" -f
-complete -c consolidator-inspect -n "not __fish_seen_subcommand_from $commands" -l version -d 'Show the version'
+complete -c consolidator-inspect -n "not __fish_seen_subcommand_from $commands" -l version -d 'Show the version, and how the programs were made'
 complete -c consolidator-inspect -l help -d 'Show options and commands'
 
 complete -c consolidator-inspect -n __fish_use_subcommand -a summary -d 'Show sections, project and a table of the kernels'

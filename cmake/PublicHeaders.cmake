@@ -1,0 +1,56 @@
+# The headers that other programs may include, as they include them: below consolidator/ in the folder
+# `public_header_folder`, which is made when the project is configured.
+#
+# There they name each other relative to themselves:
+#
+#     #include "model/Kernel.h"      in consolidated/ConsolidatedFile.h becomes
+#     #include "../model/Kernel.h"
+#
+# So they need no folder of ours on a program's search path, and never take in a model/Kernel.h of the
+# program's own.
+
+# What a program may include, and what that includes in turn. Nothing of Expat is among it.
+set(public_headers
+    consolidated/ConsolidatedFile.h
+    consolidated/Diagnostic.h
+    consolidated/FileHandle.h
+    consolidated/InputFile.h
+    consolidated/LineCountingBuffer.h
+    consolidated/SectionEntry.h
+    model/BreakableCondition.h
+    model/HardwareVariable.h
+    model/InstanceLocations.h
+    model/Kernel.h
+    model/KernelIndex.h
+    model/KernelType.h
+    model/KeyedHash.h
+    model/LocationList.h
+    model/LogicLocation.h
+    model/Marks.h
+    model/PathFinder.h
+    model/Prefetch.h
+    model/RAMFile.h
+    model/UniqueList.h
+    model/Variable.h
+    readers/AuxiliaryXMLFile.h
+    readers/BitLine.h
+    readers/HardwareNames.h
+    readers/HdlReservedWords.h
+    readers/HierarchyFile.h
+    readers/HLSFile.h
+    readers/KernelFile.h
+    readers/KnownNets.h
+    readers/LineEnds.h
+    readers/LLFile.h
+    readers/LocationBudget.h
+    readers/NetMatcher.h)
+
+set(public_header_folder ${PROJECT_BINARY_DIR}/include)
+foreach(header IN LISTS public_headers)
+    # All are in folders of depth one.
+    file(READ ${PROJECT_SOURCE_DIR}/${header} text)
+    string(REGEX REPLACE "(#include \")([a-z]+/)" "\\1../\\2" text "${text}")
+    file(CONFIGURE OUTPUT ${public_header_folder}/consolidator/${header} CONTENT "${text}" @ONLY)
+    # A changed header is made anew by the next build.
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${header})
+endforeach()
