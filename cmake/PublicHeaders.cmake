@@ -23,14 +23,9 @@ set(public_headers
     model/Kernel.h
     model/KernelIndex.h
     model/KernelType.h
-    model/KeyedHash.h
     model/LocationList.h
     model/LogicLocation.h
-    model/Marks.h
-    model/PathFinder.h
-    model/Prefetch.h
     model/RAMFile.h
-    model/UniqueList.h
     model/Variable.h
     readers/AuxiliaryXMLFile.h
     readers/BitLine.h
@@ -43,7 +38,12 @@ set(public_headers
     readers/LineEnds.h
     readers/LLFile.h
     readers/LocationBudget.h
-    readers/NetMatcher.h)
+    readers/NetMatcher.h
+    shared/KeyedHash.h
+    shared/Marks.h
+    shared/PathFinder.h
+    shared/Prefetch.h
+    shared/UniqueList.h)
 
 set(public_header_folder ${PROJECT_BINARY_DIR}/include)
 foreach(header IN LISTS public_headers)

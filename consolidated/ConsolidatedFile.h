@@ -28,7 +28,7 @@
 #include "consolidated/InputFile.h"
 #include "consolidated/SectionEntry.h"
 #include "model/Kernel.h"
-#include "model/UniqueList.h"
+#include "shared/UniqueList.h"
 
 #include <cstdint>
 #include <cstdio>

@@ -1,6 +1,6 @@
 #include "fuzz/FuzzProject.h"
 
-#include "model/Words.h"
+#include "shared/Words.h"
 
 #include <cstddef>
 

@@ -7,7 +7,7 @@
 
 #include "fuzz/Fuzzing.h"
 #include "fuzz/ScratchFile.h"
-#include "inspect/JsonExport.h"
+#include "inspect/export/JsonExport.h"
 
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -19,7 +19,7 @@ namespace {
 
 using inspect::JsonOptions;
 
-nlohmann::json documentOf(const inspect::Database& database, const JsonOptions& options) {
+nlohmann::json documentOf(const Database& database, const JsonOptions& options) {
     std::ostringstream out;
     inspect::exportJson(database, options, out);
     const std::string text = out.str();
@@ -58,8 +58,8 @@ void checkKernel(const nlohmann::json& document, const Kernel& kernel) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static fuzz::ScratchFile file;
     file.setBytes(fuzz::textOf(data, size));
-    inspect::Database database;
-    if (database.read(file.path()) == inspect::Database::Readable::Not) {
+    Database database;
+    if (database.read(file.path()) == Database::Readable::Not) {
         return 0;
     }
     nlohmann::json document =

@@ -9,10 +9,10 @@
 #include "consolidated/ConsolidatedFile.h"
 #include "fuzz/Fuzzing.h"
 #include "fuzz/ScratchFile.h"
-#include "inspect/ContainerCheck.h"
-#include "inspect/DiffPrinter.h"
-#include "inspect/Faults.h"
-#include "inspect/KernelDiff.h"
+#include "inspect/diff/DiffPrinter.h"
+#include "inspect/diff/KernelDiff.h"
+#include "query/integrity/ContainerCheck.h"
+#include "query/integrity/Faults.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -23,16 +23,15 @@ using namespace consolidator; // NOLINT(google-build-using-namespace)
 
 namespace {
 
-using inspect::Severity;
 
 /// Requires that what is kept of the findings is what the counts say.
-void requireCounts(const inspect::Faults& faults) {
+void requireCounts(const Faults& faults) {
     std::uint64_t expected = 0;
     for (const Severity severity : {Severity::Note, Severity::Warning, Severity::Error}) {
-        expected += std::min(faults.count(severity), inspect::Faults::mostKept);
+        expected += std::min(faults.count(severity), Faults::mostKept);
     }
     fuzz::require(faults.kept().size() == expected, "findings are kept up to their limit");
-    for (const inspect::Fault& fault : faults.kept()) {
+    for (const Fault& fault : faults.kept()) {
         fuzz::require(!fault.text.empty() && fault.text.find('\n') == std::string::npos,
                       "a finding has one line");
     }
@@ -41,8 +40,8 @@ void requireCounts(const inspect::Faults& faults) {
 /// Checks the file and compares that with reading it. Returns the number of errors.
 std::uint64_t checkAndRead(const fuzz::ScratchFile& file, const ConsolidatedFile& database,
                            bool isWhole) {
-    inspect::Faults faults;
-    inspect::ContainerCheck check(faults);
+    Faults faults;
+    ContainerCheck check(faults);
     fuzz::require(check.check(file.path()), "a file is opened");
     requireCounts(faults);
     const std::uint64_t errors = faults.count(Severity::Error);

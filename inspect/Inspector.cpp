@@ -1,16 +1,16 @@
 #include "inspect/Inspector.h"
 
-#include "inspect/AtCommand.h"
-#include "inspect/BreakCommand.h"
-#include "inspect/CheckCommand.h"
-#include "inspect/DiffCommand.h"
-#include "inspect/FindCommand.h"
-#include "inspect/JsonCommand.h"
-#include "inspect/KernelCommand.h"
-#include "inspect/SqliteCommand.h"
-#include "inspect/SummaryCommand.h"
-#include "inspect/UsageError.h"
-#include "inspect/VerifyCommand.h"
+#include "inspect/commands/AtCommand.h"
+#include "inspect/commands/BreakCommand.h"
+#include "inspect/commands/CheckCommand.h"
+#include "inspect/commands/DiffCommand.h"
+#include "inspect/commands/FindCommand.h"
+#include "inspect/commands/JsonCommand.h"
+#include "inspect/commands/KernelCommand.h"
+#include "inspect/commands/SqliteCommand.h"
+#include "inspect/commands/SummaryCommand.h"
+#include "inspect/commands/UsageError.h"
+#include "inspect/commands/VerifyCommand.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

@@ -5,7 +5,7 @@
 // Each command is a class of its own, in a file of its name.
 #pragma once
 
-#include "inspect/Command.h"
+#include "inspect/commands/Command.h"
 
 namespace consolidator::inspect {
 

@@ -2,7 +2,7 @@
 
 #include "model/BinaryForm.h"
 #include "model/JsonText.h"
-#include "model/KeyedHash.h"
+#include "shared/KeyedHash.h"
 
 #include <ostream>
 #include <tuple>

@@ -1,6 +1,6 @@
 #include "model/ConditionTranslation.h"
 
-#include "model/Words.h"
+#include "shared/Words.h"
 
 #include <cstddef>
 #include <optional>

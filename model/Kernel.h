@@ -7,8 +7,8 @@
 #include "model/BreakableCondition.h"
 #include "model/HardwareVariable.h"
 #include "model/KernelType.h"
-#include "model/UniqueList.h"
 #include "model/Variable.h"
+#include "shared/UniqueList.h"
 
 #include <cstdint>
 #include <cstdio>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "model/LogicLocation.h"
-#include "model/Prefetch.h"
+#include "shared/Prefetch.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -21,8 +21,8 @@
 #include "consolidated/InputFile.h"
 #include "model/Kernel.h"
 #include "model/KernelIndex.h"
-#include "model/Marks.h"
-#include "model/PathFinder.h"
+#include "shared/Marks.h"
+#include "shared/PathFinder.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "readers/AuxiliaryXMLFile.h"
 
-#include "model/Words.h"
 #include "readers/HdlReservedWords.h"
+#include "shared/Words.h"
 
 #include <array>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "readers/BitLine.h"
 
-#include "model/Words.h"
+#include "shared/Words.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "readers/HardwareNames.h"
 
-#include "model/KeyedHash.h"
+#include "shared/KeyedHash.h"
 
 #include <utility>
 

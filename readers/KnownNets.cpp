@@ -1,7 +1,7 @@
 #include "readers/KnownNets.h"
 
-#include "model/KeyedHash.h"
-#include "model/Prefetch.h"
+#include "shared/KeyedHash.h"
+#include "shared/Prefetch.h"
 
 #include <cstring>
 #include <utility>

@@ -1,8 +1,8 @@
 #include "readers/LLFile.h"
 
-#include "model/Prefetch.h"
-#include "model/TextHash.h"
-#include "model/Words.h"
+#include "shared/Prefetch.h"
+#include "shared/TextHash.h"
+#include "shared/Words.h"
 
 #include <algorithm>
 #include <array>

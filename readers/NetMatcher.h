@@ -2,9 +2,9 @@
 #pragma once
 
 #include "model/KernelIndex.h"
-#include "model/Marks.h"
-#include "model/PathFinder.h"
 #include "readers/HardwareNames.h"
+#include "shared/Marks.h"
+#include "shared/PathFinder.h"
 
 #include <cstddef>
 #include <cstdint>

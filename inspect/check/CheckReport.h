@@ -1,0 +1,43 @@
+// The output of `check`, for people and for scripts.
+#pragma once
+
+#include "inspect/check/Finding.h"
+#include "inspect/commands/Console.h"
+#include "query/Coverage.h"
+
+#include <cstddef>
+#include <iosfwd>
+#include <vector>
+
+namespace consolidator::inspect {
+
+/// What a check has found.
+struct CheckReport {
+    const Findings& findings;
+    const std::vector<KernelCoverage>& coverage;
+    std::size_t mistakenKernels; ///< Those of files that were given with a wrong option.
+    bool searchedNets; ///< A logic-location file was read, and searched for missing names.
+};
+
+/// As a compiler prints it, with tables behind it:
+///
+///     top.ll:30: error: line begins with "Info", not "Bit": reading stops here and nothing of …
+///
+///     Coverage
+///       kernel      instances  arguments  variables  registers
+///       scale_rows          2     1 of 4     2 of 2          5
+///
+///     Without a location
+///       kernel      name            hardware name  nearest net
+///       scale_rows  argument input  input_r        none
+///
+///     1 error, 0 warnings, 0 notes
+///
+/// Without logic-location files that could be searched, there is no column of nearest nets, and a
+/// line says so.
+void printText(const CheckReport& report, Console& console);
+
+/// As one JSON document, with a newline behind it; see docs/inspector.md.
+void printJson(const CheckReport& report, std::ostream& out);
+
+} // namespace consolidator::inspect

@@ -1,0 +1,220 @@
+#include "inspect/check/FileLook.h"
+
+#include "shared/Words.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+#include <utility>
+
+namespace consolidator::inspect {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view databaseMagic = "\xD4\xDA\xEF\xBE";
+
+bool contains(std::string_view text, std::string_view part) {
+    return text.find(part) != std::string_view::npos;
+}
+
+bool beginsWithDigit(std::string_view word) {
+    return !word.empty() && word.front() >= '0' && word.front() <= '9';
+}
+
+/// What a line of this kind occurs in.
+Content contentOfLine(std::string_view line) {
+    if (contains(line, "Memory Utilization - Inferred")) {
+        return Content::RamReport;
+    }
+    const std::string_view first = takeWord(line);
+    const std::string_view second = takeWord(line);
+    if (first == "Bit" && beginsWithDigit(second)) {
+        return Content::LogicLocations;
+    }
+    if ((first == "Begin" && second == "Function") || (first == "RTL" && !second.empty())) {
+        return Content::Hls;
+    }
+    if (first == "version:" || first == "type:" || (first == "instance" && second == "path:")) {
+        return Content::Hierarchy;
+    }
+    return Content::Unknown;
+}
+
+Content contentOfXml(std::string_view head) {
+    if (contains(head, "<vd:acceleratorMap") || contains(head, "<vd:arg")) {
+        return Content::AuxiliaryXml;
+    }
+    return contains(head, "<project") ? Content::KernelXml : Content::OtherXml;
+}
+
+/// Whether many bytes are none of a text. Texts may hold a few of them by mistake.
+bool isBinary(std::string_view head) {
+    const auto count = std::ranges::count_if(
+        head, [](char c) { return static_cast<unsigned char>(c) < ' ' && !isSpace(c); });
+    constexpr std::size_t few = 3;
+    return static_cast<std::size_t>(count) > std::max(few, head.size() / 32);
+}
+
+std::string headOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::string head(FileLook::longestHead, '\0');
+    file.read(head.data(), static_cast<std::streamsize>(head.size()));
+    head.resize(static_cast<std::size_t>(file.gcount()));
+    return head;
+}
+
+} // namespace
+
+Content contentOf(std::string_view head) {
+    if (head.starts_with(databaseMagic)) {
+        return Content::Database;
+    }
+    if (head.starts_with(utf8Mark)) {
+        head.remove_prefix(utf8Mark.size());
+    }
+    const bool binary = isBinary(head) && byteOrderMarkOf(head).empty();
+    while (!head.empty() && isSpace(head.front())) {
+        head.remove_prefix(1);
+    }
+    if (head.starts_with('<')) {
+        return contentOfXml(head);
+    }
+    while (!head.empty()) {
+        const std::size_t end = std::min(head.find('\n'), head.size() - 1);
+        const Content content = contentOfLine(head.substr(0, end + 1));
+        if (content != Content::Unknown) {
+            return content;
+        }
+        head.remove_prefix(end + 1);
+    }
+    return binary ? Content::Binary : Content::Unknown;
+}
+
+std::string_view describe(Content content) {
+    switch (content) {
+    case Content::Hierarchy:
+        return "a hierarchy file";
+    case Content::KernelXml:
+        return "a kernel description (kernel.xml)";
+    case Content::Hls:
+        return "kernel metadata of high-level synthesis";
+    case Content::AuxiliaryXml:
+        return "an auxiliary XML file";
+    case Content::LogicLocations:
+        return "a logic-location file";
+    case Content::RamReport:
+        return "a RAM utilization report";
+    case Content::OtherXml:
+        return "an XML file of another kind";
+    case Content::Database:
+        return "a consolidated file";
+    case Content::Binary:
+        return "a binary file";
+    case Content::Unknown:
+        break;
+    }
+    return "nothing that is known";
+}
+
+std::optional<Content> contentFor(InputKind kind) {
+    switch (kind) {
+    case InputKind::Hierarchy:
+        return Content::Hierarchy;
+    case InputKind::KernelXml:
+        return Content::KernelXml;
+    case InputKind::Hls:
+        return Content::Hls;
+    case InputKind::AuxiliaryXml:
+        return Content::AuxiliaryXml;
+    case InputKind::LogicLocations:
+        return Content::LogicLocations;
+    case InputKind::RamReport:
+        return Content::RamReport;
+    case InputKind::Dwarf:
+        break;
+    }
+    return std::nullopt;
+}
+
+std::string_view optionFor(Content content) {
+    switch (content) {
+    case Content::Hierarchy:
+        return "-h";
+    case Content::KernelXml:
+        return "-k";
+    case Content::Hls:
+        return "-s";
+    case Content::AuxiliaryXml:
+        return "-x";
+    case Content::LogicLocations:
+        return "-l";
+    case Content::RamReport:
+        return "-r";
+    case Content::Database:
+        return "-f";
+    case Content::OtherXml:
+    case Content::Binary:
+    case Content::Unknown:
+        break;
+    }
+    return "";
+}
+
+std::string_view optionFor(InputKind kind) {
+    const std::optional<Content> content = contentFor(kind);
+    return content ? optionFor(*content) : "-d";
+}
+
+std::string_view compressionOf(std::string_view head) {
+    static constexpr std::array<std::pair<std::string_view, std::string_view>, 5> beginnings{{
+        {"\x1F\x8B"sv, "gzip"},
+        {"PK\x03\x04"sv, "zip"},
+        {"BZh"sv, "bzip2"},
+        {"\xFD\x37zXZ\x00"sv, "xz"},
+        {"\x28\xB5\x2F\xFD"sv, "zstd"},
+    }};
+    const auto* const found = std::ranges::find_if(
+        beginnings, [head](const auto& beginning) { return head.starts_with(beginning.first); });
+    return found == beginnings.end() ? "" : found->second;
+}
+
+std::string_view byteOrderMarkOf(std::string_view head) {
+    if (head.starts_with(utf8Mark)) {
+        return "UTF-8";
+    }
+    return head.starts_with("\xFF\xFE") || head.starts_with("\xFE\xFF") ? "UTF-16" : "";
+}
+
+bool hasCarriageReturns(std::string_view head) {
+    const std::size_t newline = head.find('\n');
+    return newline != std::string_view::npos && newline > 0 && head[newline - 1] == '\r';
+}
+
+std::string wholePathOf(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path whole = std::filesystem::canonical(path, error);
+    return error ? path : whole.string();
+}
+
+FileLook FileLook::at(const std::string& path) {
+    FileLook look;
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    look.isFolder = std::filesystem::is_directory(status);
+    look.isEmptyDevice =
+        std::filesystem::is_character_file(status) && wholePathOf(path) == "/dev/null";
+    look.isRegular = std::filesystem::is_regular_file(status);
+    if (look.isRegular) {
+        const std::uintmax_t size = std::filesystem::file_size(path, error);
+        look.size = error ? 0 : size;
+        look.head = headOf(path);
+    }
+    return look;
+}
+
+} // namespace consolidator::inspect

@@ -1,0 +1,36 @@
+#include "inspect/check/Finding.h"
+
+#include "consolidated/Diagnostic.h"
+#include "shared/Utf8.h"
+
+#include <utility>
+
+namespace consolidator::inspect {
+
+void Findings::add(Finding finding) {
+    ++counts_.at(static_cast<std::size_t>(finding.severity));
+    if (finding.severity != Severity::Error) {
+        std::size_t& kept = keptOf_[finding.file];
+        if (kept == mostOfAFile) {
+            ++dropped_;
+            return;
+        }
+        ++kept;
+    }
+    kept_.push_back(std::move(finding));
+}
+
+std::uint64_t Findings::count(Severity severity) const {
+    return counts_.at(static_cast<std::size_t>(severity));
+}
+
+std::string quotedName(std::string_view text) {
+    if (text.size() <= Diagnostic::longestText) {
+        return consolidator::inQuotes(text);
+    }
+    std::string shortened(utf8Beginning(text, Diagnostic::longestText));
+    shortened += "...";
+    return consolidator::inQuotes(shortened);
+}
+
+} // namespace consolidator::inspect

@@ -1,0 +1,88 @@
+// Looks on while the inputs of a run are read, and says of each what went wrong with it.
+#pragma once
+
+#include "driver/Inputs.h"
+#include "inspect/check/FileLook.h"
+#include "inspect/check/Finding.h"
+#include "inspect/check/KernelOrigins.h"
+#include "inspect/text/Progress.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace consolidator::inspect {
+
+/// The findings of each input, in the order in which a run reads them; and what the inputs told
+/// that only shows when all are read.
+class InputCheck final : public InputObserver {
+public:
+    /// An input that kernels came from.
+    struct Input {
+        std::string path;
+        InputKind kind;
+        bool isOldDatabase = false;
+        bool isMistaken = false; ///< Its content is of another kind: its kernels are none.
+    };
+
+    /// All three must outlive this object. `database` is the one that the inputs are added to.
+    InputCheck(const ConsolidatedFile& database, Findings& findings, Progress& progress)
+        : database_(database), findings_(findings), progress_(progress) {}
+
+    /// Notes what was there before; to be called first. `path` is the database's.
+    void addOldDatabase(const std::string& path);
+
+    void beforeDwarf(const std::string& path) override;
+    void beforeReading(InputKind kind, const std::string& path, InputFile& reader) override;
+    void afterReading(InputKind kind, const std::string& path, const InputFile& reader,
+                      bool isUsable) override;
+
+    const KernelOrigins& origins() const { return origins_; }
+
+    /// By their numbers in origins().
+    const std::vector<Input>& inputs() const { return inputs_; }
+
+    /// The logic-location files that were read to their ends.
+    const std::vector<std::string>& readLogicLocations() const { return readLogicLocations_; }
+
+private:
+    void add(std::uint64_t line, Severity severity, std::string code, std::string text);
+
+    void lookAtFile(InputKind kind);
+    void lookAtContent(InputKind kind);
+    void lookAtText(InputKind kind);
+    void lookAtHlsName();
+
+    void reportStop(const Diagnostic::Remark& stop, InputKind kind, bool isUsable);
+    void reportRemarks(const Diagnostic& diagnostic);
+    void reportKernels(InputKind kind, const InputFile& reader);
+    void reportRepeatedKernels(const std::vector<Kernel>& kernels);
+    void reportCarriedArguments(const std::vector<Kernel>& kernels);
+    void reportIgnored(InputKind kind, const Kernel& kernel, const KernelOrigins::Ignored& ignored);
+    void reportConditions(const Kernel& kernel);
+    void reportTranslatedAgain(const std::string& path);
+    void reportRepeatedConditions(const Kernel& kernel, const Kernel& known);
+    void reportIgnoredLocations(const InputFile& reader);
+    void reportRamReport(const InputFile& reader);
+
+    const ConsolidatedFile& database_;
+    Findings& findings_;
+    Progress& progress_;
+
+    std::string path_; ///< Of the input that is being read.
+    FileLook look_;
+    bool wasOpened_ = false;
+    bool isMistaken_ = false; ///< The input is a file of another kind.
+
+    KernelOrigins origins_;
+    std::vector<Input> inputs_;
+    std::unordered_set<std::string> given_; ///< An option's letter and a path.
+    std::vector<std::string> readLogicLocations_;
+};
+
+/// The name of a kernel type, as a hierarchy file has it.
+std::string_view typeWord(KernelType type);
+
+} // namespace consolidator::inspect

@@ -1,0 +1,223 @@
+#include "inspect/check/NearestNets.h"
+
+#include "query/KernelNets.h"
+#include "query/NameDistance.h"
+#include "readers/BitLine.h"
+#include "readers/LLFile.h"
+#include "shared/Words.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <optional>
+
+namespace consolidator::inspect {
+
+namespace {
+
+// Scores: of names alike outside the kernel's instances, of the same name there, to which the bytes
+// of the common path are added, and of both inside.
+constexpr std::size_t mostLikeness = 8;
+constexpr std::size_t sameNameScore = 16;
+constexpr std::size_t alikeInKernelScore = sameNameScore + 2 * LLFile::longestLine;
+constexpr std::size_t sameNameInKernelScore = 2 * alikeInKernelScore;
+
+constexpr std::string_view otherSeparators = ".\\";
+
+/// How far the last component of a net, or what follows another separator in it, is from a name.
+std::optional<std::size_t> distanceTo(std::string_view name, std::string_view component) {
+    const std::size_t separator = component.find_last_of(otherSeparators);
+    if (separator != std::string_view::npos) {
+        const std::string_view end = component.substr(separator + 1);
+        if (const auto distance = nameDistance(name, end)) {
+            return distance;
+        }
+    }
+    return nameDistance(name, component);
+}
+
+std::string_view withoutSlash(std::string_view path) {
+    path.remove_prefix(path.starts_with('/') ? 1 : 0);
+    return path;
+}
+
+std::vector<const Kernel*> kernelsMissingNames(const std::vector<KernelCoverage>& coverage) {
+    std::vector<const Kernel*> kernels;
+    for (const KernelCoverage& kernel : coverage) {
+        if (!kernel.missing.empty()) {
+            kernels.push_back(kernel.kernel);
+        }
+    }
+    return kernels;
+}
+
+std::size_t commonBeginning(std::string_view first, std::string_view second) {
+    const auto end = std::ranges::mismatch(first, second).in1;
+    return static_cast<std::size_t>(end - first.begin());
+}
+
+} // namespace
+
+NearestNets::NearestNets(std::vector<KernelCoverage>& coverage)
+    : paths_(kernelsMissingNames(coverage), LLFile::longestLine) {
+    for (KernelCoverage& kernel : coverage) {
+        addBare(kernel);
+        for (MissingName& missing : kernel.missing) {
+            addWanted(missing, *kernel.kernel);
+        }
+    }
+    // Now that the lists stay where they are.
+    for (KernelCoverage& kernel : coverage) {
+        for (const MissingName& missing : kernel.missing) {
+            const auto found = byName_.find(missing.variable->hardwareName);
+            if (alike_.size() < mostAlike && found != byName_.end() &&
+                found->second.front().missing == &missing) {
+                alike_.push_back({&found->second.front(), namesOf(*kernel.kernel)});
+            }
+        }
+    }
+}
+
+void NearestNets::addBare(KernelCoverage& kernel) {
+    if (kernel.instances.bare == 0 || bare_.size() == mostBare) {
+        return;
+    }
+    const std::vector<std::string>& paths = kernel.kernel->instancePaths();
+    const std::string_view name = lastComponent(kernel.kernel->hardwareVariables().front().name);
+    bare_.push_back(
+        {&kernel, withoutSlash(paths[kernel.instances.firstBare]), name, InstanceFinder(paths)});
+}
+
+void NearestNets::addWanted(MissingName& missing, const Kernel& kernel) {
+    const std::string_view name = missing.variable->hardwareName;
+    if (name.empty()) {
+        return;
+    }
+    std::vector<Wanted>& wanted = byName_[name];
+    if (wanted.size() < mostOfAName) {
+        wanted.push_back({&missing, &kernel});
+    }
+}
+
+void NearestNets::read(const std::string& path, Progress& progress) {
+    std::ifstream file(path);
+    std::array<char, LLFile::longestLine + 1> buffer{};
+    std::string last; // a bus has a line for each of its bits
+    std::uint64_t bytes = 0;
+    constexpr std::uint64_t linesBetween = 1024;
+    for (std::uint64_t line = 1; file.good(); ++line) {
+        file.getline(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+        bytes += static_cast<std::uint64_t>(file.gcount());
+        if (line % linesBetween == 0) {
+            progress.update(bytes);
+        }
+        const std::string_view net = netOfLine(buffer.data());
+        if (!net.empty() && net != last) {
+            last = net;
+            offer({net, lastComponent(net), path, line});
+        }
+    }
+}
+
+void NearestNets::offer(const Net& net) {
+    std::string name(1, '/');
+    name += net.name;
+    paths_.setNet(name);
+    const auto sameName = byName_.find(net.lastComponent);
+    if (sameName != byName_.end()) {
+        for (Wanted& wanted : sameName->second) {
+            offerSameName(net, wanted);
+        }
+    }
+    for (Bare& bare : bare_) {
+        if (bare.name == net.lastComponent) {
+            offerToBare(net, bare);
+        }
+    }
+    for (const Alike& alike : alike_) {
+        if (alike.wanted->score < sameNameInKernelScore &&
+            !alike.names->contains(net.lastComponent)) {
+            offerAlike(net, alike);
+        }
+    }
+}
+
+void NearestNets::offerSameName(const Net& net, Wanted& wanted) {
+    const std::vector<std::string>& paths = wanted.kernel->instancePaths();
+    const std::string_view path = paths.empty() ? "" : withoutSlash(paths.front());
+    const bool isInKernel = paths_.isIn(*wanted.kernel);
+    const std::size_t score =
+        (isInKernel ? sameNameInKernelScore : sameNameScore) + commonBeginning(net.name, path);
+    if (score > wanted.score) {
+        wanted.score = score;
+        wanted.missing->nearest = {'/' + std::string(net.name), net.file, net.line, true,
+                                   isInKernel};
+    }
+}
+
+void NearestNets::offerToBare(const Net& net, Bare& bare) {
+    const std::size_t score = 1 + commonBeginning(net.name, bare.path);
+    if (score <= bare.score) {
+        return;
+    }
+    std::string full(1, '/');
+    full += net.name;
+    if (!bare.instances.instanceOf(full)) {
+        bare.score = score;
+        bare.coverage->nearestToBare = {full, net.file, net.line, true, false};
+    }
+}
+
+void NearestNets::offerAlike(const Net& net, const Alike& alike) {
+    Wanted& wanted = *alike.wanted;
+    const auto distance = distanceTo(wanted.missing->variable->hardwareName, net.lastComponent);
+    if (!distance) {
+        return;
+    }
+    const std::size_t likeness = mostLikeness - *distance; // a distance is at most 4
+    if (alikeInKernelScore + likeness <= wanted.score) {
+        return;
+    }
+    const bool isInKernel = paths_.isNearlyIn(*wanted.kernel);
+    const std::size_t score = likeness + (isInKernel ? alikeInKernelScore : 0);
+    if (score > wanted.score) {
+        wanted.score = score;
+        wanted.missing->nearest = {'/' + std::string(net.name), net.file, net.line, false,
+                                   isInKernel};
+    }
+}
+
+const NearestNets::Names* NearestNets::namesOf(const Kernel& kernel) {
+    const auto [found, isNew] = names_.try_emplace(&kernel);
+    if (isNew) {
+        for (const auto* variables : {&kernel.arguments(), &kernel.variables()}) {
+            for (const Variable& variable : *variables) {
+                found->second.insert(variable.hardwareName);
+            }
+        }
+    }
+    return &found->second;
+}
+
+std::string_view netOfLine(std::string_view line) {
+    constexpr std::string_view prefix = NetWord::prefix;
+    if (line.starts_with(';')) {
+        return {};
+    }
+    std::size_t at = line.rfind(prefix);
+    while (at != std::string_view::npos && (at == 0 || !isSpace(line[at - 1]))) {
+        at = at == 0 ? std::string_view::npos : line.rfind(prefix, at - 1);
+    }
+    if (at == std::string_view::npos) {
+        return {};
+    }
+    std::string_view rest = line.substr(at + prefix.size());
+    if (rest.empty() || isSpace(rest.front())) {
+        return {};
+    }
+    std::string_view net = takeWord(rest);
+    const std::size_t bracket = net.ends_with(']') ? net.rfind('[') : std::string_view::npos;
+    return bracket == std::string_view::npos ? net : net.substr(0, bracket);
+}
+
+} // namespace consolidator::inspect

@@ -1,0 +1,102 @@
+// Looks through logic-location files for nets that almost belong to a kernel.
+#pragma once
+
+#include "inspect/check/PathsInNet.h"
+#include "inspect/text/Progress.h"
+#include "query/Coverage.h"
+#include "query/InstanceFinder.h"
+#include "shared/TextHash.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace consolidator::inspect {
+
+/// Finds for each missing name of a coverage the net that a user may have meant. That is, the best
+/// first:
+///
+/// - one in an instance of the kernel whose last component is the name,
+/// - one there whose last component, or what follows a "." or "\" in it, is almost the name,
+/// - one elsewhere that has the name, the nearer to the kernel's first instance path the better,
+/// - one elsewhere that has almost the name.
+///
+/// And for the first instance without a net of each kernel: a net with the last component of one
+/// that the kernel has, under none of the kernel's instance paths, the nearer to this one the
+/// better.
+///
+/// It costs one more pass over the file, for the inspector alone. What a net costs is bounded: only
+/// the first kernels that miss a name, and the first of the names without any net, are looked
+/// after.
+class NearestNets {
+public:
+    /// Fills in the `nearest` of the coverage, which must outlive this object and stay where it is.
+    explicit NearestNets(std::vector<KernelCoverage>& coverage);
+
+    /// Whether there is anything to look for.
+    bool anyMissing() const { return !byName_.empty() || !bare_.empty(); }
+
+    /// Looks through one file, of which every line can be read, as LLFile has found.
+    void read(const std::string& path, Progress& progress);
+
+private:
+    static constexpr std::size_t mostOfAName = 32;
+    static constexpr std::size_t mostAlike = 32;
+    static constexpr std::size_t mostBare = 32;
+
+    /// A name that a kernel misses, with the best net so far.
+    struct Wanted {
+        MissingName* missing;
+        const Kernel* kernel;
+        std::size_t score = 0; ///< Of the best net.
+    };
+
+    using Names = std::unordered_set<std::string_view, TextHash>;
+
+    /// One that names alike are looked for, too.
+    struct Alike {
+        Wanted* wanted;     ///< The first of its name.
+        const Names* names; ///< The kernel's hardware names: their nets are meant for them.
+    };
+
+    /// An instance without a net.
+    struct Bare {
+        KernelCoverage* coverage;
+        std::string_view path;
+        std::string_view name;    ///< The last component of the kernel's first net.
+        InstanceFinder instances; ///< Of the kernel.
+        std::size_t score = 0;
+    };
+
+    /// A net of the file.
+    struct Net {
+        std::string_view name; ///< Without a leading "/".
+        std::string_view lastComponent;
+        const std::string& file;
+        std::uint64_t line;
+    };
+
+    void addBare(KernelCoverage& kernel);
+    void addWanted(MissingName& missing, const Kernel& kernel);
+    void offer(const Net& net);
+    void offerSameName(const Net& net, Wanted& wanted);
+    static void offerToBare(const Net& net, Bare& bare);
+    void offerAlike(const Net& net, const Alike& alike);
+    const Names* namesOf(const Kernel& kernel);
+
+    std::unordered_map<std::string_view, std::vector<Wanted>, TextHash> byName_;
+    std::unordered_map<const Kernel*, Names> names_;
+    std::vector<Alike> alike_;
+    std::deque<Bare> bare_;
+    PathsInNet paths_; ///< Of the kernels that miss names.
+};
+
+/// The net that a line of a logic-location file names, without its bit index; empty if none.
+std::string_view netOfLine(std::string_view line);
+
+} // namespace consolidator::inspect

@@ -1,0 +1,84 @@
+#include "inspect/check/PathsInNet.h"
+
+#include <algorithm>
+
+namespace consolidator::inspect {
+
+PathsInNet::PathsInNet(const std::vector<const Kernel*>& kernels,
+                       const std::vector<std::string_view>& paths)
+    : finder_(paths), found_(paths.size(), Found::Nowhere) {
+    for (const Kernel* const kernel : kernels) {
+        numbers_.try_emplace(kernel, numbersOf(*kernel, paths));
+    }
+}
+
+std::vector<std::string_view> PathsInNet::pathsOf(const std::vector<const Kernel*>& kernels,
+                                                  std::size_t longestNet) {
+    std::vector<std::string_view> result;
+    for (const Kernel* const kernel : kernels) {
+        for (const std::string& path : kernel->instancePaths()) {
+            if (path.size() <= longestNet + 1) { // which has a "/" in front
+                result.emplace_back(path);
+            }
+        }
+    }
+    std::ranges::sort(result);
+    result.erase(std::unique(result.begin(), result.end()), result.end());
+    return result;
+}
+
+PathsInNet::Numbers PathsInNet::numbersOf(const Kernel& kernel,
+                                          const std::vector<std::string_view>& paths) {
+    Numbers numbers;
+    for (const std::string& own : kernel.instancePaths()) {
+        const auto path = std::ranges::lower_bound(paths, std::string_view(own));
+        if (path != paths.end() && *path == own) {
+            numbers.push_back(static_cast<std::uint32_t>(path - paths.begin()));
+        }
+    }
+    std::ranges::sort(numbers);
+    return numbers;
+}
+
+void PathsInNet::setNet(std::string_view net) {
+    net_ = net;
+    searched_ = Found::Nowhere;
+    for (const std::uint32_t path : all_) {
+        found_[path] = Found::Nowhere;
+    }
+    all_.clear();
+}
+
+bool PathsInNet::has(const Kernel& kernel, Found form) {
+    if (searched_ == Found::Nowhere) {
+        search(net_, Found::AsItIs);
+    }
+    if (form == Found::WithSlashes && searched_ == Found::AsItIs) {
+        std::string net = net_;
+        const auto isSeparator = [](char c) { return c == '.' || c == '\\'; };
+        std::ranges::replace_if(net, isSeparator, '/');
+        search(net, Found::WithSlashes);
+    }
+    const Numbers& numbers = numbers_.at(&kernel);
+    if (numbers.size() < all_.size()) {
+        return std::ranges::any_of(numbers,
+                                   [&](std::uint32_t path) { return found_[path] >= form; });
+    }
+    // A net has few of the paths, and a kernel may have thousands.
+    return std::ranges::any_of(all_, [&](std::uint32_t path) {
+        return found_[path] >= form && std::ranges::binary_search(numbers, path);
+    });
+}
+
+void PathsInNet::search(std::string_view net, Found form) {
+    searched_ = form;
+    finder_.forEachIn(net, [this, form](std::uint32_t path) {
+        if (found_[path] == Found::Nowhere) {
+            found_[path] = form;
+            all_.push_back(path);
+        }
+        return true;
+    });
+}
+
+} // namespace consolidator::inspect

@@ -1,0 +1,173 @@
+#include "inspect/commands/BreakCommand.h"
+
+#include "inspect/commands/UsageError.h"
+#include "inspect/text/Style.h"
+#include "inspect/text/Table.h"
+#include "query/KernelNets.h"
+#include "query/NearestNames.h"
+#include "shared/Printable.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <ostream>
+#include <span>
+#include <tuple>
+#include <vector>
+
+namespace consolidator::inspect {
+
+namespace {
+
+/// A source line at which a kernel can be stopped.
+struct Stop {
+    const Kernel* kernel = nullptr;
+    const BreakableCondition* condition = nullptr;
+
+    const std::string& file() const { return condition->file; }
+    std::uint32_t line() const { return condition->line; }
+};
+
+bool isPathOrItsEnd(std::string_view file, std::string_view path) {
+    return path == file || (path.size() > file.size() && path.ends_with(file) &&
+                            path[path.size() - file.size() - 1] == '/');
+}
+
+template <typename Visit>
+void forEachStop(const Database& database, Visit visit) {
+    for (const Kernel& kernel : database.kernels()) {
+        for (const BreakableCondition& condition : kernel.breakableConditions()) {
+            if (condition.kind == BreakableCondition::FileLine) {
+                visit(Stop{&kernel, &condition});
+            }
+        }
+    }
+}
+
+/// The stops in all files that are meant, by file and line.
+std::vector<Stop> stopsIn(const Database& database, std::string_view file) {
+    std::vector<Stop> stops;
+    forEachStop(database, [&](const Stop& stop) {
+        if (isPathOrItsEnd(file, stop.file())) {
+            stops.push_back(stop);
+        }
+    });
+    std::ranges::stable_sort(stops, [](const Stop& left, const Stop& right) {
+        return std::tie(left.file(), left.condition->line) <
+               std::tie(right.file(), right.condition->line);
+    });
+    return stops;
+}
+
+/// Calls visit(stops) for those of one file after the other.
+template <typename Visit>
+void forEachFile(std::span<const Stop> stops, Visit visit) {
+    while (!stops.empty()) {
+        const auto end = std::ranges::find_if(
+            stops, [&](const Stop& stop) { return stop.file() != stops.front().file(); });
+        const auto count = static_cast<std::size_t>(end - stops.begin());
+        visit(stops.first(count));
+        stops = stops.subspan(count);
+    }
+}
+
+void printFile(std::span<const Stop> stops, Console& console) {
+    console.out << bold(printable(stops.front().file()), console.colour) << '\n';
+    const auto makeRow = [stops](std::size_t row) {
+        return std::vector{std::to_string(stops[row].line()),
+                           shortPrintable(stops[row].kernel->name()),
+                           printable(stops[row].condition->condition)};
+    };
+    printRows(console.out, {{"line", Table::Align::Right}, {"kernel"}, {"condition"}}, stops.size(),
+              makeRow, "  ", console.colour);
+}
+
+std::string nearestLines(std::span<const Stop> stops, std::uint32_t line) {
+    const auto after = std::ranges::upper_bound(stops, line, {}, &Stop::line);
+    std::string text("nearest lines: ");
+    text += after == stops.begin() ? "none" : std::to_string(std::prev(after)->line());
+    text += " before, ";
+    text += after == stops.end() ? "none" : std::to_string(after->line());
+    text += " after";
+    return text;
+}
+
+} // namespace
+
+BreakCommand::BreakCommand(CLI::App& commandLine)
+    : BreakCommand(commandLine.add_subcommand(
+          "break", "Show the source lines at which kernels can be stopped")) {}
+
+BreakCommand::BreakCommand(CLI::App* command) : DatabaseCommand(*command) {
+    command
+        ->add_option("FILE", place_,
+                     "A source file, as the end of its path, and a line of it; without the line, "
+                     "all lines of the file")
+        ->type_name("FILE[:LINE]") // for the help
+        ->required()
+        ->check([](const std::string& text) {
+            return SourcePlace(text).file.empty() ? std::string("there is no name of a file")
+                                                  : std::string();
+        });
+}
+
+Status BreakCommand::show(const Database& database, Console& console) {
+    const SourcePlace place(place_);
+    const std::vector<Stop> stops = stopsIn(database, place.file);
+    std::vector<Stop> wanted = stops;
+    if (place.line) {
+        std::erase_if(wanted, [&](const Stop& stop) { return stop.line() != *place.line; });
+    }
+    bool isFirst = true;
+    forEachFile(wanted, [&](std::span<const Stop> ofFile) {
+        console.out << (std::exchange(isFirst, false) ? "" : "\n");
+        printFile(ofFile, console);
+    });
+    if (!isFirst) {
+        return Status::Fine;
+    }
+    if (const auto text = place.mistakenLine(); text && stops.empty()) {
+        return usageError(console, "break",
+                          '"' + printable(*text) + "\" is no line number up to " +
+                              std::to_string(std::numeric_limits<std::uint32_t>::max()));
+    }
+    const std::string start = printable(database.path()) + ": error: ";
+    forEachFile(stops, [&](std::span<const Stop> ofFile) {
+        console.err << start << "no kernel can be stopped at " << printable(ofFile.front().file())
+                    << ':' << *place.line << "; " << nearestLines(ofFile, *place.line) << '\n';
+    });
+    if (stops.empty()) {
+        NearestNames nearest(lastComponent(place.file));
+        forEachStop(database, [&](const Stop& stop) { nearest.add(lastComponent(stop.file())); });
+        console.err << start << "no kernel can be stopped in \"" << printable(place.file) << '"'
+                    << nearest.question() << '\n';
+    }
+    return Status::Findings;
+}
+
+SourcePlace::SourcePlace(std::string_view text) : file(text) {
+    const std::size_t colon = text.rfind(':');
+    if (colon == std::string_view::npos) {
+        return;
+    }
+    const std::string_view digits = text.substr(colon + 1);
+    std::uint32_t number = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto result = std::from_chars(digits.data(), end, number);
+    if (result.ec == std::errc() && result.ptr == end) {
+        line = number;
+        file.resize(colon);
+    }
+}
+
+std::optional<std::string> SourcePlace::mistakenLine() const {
+    const std::size_t colon = file.rfind(':');
+    if (line || colon == std::string::npos ||
+        file.find_first_of("/\\", colon) != std::string::npos) {
+        return std::nullopt;
+    }
+    return file.substr(colon + 1);
+}
+
+} // namespace consolidator::inspect

@@ -1,0 +1,179 @@
+#include "inspect/commands/FindCommand.h"
+
+#include "inspect/commands/UsageError.h"
+#include "inspect/text/Style.h"
+#include "query/BitRun.h"
+#include "query/HeldVariables.h"
+#include "query/KernelNets.h"
+#include "query/NamePattern.h"
+#include "shared/Printable.h"
+#include "shared/TextHash.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdint>
+#include <ostream>
+#include <unordered_map>
+#include <vector>
+
+namespace consolidator::inspect {
+
+namespace {
+
+/// What matches in one kernel, by hardware name, in the order in which it was found.
+class Matches {
+public:
+    struct Part {
+        std::string_view hardwareName;
+        bool isWhole = false;                 ///< An argument or variable matches.
+        std::vector<std::uint32_t> registers; ///< Otherwise, those whose nets match.
+    };
+
+    Matches(const Kernel& kernel, const NamePattern& pattern) {
+        forEachVariable(kernel, [&](const HeldVariable& held) {
+            const Variable& variable = *held.variable;
+            if (pattern.matchesName(variable.sourceName) ||
+                pattern.matchesName(variable.hardwareName)) {
+                partOf(variable.hardwareName).isWhole = true;
+            }
+        });
+        const std::vector<HardwareVariable>& registers = kernel.hardwareVariables();
+        for (std::uint32_t position = 0; position < registers.size(); ++position) {
+            const std::string& net = registers[position].name;
+            if (pattern.matchesNet(net)) {
+                partOf(lastComponent(net)).registers.push_back(position);
+            }
+        }
+    }
+
+    const std::vector<Part>& parts() const { return parts_; }
+
+private:
+    Part& partOf(std::string_view hardwareName) {
+        const auto [entry, isNew] = positions_.try_emplace(hardwareName, parts_.size());
+        if (isNew) {
+            parts_.push_back({hardwareName, false, {}});
+        }
+        return parts_[entry->second];
+    }
+
+    std::vector<Part> parts_;
+    std::unordered_map<std::string_view, std::size_t, TextHash> positions_; ///< In parts_.
+};
+
+/// Prints what matches in one kernel.
+class MatchesText {
+public:
+    MatchesText(const Kernel& kernel, Console& console)
+        : kernel_(kernel), nets_(kernel), held_(kernel), console_(console), out_(console.out) {}
+
+    void print(const Matches::Part& part) {
+        std::string head("kernel ");
+        head += shortPrintable(kernel_.name());
+        head += ", ";
+        head += printable(part.hardwareName);
+        out_ << bold(head, console_.colour) << '\n';
+        for (const HeldVariable& held : held_.of(part.hardwareName)) {
+            printVariable(held);
+        }
+        const std::span<const std::uint32_t> registers =
+            part.isWhole ? nets_.registersOf(part.hardwareName) : std::span(part.registers);
+        for (const std::uint32_t position : registers) {
+            const HardwareVariable& variable = kernel_.hardwareVariables()[position];
+            out_ << "  " << nets_.instanceText(position) << ": " << printable(variable.name)
+                 << '\n';
+            printBits(variable.locations);
+        }
+        if (registers.empty()) {
+            out_ << "  no register\n";
+        }
+    }
+
+private:
+    void printVariable(const HeldVariable& held) {
+        const Variable& variable = *held.variable;
+        out_ << "  " << held.kind() << ' ' << printable(variable.sourceName) << ", "
+             << printable(variable.typeText) << ", " << variable.bitWidth() << " bits\n";
+        // No input file leads to these, but a database may have them.
+        for (std::size_t instance = 0; instance < variable.locations.size(); ++instance) {
+            out_ << "  instance " << instance << ": of its own\n";
+            printBits(LocationList(variable.locations[instance]));
+        }
+    }
+
+    /// A line for each bit that has a place, and one for all neighbours that have none.
+    void printBits(const LocationList& locations) {
+        if (locations.empty()) {
+            out_ << "    no bits\n";
+            return;
+        }
+        constexpr std::string_view heading = "bit";
+        const std::size_t width = std::max(heading.size(), bitsWidth(locations.size()));
+        const auto beginLine = [&](std::string_view bits) -> std::ostream& {
+            return out_ << "    " << std::string(width - bits.size(), ' ') << bits << "  ";
+        };
+        beginLine(heading) << "address     offset\n";
+        forEachBitRun(locations, [&](const BitRun& run) {
+            if (!run.isLocated()) {
+                beginLine(bitsText(run)) << "not located\n";
+                return;
+            }
+            for (std::uint32_t i = 0; i <= run.last - run.first; ++i) {
+                beginLine(std::to_string(run.first + i))
+                    << addressText(run.place.address) << "  " << run.place.offset + i << '\n';
+            }
+        });
+    }
+
+    const Kernel& kernel_;
+    KernelNets nets_;
+    HeldVariables held_;
+    Console& console_;
+    std::ostream& out_;
+};
+
+} // namespace
+
+FindCommand::FindCommand(CLI::App& commandLine)
+    : FindCommand(commandLine.add_subcommand(
+          "find", "Show where the arguments, variables and registers of a name lie")) {}
+
+FindCommand::FindCommand(CLI::App* command) : DatabaseCommand(*command) {
+    command
+        ->add_option("PATTERN", pattern_,
+                     "Source name, hardware name or net, with * for any characters, ? for one, and "
+                     "[...] for one of several")
+        ->required();
+    command->add_flag("-r,--regex", isRegex_,
+                      "PATTERN is a regular expression (RE2), and a part that matches is enough");
+}
+
+Status FindCommand::show(const Database& database, Console& console) {
+    const NamePattern pattern(pattern_,
+                              isRegex_ ? NamePattern::Kind::Regex : NamePattern::Kind::Glob);
+    const auto quoted = [this] { return '"' + printable(pattern_) + '"'; };
+    if (!pattern.fault().empty()) {
+        return usageError(console, "find",
+                          "pattern " + quoted() + " cannot be understood: " + pattern.fault());
+    }
+    bool isFirst = true;
+    for (const Kernel& kernel : database.kernels()) {
+        const Matches matches(kernel, pattern);
+        if (matches.parts().empty()) {
+            continue;
+        }
+        MatchesText text(kernel, console);
+        for (const Matches::Part& part : matches.parts()) {
+            console.out << (std::exchange(isFirst, false) ? "" : "\n");
+            text.print(part);
+        }
+    }
+    if (!isFirst) {
+        return Status::Fine;
+    }
+    console.err << printable(database.path())
+                << ": error: no argument, variable or register matches " << quoted() << '\n';
+    return Status::Findings;
+}
+
+} // namespace consolidator::inspect

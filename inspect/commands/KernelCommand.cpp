@@ -1,0 +1,248 @@
+#include "inspect/commands/KernelCommand.h"
+
+#include "inspect/text/Style.h"
+#include "inspect/text/Table.h"
+#include "query/BitRun.h"
+#include "query/HeldVariables.h"
+#include "query/KernelNets.h"
+#include "query/NearestNames.h"
+#include "shared/Printable.h"
+#include "shared/TextHash.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <map>
+#include <ostream>
+#include <unordered_map>
+
+namespace consolidator::inspect {
+
+namespace {
+
+constexpr std::string_view indent = "  ";
+constexpr std::string_view bitIndent = "    ";
+
+/// In which instances the registers of a hardware name lie, in few words.
+///
+/// Each name is looked into once, however many variables have it.
+class InstanceLists {
+public:
+    explicit InstanceLists(const KernelNets& nets) : nets_(&nets) {}
+
+    const std::string& of(std::string_view hardwareName) {
+        const auto [entry, isNew] = known_.try_emplace(hardwareName);
+        if (isNew) {
+            entry->second = described(hardwareName);
+        }
+        return entry->second;
+    }
+
+private:
+    std::string described(std::string_view hardwareName) const {
+        std::map<std::uint32_t, std::size_t> counts;
+        std::size_t nowhere = 0;
+        for (const std::uint32_t position : nets_->registersOf(hardwareName)) {
+            if (const auto instance = nets_->instanceOf(position)) {
+                ++counts[*instance];
+            } else {
+                ++nowhere;
+            }
+        }
+        std::string text = described(counts);
+        if (nowhere > 0) {
+            text += text.empty() ? "none" : ", none";
+            text += nowhere > 1 ? " (" + std::to_string(nowhere) + ")" : "";
+        }
+        return text;
+    }
+
+    static std::string described(const std::map<std::uint32_t, std::size_t>& counts) {
+        constexpr std::size_t mostPieces = 8;
+        std::string text;
+        std::size_t pieces = 0;
+        for (auto from = counts.begin(); from != counts.end();) {
+            if (++pieces > mostPieces) {
+                return text + ", … (" + std::to_string(counts.size()) + " in all)";
+            }
+            auto last = from;
+            auto next = std::next(from);
+            while (next != counts.end() && next->first == last->first + 1 &&
+                   next->second == from->second) {
+                last = next++;
+            }
+            text += text.empty() ? "" : ", ";
+            text += rangeText(from->first, last->first);
+            text += from->second > 1 ? " (" + std::to_string(from->second) + " each)" : "";
+            from = next;
+        }
+        return text;
+    }
+
+    const KernelNets* nets_;
+    std::unordered_map<std::string_view, std::string, TextHash> known_;
+};
+
+/// One kernel on its way out.
+class KernelText {
+public:
+    KernelText(const Kernel& kernel, Console& console)
+        : kernel_(kernel),
+          nets_(kernel),
+          instanceLists_(nets_),
+          console_(console),
+          out_(console.out) {}
+
+    void print() {
+        std::string head("kernel ");
+        head += printable(kernel_.name());
+        out_ << bold(head, console_.colour) << ", type " << label(kernel_.type());
+        if (kernel_.type() > KernelType::HLS) {
+            out_ << " (" << static_cast<std::uint32_t>(kernel_.type()) << ')';
+        }
+        out_ << '\n';
+        printInstances();
+        printVariables("Arguments", kernel_.arguments());
+        printVariables("Variables", kernel_.variables());
+        printRegisters();
+        printOwnLocations();
+        printConditions();
+        printBrams();
+    }
+
+private:
+    /// The heading of a part, and whether anything follows it.
+    bool begin(std::string_view heading, bool hasContent, std::string_view remark = {}) {
+        out_ << '\n' << bold(heading, console_.colour) << (hasContent ? remark : "") << '\n';
+        if (!hasContent) {
+            out_ << indent << "none\n";
+        }
+        return hasContent;
+    }
+
+    void printTable(const std::vector<Table::Column>& tableColumns, std::size_t rows,
+                    const std::function<std::vector<std::string>(std::size_t)>& makeRow) {
+        printRows(out_, tableColumns, rows, makeRow, std::string(indent), console_.colour);
+    }
+
+    void printInstances() {
+        const std::vector<std::string>& paths = kernel_.instancePaths();
+        std::string remark(" (in JSON each path ends in \"");
+        remark += kernel_.instanceSuffix();
+        remark += "\")";
+        if (begin("Instances", !paths.empty(), remark)) {
+            printTable({{"#", rightAligned}, {"path"}}, paths.size(), [&paths](std::size_t row) {
+                return std::vector{std::to_string(row), printable(paths[row])};
+            });
+        }
+    }
+
+    void printVariables(std::string_view heading, const std::vector<Variable>& variables) {
+        if (!begin(heading, !variables.empty())) {
+            return;
+        }
+        const std::vector<Table::Column> tableColumns{
+            {"source name"},         {"hardware name"},           {"type"},
+            {"width", rightAligned}, {"registers", rightAligned}, {"instances"}};
+        printTable(tableColumns, variables.size(), [&](std::size_t row) {
+            const Variable& variable = variables[row];
+            return std::vector{printable(variable.sourceName),
+                               printable(variable.hardwareName),
+                               printable(variable.typeText),
+                               std::to_string(variable.bitWidth()),
+                               std::to_string(nets_.registersOf(variable.hardwareName).size()),
+                               instanceLists_.of(variable.hardwareName)};
+        });
+    }
+
+    void printRegisters() {
+        const std::vector<HardwareVariable>& registers = kernel_.hardwareVariables();
+        if (!begin("Registers", !registers.empty())) {
+            return;
+        }
+        for (std::size_t position = 0; position < registers.size(); ++position) {
+            out_ << indent << nets_.instanceText(position) << ": "
+                 << printable(registers[position].name) << '\n';
+            printBitRuns(out_, registers[position].locations, bitIndent);
+        }
+    }
+
+    void printOwnLocations() {
+        bool isFirst = true;
+        forEachVariable(kernel_, [&](const HeldVariable& held) {
+            const auto& instances = held.variable->locations;
+            for (std::size_t instance = 0; instance < instances.size(); ++instance) {
+                if (std::exchange(isFirst, false)) {
+                    begin("Locations of the arguments and variables themselves", true);
+                }
+                out_ << indent << "instance " << instance << ": " << held.described() << '\n';
+                printBitRuns(out_, LocationList(instances[instance]), bitIndent);
+            }
+        });
+    }
+
+    static std::string placeOf(const BreakableCondition& condition) {
+        switch (condition.kind) {
+        case BreakableCondition::Start:
+            return "start";
+        case BreakableCondition::Stop:
+            return "stop";
+        case BreakableCondition::FileLine:
+            return printable(condition.file) + ':' + std::to_string(condition.line);
+        default:
+            return "error (kind " + std::to_string(condition.kind) + ')';
+        }
+    }
+
+    void printConditions() {
+        const std::vector<BreakableCondition>& conditions = kernel_.breakableConditions();
+        if (begin("Conditions", !conditions.empty())) {
+            printTable({{"at"}, {"condition"}}, conditions.size(), [&](std::size_t row) {
+                return std::vector{placeOf(conditions[row]), printable(conditions[row].condition)};
+            });
+        }
+    }
+
+    void printBrams() {
+        if (begin("BRAMs", !kernel_.brams().empty())) {
+            for (const std::string& bram : kernel_.brams()) {
+                out_ << indent << printable(bram) << '\n';
+            }
+        }
+    }
+
+    const Kernel& kernel_;
+    KernelNets nets_;
+    InstanceLists instanceLists_;
+    Console& console_;
+    std::ostream& out_;
+};
+
+} // namespace
+
+KernelCommand::KernelCommand(CLI::App& commandLine)
+    : KernelCommand(commandLine.add_subcommand("kernel", "Show all of one kernel")) {}
+
+KernelCommand::KernelCommand(CLI::App* command) : DatabaseCommand(*command) {
+    command->add_option("NAME", name_, "The kernel's name")->required();
+}
+
+Status KernelCommand::show(const Database& database, Console& console) {
+    NearestNames nearest(name_);
+    bool isFirst = true;
+    for (const Kernel& kernel : database.kernels()) {
+        if (kernel.name() == name_) {
+            console.out << (std::exchange(isFirst, false) ? "" : "\n");
+            KernelText(kernel, console).print();
+        } else {
+            nearest.add(kernel.name());
+        }
+    }
+    if (!isFirst) {
+        return Status::Fine;
+    }
+    console.err << printable(database.path()) << ": error: has no kernel \"" << printable(name_)
+                << '"' << nearest.question() << '\n';
+    return Status::Findings;
+}
+
+} // namespace consolidator::inspect

@@ -1,0 +1,77 @@
+#include "inspect/commands/SqliteCommand.h"
+
+#include "inspect/commands/UsageError.h"
+#include "inspect/export/PendingFile.h"
+#include "inspect/export/SqliteExport.h"
+#include "shared/Printable.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <ostream>
+#include <system_error>
+
+namespace consolidator::inspect {
+
+namespace {
+
+/// Why nothing is to be written under this name; empty if it may be.
+std::string targetFault(const std::string& path, bool force, const std::string& databasePath) {
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::symlink_status(path, error);
+    if (!std::filesystem::exists(status)) {
+        return "";
+    }
+    if (!force) {
+        return "exists already; --force replaces it";
+    }
+    if (!std::filesystem::is_regular_file(status)) {
+        return "is no regular file and cannot be replaced";
+    }
+    if (std::filesystem::equivalent(path, databasePath, error)) {
+        return "is the database itself";
+    }
+    return "";
+}
+
+/// Why the export has failed; empty if it has not.
+std::string exportFault(const Database& database, const std::string& path, bool force) {
+    PendingFile pending(path);
+    if (!pending.make()) {
+        return "cannot be written: " + pending.fault();
+    }
+    try {
+        SqliteFile file(pending.path());
+        exportSqlite(database, file);
+        file.close();
+    } catch (const SqliteError& error) {
+        return std::string("cannot be written: ") + error.what();
+    }
+    const auto existing = force ? PendingFile::Existing::Replace : PendingFile::Existing::Keep;
+    return pending.putInPlace(existing) ? "" : "cannot be written: " + pending.fault();
+}
+
+} // namespace
+
+SqliteCommand::SqliteCommand(CLI::App& commandLine)
+    : DatabaseCommand(
+          *commandLine.add_subcommand("sqlite", "Write the content into an SQLite database")) {
+    CLI::App& command = *commandLine.get_subcommand("sqlite");
+    command.add_option("OUT", output_, "The SQLite database to make")
+        ->required()
+        ->check(emptyNameFault);
+    command.add_flag("--force", force_, "Replace the file if it exists");
+}
+
+Status SqliteCommand::show(const Database& database, Console& console) {
+    std::string fault = targetFault(output_, force_, database.path());
+    if (fault.empty()) {
+        fault = exportFault(database, output_, force_);
+    }
+    if (!fault.empty()) {
+        console.err << printable(output_) << ": error: " << fault << '\n';
+        return Status::Unreadable;
+    }
+    return Status::Fine;
+}
+
+} // namespace consolidator::inspect

@@ -1,0 +1,83 @@
+#include "inspect/commands/SummaryCommand.h"
+
+#include "inspect/text/Style.h"
+#include "inspect/text/Table.h"
+#include "query/LocatedBits.h"
+#include "query/SectionName.h"
+#include "shared/Printable.h"
+
+#include <CLI/CLI.hpp>
+#include <ostream>
+
+namespace consolidator::inspect {
+
+namespace {
+
+void printHead(const Database& database, std::ostream& out) {
+    out << printable(database.path()) << ": consolidated file, version "
+        << database.header().majorVersion << '.' << database.header().minorVersion << ", "
+        << database.fileSize() << " bytes\n";
+    out << "project: " << (database.project().empty() ? "none" : printable(database.project()))
+        << '\n';
+    out << "DWARF:   ";
+    if (database.dwarf()) {
+        out << database.dwarf()->size() << " bytes\n";
+    } else {
+        out << "none\n";
+    }
+}
+
+void printSections(const Database& database, Console& console) {
+    Table table({{"#", rightAligned}, {"type"}, {"offset", rightAligned}, {"size", rightAligned}});
+    std::size_t number = 0;
+    for (const SectionEntry& entry : database.sections()) {
+        table.add({std::to_string(number++), describe(entry), std::to_string(entry.offset),
+                   std::to_string(entry.size)});
+    }
+    console.out << '\n' << bold("Sections", console.colour) << '\n';
+    table.print(console.out, "  ", console.colour);
+}
+
+void printKernels(const Database& database, Console& console) {
+    Table table({{"name"},
+                 {"type"},
+                 {"instances", rightAligned},
+                 {"arguments", rightAligned},
+                 {"variables", rightAligned},
+                 {"registers", rightAligned},
+                 {"located bits", rightAligned},
+                 {"conditions", rightAligned}});
+    for (const Kernel& kernel : database.kernels()) {
+        std::uint64_t bits = 0;
+        for (const HardwareVariable& variable : kernel.hardwareVariables()) {
+            bits += locatedBits(variable.locations);
+        }
+        table.add({printable(kernel.name()), std::string(label(kernel.type())),
+                   std::to_string(kernel.instancePaths().size()),
+                   std::to_string(kernel.arguments().size()),
+                   std::to_string(kernel.variables().size()),
+                   std::to_string(kernel.hardwareVariables().size()), std::to_string(bits),
+                   std::to_string(kernel.breakableConditions().size())});
+    }
+    console.out << '\n' << bold("Kernels", console.colour) << '\n';
+    if (table.empty()) {
+        console.out << "  none\n";
+    } else {
+        table.print(console.out, "  ", console.colour);
+    }
+}
+
+} // namespace
+
+SummaryCommand::SummaryCommand(CLI::App& commandLine)
+    : DatabaseCommand(*commandLine.add_subcommand(
+          "summary", "Show sections, project and a table of the kernels")) {}
+
+Status SummaryCommand::show(const Database& database, Console& console) {
+    printHead(database, console.out);
+    printSections(database, console);
+    printKernels(database, console);
+    return Status::Fine;
+}
+
+} // namespace consolidator::inspect

@@ -1,0 +1,74 @@
+#include "inspect/commands/VerifyCommand.h"
+
+#include "inspect/commands/UsageError.h"
+#include "inspect/text/Style.h"
+#include "query/Database.h"
+#include "query/integrity/ContainerCheck.h"
+#include "shared/Numbers.h"
+#include "shared/Printable.h"
+
+#include <CLI/CLI.hpp>
+#include <ostream>
+
+namespace consolidator::inspect {
+
+namespace {
+
+/// "2 errors, 1 warning"; "no faults found", if there is nothing but notes.
+std::string summary(const Faults& faults) {
+    std::string result;
+    for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Note}) {
+        const std::uint64_t count = faults.count(severity);
+        if (severity == Severity::Note && result.empty()) {
+            result = "no faults found";
+        }
+        if (count > 0) {
+            result += result.empty() ? "" : ", ";
+            result += inWords(count, label(severity));
+        }
+    }
+    return result;
+}
+
+void print(const Faults& faults, const std::string& path, Console& console) {
+    for (const Fault& fault : faults.kept()) {
+        console.out << path << ':' << inHex(fault.offset) << ": "
+                    << styledLabel(fault.severity, console.colour) << ": " << fault.text << '\n';
+    }
+    for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Note}) {
+        const std::uint64_t count = faults.count(severity);
+        if (count > Faults::mostKept) {
+            console.out << path << ": the first " << Faults::mostKept << " of "
+                        << inWords(count, label(severity)) << " are shown\n";
+        }
+    }
+    console.out << path << ": " << summary(faults) << '\n';
+}
+
+} // namespace
+
+VerifyCommand::VerifyCommand(CLI::App& commandLine) {
+    CLI::App* command =
+        commandLine.add_subcommand("verify", "Check strictly whether a database is in order");
+    command->add_option("DB", path_, "The consolidated file to check")
+        ->required()
+        ->check(emptyNameFault);
+}
+
+Status VerifyCommand::run(Console& console) {
+    const std::string path = printable(path_);
+    Faults found;
+    std::string fault = openingFault(path_);
+    if (fault.empty() && !ContainerCheck(found).check(path_)) {
+        fault = "is no regular file";
+    }
+    if (!fault.empty()) {
+        console.err << path << ": error: " << fault << '\n';
+        return Status::Unreadable;
+    }
+    print(found, path, console);
+    return found.count(Severity::Error) + found.count(Severity::Warning) == 0 ? Status::Fine
+                                                                              : Status::Findings;
+}
+
+} // namespace consolidator::inspect

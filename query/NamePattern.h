@@ -1,0 +1,48 @@
+// What `find` looks for: names and nets, by a glob or a regular expression.
+#pragma once
+
+#include "query/Glob.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace re2 {
+class RE2;
+} // namespace re2
+
+namespace consolidator {
+
+/// A pattern for the names and nets of a database.
+///
+/// A glob (see Glob) must match the whole name. Of a net it may also match what is behind the
+/// leading "/", as logic-location files write nets, and one without a "/" the last component.
+///
+/// A regular expression, in RE2's syntax, must match a part of the name or net. RE2 takes time in
+/// proportion to the text, whatever the expression is.
+class NamePattern {
+public:
+    enum class Kind { Glob, Regex };
+
+    NamePattern(const std::string& pattern, Kind kind);
+    ~NamePattern();
+    NamePattern(const NamePattern&) = delete;
+    NamePattern& operator=(const NamePattern&) = delete;
+
+    /// Why the pattern cannot be understood, as a printable() text; empty if it can. Then nothing
+    /// matches.
+    std::string fault() const;
+
+    /// Whether a source or hardware name matches.
+    bool matchesName(std::string_view name) const;
+
+    /// Whether a net matches, which has a leading "/".
+    bool matchesNet(std::string_view net) const;
+
+private:
+    bool hasSlash_;
+    std::variant<Glob, std::unique_ptr<re2::RE2>> matcher_;
+};
+
+} // namespace consolidator

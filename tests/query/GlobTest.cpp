@@ -1,0 +1,97 @@
+#include "query/Glob.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+namespace consolidator::test {
+
+namespace {
+
+bool matches(std::string_view pattern, std::string_view text) {
+    const Glob glob(pattern);
+    EXPECT_EQ(glob.fault(), "") << pattern;
+    return glob.matches(text);
+}
+
+TEST(Glob, MatchesWholeTexts) {
+    EXPECT_TRUE(matches("sum_reg", "sum_reg"));
+    EXPECT_FALSE(matches("sum", "sum_reg"));
+    EXPECT_FALSE(matches("reg", "sum_reg"));
+    EXPECT_FALSE(matches("Sum_reg", "sum_reg"));
+    EXPECT_TRUE(matches("", ""));
+    EXPECT_FALSE(matches("", "x"));
+}
+
+TEST(Glob, TakesAStarForAnyCharacters) {
+    EXPECT_TRUE(matches("*", ""));
+    EXPECT_TRUE(matches("*", "/top/k_1"));
+    EXPECT_TRUE(matches("sum*", "sum"));
+    EXPECT_TRUE(matches("*_reg", "sum_reg_reg"));
+    EXPECT_TRUE(matches("/top*k*x", "/top/k_1/k_2/x"));
+    EXPECT_FALSE(matches("/top*k*x", "/top/k_1/k_2/xy"));
+    EXPECT_TRUE(matches("a**b", "ab"));
+    EXPECT_FALSE(matches("*a", "b"));
+}
+
+TEST(Glob, TakesAQuestionMarkForOneCharacter) {
+    EXPECT_TRUE(matches("k_?", "k_1"));
+    EXPECT_FALSE(matches("k_?", "k_"));
+    EXPECT_FALSE(matches("k_?", "k_12"));
+    EXPECT_TRUE(matches("?", "\xC3\xA4"));
+    EXPECT_FALSE(matches("??", "\xC3\xA4"));
+    EXPECT_TRUE(matches("?", "\xFF"));
+    EXPECT_TRUE(matches("?", std::string_view("\0", 1)));
+}
+
+TEST(Glob, TakesBracketsForOneOfTheirCharacters) {
+    EXPECT_TRUE(matches("k_[0-3]", "k_2"));
+    EXPECT_FALSE(matches("k_[0-3]", "k_4"));
+    EXPECT_TRUE(matches("[abc]", "c"));
+    EXPECT_FALSE(matches("[abc]", "d"));
+    EXPECT_FALSE(matches("[!abc]", "c"));
+    EXPECT_TRUE(matches("[^abc]", "d"));
+    EXPECT_TRUE(matches("[]]", "]"));
+    EXPECT_FALSE(matches("[!]]", "]"));
+    EXPECT_TRUE(matches("[a-]", "-"));
+    EXPECT_TRUE(matches("[a-]", "a"));
+    EXPECT_FALSE(matches("[a-]", "b"));
+    EXPECT_TRUE(matches("[\xC3\xA0-\xC3\xBF]", "\xC3\xA4"));
+    EXPECT_FALSE(matches("[\xC3\xA0-\xC3\xBF]", "z"));
+    EXPECT_FALSE(matches("[a-z]", ""));
+}
+
+TEST(Glob, TakesWhatFollowsABackslashAsItIs) {
+    EXPECT_TRUE(matches("a\\*", "a*"));
+    EXPECT_FALSE(matches("a\\*", "ab"));
+    EXPECT_TRUE(matches("sum\\[3]", "sum[3]"));
+    EXPECT_TRUE(matches("[\\]]", "]"));
+    EXPECT_TRUE(matches("\\\\", "\\"));
+}
+
+TEST(Glob, TellsWhatItDoesNotUnderstand) {
+    EXPECT_EQ(Glob("sum[3").fault(),
+              "its \"[\" has no \"]\" (write \"\\[\" for the character itself)");
+    EXPECT_EQ(Glob("[]").fault(),
+              "its \"[\" has no \"]\" (write \"\\[\" for the character itself)");
+    EXPECT_EQ(Glob("sum\\").fault(), "nothing follows its last \"\\\"");
+    EXPECT_EQ(Glob("[a\\").fault(), "nothing follows its last \"\\\"");
+    EXPECT_EQ(Glob("[[:digit:]]").fault(), "classes of characters as \"[:digit:]\" are not known");
+    EXPECT_FALSE(Glob("sum[3").matches("sum[3"));
+    EXPECT_FALSE(Glob("[").matches(""));
+}
+
+// A matcher that tries every way to share out the text between the stars would never end.
+TEST(Glob, TakesLittleTimeForManyStars) {
+    std::string pattern;
+    for (int i = 0; i < 50; ++i) {
+        pattern += "*a";
+    }
+    EXPECT_TRUE(matches(pattern, std::string(100'000, 'a')));
+    EXPECT_FALSE(matches(pattern + "b", std::string(100'000, 'a')));
+}
+
+} // namespace
+
+} // namespace consolidator::test
