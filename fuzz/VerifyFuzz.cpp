@@ -23,7 +23,6 @@ using namespace consolidator; // NOLINT(google-build-using-namespace)
 
 namespace {
 
-
 /// Requires that what is kept of the findings is what the counts say.
 void requireCounts(const Faults& faults) {
     std::uint64_t expected = 0;

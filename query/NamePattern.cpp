@@ -1,6 +1,6 @@
 #include "query/NamePattern.h"
 
-#include "query/KernelNets.h"
+#include "query/KernelView.h"
 #include "shared/Printable.h"
 
 #include <re2/re2.h>

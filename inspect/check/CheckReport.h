@@ -1,9 +1,9 @@
 // The output of `check`, for people and for scripts.
 #pragma once
 
+#include "inspect/check/Coverage.h"
 #include "inspect/check/Finding.h"
 #include "inspect/commands/Console.h"
-#include "query/Coverage.h"
 
 #include <cstddef>
 #include <iosfwd>

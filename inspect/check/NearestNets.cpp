@@ -1,6 +1,6 @@
 #include "inspect/check/NearestNets.h"
 
-#include "query/KernelNets.h"
+#include "query/KernelView.h"
 #include "query/NameDistance.h"
 #include "readers/BitLine.h"
 #include "readers/LLFile.h"

@@ -1,9 +1,9 @@
 // Looks through logic-location files for nets that almost belong to a kernel.
 #pragma once
 
+#include "inspect/check/Coverage.h"
 #include "inspect/check/PathsInNet.h"
 #include "inspect/text/Progress.h"
-#include "query/Coverage.h"
 #include "query/InstanceFinder.h"
 #include "shared/TextHash.h"
 

@@ -2,10 +2,10 @@
 // net belongs to.
 #pragma once
 
+#include "inspect/check/Coverage.h"
 #include "inspect/check/Finding.h"
 #include "inspect/check/InputCheck.h"
 #include "inspect/text/Progress.h"
-#include "query/Coverage.h"
 
 #include <string>
 #include <string_view>

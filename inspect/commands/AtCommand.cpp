@@ -2,9 +2,9 @@
 
 #include "inspect/text/Style.h"
 #include "inspect/text/Table.h"
-#include "query/BitRun.h"
-#include "query/HeldVariables.h"
-#include "query/KernelNets.h"
+#include "query/KernelView.h"
+#include "query/Occupants.h"
+#include "query/Words.h"
 #include "shared/Printable.h"
 
 #include <CLI/CLI.hpp>
@@ -20,24 +20,17 @@ namespace consolidator::inspect {
 
 namespace {
 
-/// The place that was asked for.
+/// A frame, or one bit of it.
 struct Place {
     std::uint32_t address = 0;
     std::optional<std::uint32_t> offset;
 
-    /// The part of the run that lies there.
-    std::optional<BitRun> partOf(const BitRun& run) const {
-        if (!run.isLocated() || run.place.address != address) {
-            return std::nullopt;
+    PlaceRange range() const {
+        PlaceRange range{.firstAddress = address, .lastAddress = address};
+        if (offset) {
+            range.firstOffset = range.lastOffset = *offset;
         }
-        if (!offset) {
-            return run;
-        }
-        if (*offset < run.place.offset || *offset > run.lastOffset()) {
-            return std::nullopt;
-        }
-        const std::uint32_t bit = run.first + (*offset - run.place.offset);
-        return BitRun{bit, bit, {address, *offset}};
+        return range;
     }
 
     std::string described() const {
@@ -51,100 +44,22 @@ struct Place {
     }
 };
 
-/// What lies at a place.
-class Occupants {
-public:
-    explicit Occupants(const Place& place) : place_(place) {}
+std::vector<std::string> cells(const Occupant& occupant) {
+    const bool isRegister = occupant.hardware != nullptr;
+    return {rangeText(occupant.bits.place.offset, occupant.bits.lastOffset()),
+            bitsText(occupant.bits),
+            shortPrintable(occupant.kernel->kernel().name()),
+            occupant.instance ? std::to_string(*occupant.instance) : "-",
+            isRegister ? shortPrintable(occupant.hardware->name) : "-",
+            isRegister ? variablesText(occupant.variables) : variableText(occupant.itself)};
+}
 
-    void addAllOf(const Kernel& kernel) {
-        Names* names = nullptr; // costly, and most kernels have nothing there
-        const auto namesOfKernel = [&] {
-            if (names == nullptr) {
-                names = names_.emplace_back(std::make_unique<Names>(kernel)).get();
-            }
-            return names;
-        };
-        const std::vector<HardwareVariable>& registers = kernel.hardwareVariables();
-        for (std::size_t position = 0; position < registers.size(); ++position) {
-            addRuns(registers[position].locations, [&] {
-                const auto instance = namesOfKernel()->nets.instanceOf(position);
-                const std::string_view hardwareName = lastComponent(registers[position].name);
-                return Owner{
-                    names, instance, &registers[position], names->held.of(hardwareName), {}};
-            });
-        }
-        forEachVariable(kernel, [&](const HeldVariable& held) {
-            const auto& instances = held.variable->locations;
-            for (std::uint32_t instance = 0; instance < instances.size(); ++instance) {
-                const auto owner = [&] {
-                    return Owner{namesOfKernel(), instance, nullptr, {}, held};
-                };
-                addRuns(LocationList(instances[instance]), owner);
-            }
-        });
-    }
-
-    bool empty() const { return runs_.empty(); }
-
-    void print(Console& console) {
-        std::ranges::stable_sort(runs_, {}, [](const Run& run) { return run.bits.place.offset; });
-        printRows(
-            console.out, {{"offsets"}, {"bits"}, {"kernel"}, {"instance"}, {"register"}, {"holds"}},
-            runs_.size(), [this](std::size_t row) { return cells(runs_[row]); }, "  ",
-            console.colour);
-    }
-
-private:
-    struct Names {
-        explicit Names(const Kernel& kernel) : nets(kernel), held(kernel) {}
-
-        KernelNets nets;
-        HeldVariables held;
-    };
-
-    /// A register, or else an argument or variable with locations of its own.
-    struct Owner {
-        const Names* names = nullptr; ///< Of its kernel.
-        std::optional<std::uint32_t> instance;
-        const HardwareVariable* hardware = nullptr;
-        std::span<const HeldVariable> held; ///< What the register holds.
-        HeldVariable itself;
-    };
-
-    struct Run {
-        BitRun bits;
-        std::uint32_t owner = 0; ///< In owners_.
-    };
-
-    template <typename MakeOwner>
-    void addRuns(const LocationList& locations, MakeOwner makeOwner) {
-        bool isKnown = false;
-        forEachBitRun(locations, [&](const BitRun& run) {
-            if (const std::optional<BitRun> part = place_.partOf(run)) {
-                if (!std::exchange(isKnown, true)) {
-                    owners_.push_back(makeOwner());
-                }
-                runs_.push_back({*part, static_cast<std::uint32_t>(owners_.size() - 1)});
-            }
-        });
-    }
-
-    std::vector<std::string> cells(const Run& run) const {
-        const Owner& owner = owners_[run.owner];
-        const bool isRegister = owner.hardware != nullptr;
-        return {rangeText(run.bits.place.offset, run.bits.lastOffset()),
-                bitsText(run.bits),
-                shortPrintable(owner.names->nets.kernel().name()),
-                owner.instance ? std::to_string(*owner.instance) : "-",
-                isRegister ? shortPrintable(owner.hardware->name) : "-",
-                isRegister ? described(owner.held) : owner.itself.described()};
-    }
-
-    Place place_;
-    std::vector<std::unique_ptr<Names>> names_; ///< Of the kernels that have anything there.
-    std::vector<Owner> owners_;
-    std::vector<Run> runs_;
-};
+void print(const std::vector<Occupant>& occupants, Console& console) {
+    printRows(
+        console.out, {{"offsets"}, {"bits"}, {"kernel"}, {"instance"}, {"register"}, {"holds"}},
+        occupants.size(), [&occupants](std::size_t row) { return cells(occupants[row]); }, "  ",
+        console.colour);
+}
 
 /// A check for the command line: the complaint about a text that is no number up to the largest,
 /// to be made printable with all that is said of a command line.
@@ -188,15 +103,13 @@ Status AtCommand::show(const Database& database, Console& console) {
         return complain("frame 0, offset 0 stands for a bit that is not located: nothing can be "
                         "found there");
     }
-    Occupants occupants(place);
-    for (const Kernel& kernel : database.kernels()) {
-        occupants.addAllOf(kernel);
-    }
+    const std::vector<KernelView> views(database.kernels().begin(), database.kernels().end());
+    const std::vector<Occupant> occupants = occupantsOf(views, place.range());
     if (occupants.empty()) {
         return complain("nothing lies in " + place.described());
     }
     console.out << bold(place.described(), console.colour) << '\n';
-    occupants.print(console);
+    print(occupants, console);
     return Status::Fine;
 }
 

@@ -3,8 +3,9 @@
 #include "inspect/commands/UsageError.h"
 #include "inspect/text/Style.h"
 #include "inspect/text/Table.h"
-#include "query/KernelNets.h"
+#include "query/KernelView.h"
 #include "query/NearestNames.h"
+#include "query/Stops.h"
 #include "shared/Printable.h"
 
 #include <CLI/CLI.hpp>
@@ -19,46 +20,6 @@
 namespace consolidator::inspect {
 
 namespace {
-
-/// A source line at which a kernel can be stopped.
-struct Stop {
-    const Kernel* kernel = nullptr;
-    const BreakableCondition* condition = nullptr;
-
-    const std::string& file() const { return condition->file; }
-    std::uint32_t line() const { return condition->line; }
-};
-
-bool isPathOrItsEnd(std::string_view file, std::string_view path) {
-    return path == file || (path.size() > file.size() && path.ends_with(file) &&
-                            path[path.size() - file.size() - 1] == '/');
-}
-
-template <typename Visit>
-void forEachStop(const Database& database, Visit visit) {
-    for (const Kernel& kernel : database.kernels()) {
-        for (const BreakableCondition& condition : kernel.breakableConditions()) {
-            if (condition.kind == BreakableCondition::FileLine) {
-                visit(Stop{&kernel, &condition});
-            }
-        }
-    }
-}
-
-/// The stops in all files that are meant, by file and line.
-std::vector<Stop> stopsIn(const Database& database, std::string_view file) {
-    std::vector<Stop> stops;
-    forEachStop(database, [&](const Stop& stop) {
-        if (isPathOrItsEnd(file, stop.file())) {
-            stops.push_back(stop);
-        }
-    });
-    std::ranges::stable_sort(stops, [](const Stop& left, const Stop& right) {
-        return std::tie(left.file(), left.condition->line) <
-               std::tie(right.file(), right.condition->line);
-    });
-    return stops;
-}
 
 /// Calls visit(stops) for those of one file after the other.
 template <typename Visit>
@@ -114,7 +75,7 @@ BreakCommand::BreakCommand(CLI::App* command) : DatabaseCommand(*command) {
 
 Status BreakCommand::show(const Database& database, Console& console) {
     const SourcePlace place(place_);
-    const std::vector<Stop> stops = stopsIn(database, place.file);
+    const std::vector<Stop> stops = stopsIn(database.kernels(), place.file);
     std::vector<Stop> wanted = stops;
     if (place.line) {
         std::erase_if(wanted, [&](const Stop& stop) { return stop.line() != *place.line; });
@@ -139,7 +100,9 @@ Status BreakCommand::show(const Database& database, Console& console) {
     });
     if (stops.empty()) {
         NearestNames nearest(lastComponent(place.file));
-        forEachStop(database, [&](const Stop& stop) { nearest.add(lastComponent(stop.file())); });
+        for (const Stop& stop : allStops(database.kernels())) {
+            nearest.add(lastComponent(stop.file()));
+        }
         console.err << start << "no kernel can be stopped in \"" << printable(place.file) << '"'
                     << nearest.question() << '\n';
     }

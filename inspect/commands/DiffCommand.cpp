@@ -6,6 +6,7 @@
 #include "inspect/diff/KernelDiff.h"
 #include "inspect/diff/ListMatch.h"
 #include "query/Database.h"
+#include "query/Words.h"
 #include "shared/Numbers.h"
 #include "shared/Printable.h"
 
@@ -65,7 +66,7 @@ void compareDwarf(const Database& before, const Database& after, DiffPrinter& pr
 
 /// "kernel checksum: C, 1 instance, 3 arguments", without lists that are empty.
 std::string contentInWords(const Kernel& kernel) {
-    std::string result = "kernel " + shownName(kernel.name()) + ": " + shownType(kernel.type());
+    std::string result = "kernel " + nameText(kernel.name()) + ": " + typeText(kernel.type());
     const auto add = [&result](std::size_t count, std::string_view thing) {
         if (count > 0) {
             result += ", " + inWords(count, thing);
@@ -101,9 +102,9 @@ void compareKernels(const std::vector<Kernel>& before, const std::vector<Kernel>
     }
     reportOrder(
         "kernel", match,
-        [&after](std::uint32_t position) { return shownName(after[position].name()); }, printer);
+        [&after](std::uint32_t position) { return nameText(after[position].name()); }, printer);
     for (const auto& [left, right] : match.pairs()) {
-        printer.setPart("kernel " + shownName(before[left].name()));
+        printer.setPart("kernel " + nameText(before[left].name()));
         KernelDiff(before[left], after[right], printer).run();
     }
 }

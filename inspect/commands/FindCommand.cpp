@@ -2,10 +2,9 @@
 
 #include "inspect/commands/UsageError.h"
 #include "inspect/text/Style.h"
-#include "query/BitRun.h"
-#include "query/HeldVariables.h"
-#include "query/KernelNets.h"
+#include "query/KernelView.h"
 #include "query/NamePattern.h"
+#include "query/Words.h"
 #include "shared/Printable.h"
 #include "shared/TextHash.h"
 
@@ -30,7 +29,7 @@ public:
     };
 
     Matches(const Kernel& kernel, const NamePattern& pattern) {
-        forEachVariable(kernel, [&](const HeldVariable& held) {
+        forEachVariable(kernel, [&](const SourceVariable& held) {
             const Variable& variable = *held.variable;
             if (pattern.matchesName(variable.sourceName) ||
                 pattern.matchesName(variable.hardwareName)) {
@@ -65,7 +64,7 @@ private:
 class MatchesText {
 public:
     MatchesText(const Kernel& kernel, Console& console)
-        : kernel_(kernel), nets_(kernel), held_(kernel), console_(console), out_(console.out) {}
+        : kernel_(kernel), view_(kernel), console_(console), out_(console.out) {}
 
     void print(const Matches::Part& part) {
         std::string head("kernel ");
@@ -73,15 +72,15 @@ public:
         head += ", ";
         head += printable(part.hardwareName);
         out_ << bold(head, console_.colour) << '\n';
-        for (const HeldVariable& held : held_.of(part.hardwareName)) {
+        for (const SourceVariable& held : view_.variablesOf(part.hardwareName)) {
             printVariable(held);
         }
         const std::span<const std::uint32_t> registers =
-            part.isWhole ? nets_.registersOf(part.hardwareName) : std::span(part.registers);
+            part.isWhole ? view_.registersOf(part.hardwareName) : std::span(part.registers);
         for (const std::uint32_t position : registers) {
             const HardwareVariable& variable = kernel_.hardwareVariables()[position];
-            out_ << "  " << nets_.instanceText(position) << ": " << printable(variable.name)
-                 << '\n';
+            out_ << "  " << instanceText(view_.instanceOf(position)) << ": "
+                 << printable(variable.name) << '\n';
             printBits(variable.locations);
         }
         if (registers.empty()) {
@@ -90,7 +89,7 @@ public:
     }
 
 private:
-    void printVariable(const HeldVariable& held) {
+    void printVariable(const SourceVariable& held) {
         const Variable& variable = *held.variable;
         out_ << "  " << held.kind() << ' ' << printable(variable.sourceName) << ", "
              << printable(variable.typeText) << ", " << variable.bitWidth() << " bits\n";
@@ -126,8 +125,7 @@ private:
     }
 
     const Kernel& kernel_;
-    KernelNets nets_;
-    HeldVariables held_;
+    KernelView view_;
     Console& console_;
     std::ostream& out_;
 };

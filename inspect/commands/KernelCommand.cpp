@@ -2,10 +2,9 @@
 
 #include "inspect/text/Style.h"
 #include "inspect/text/Table.h"
-#include "query/BitRun.h"
-#include "query/HeldVariables.h"
-#include "query/KernelNets.h"
+#include "query/KernelView.h"
 #include "query/NearestNames.h"
+#include "query/Words.h"
 #include "shared/Printable.h"
 #include "shared/TextHash.h"
 
@@ -27,7 +26,7 @@ constexpr std::string_view bitIndent = "    ";
 /// Each name is looked into once, however many variables have it.
 class InstanceLists {
 public:
-    explicit InstanceLists(const KernelNets& nets) : nets_(&nets) {}
+    explicit InstanceLists(const KernelView& view) : view_(&view) {}
 
     const std::string& of(std::string_view hardwareName) {
         const auto [entry, isNew] = known_.try_emplace(hardwareName);
@@ -41,8 +40,8 @@ private:
     std::string described(std::string_view hardwareName) const {
         std::map<std::uint32_t, std::size_t> counts;
         std::size_t nowhere = 0;
-        for (const std::uint32_t position : nets_->registersOf(hardwareName)) {
-            if (const auto instance = nets_->instanceOf(position)) {
+        for (const std::uint32_t position : view_->registersOf(hardwareName)) {
+            if (const auto instance = view_->instanceOf(position)) {
                 ++counts[*instance];
             } else {
                 ++nowhere;
@@ -78,28 +77,43 @@ private:
         return text;
     }
 
-    const KernelNets* nets_;
+    const KernelView* view_;
     std::unordered_map<std::string_view, std::string, TextHash> known_;
 };
+
+/// A line for each run of the bits:
+///
+///     bits 5:0  frame 0x00002a01  offsets 160-165
+///     bit 6     not located
+void printBitRuns(std::ostream& out, const LocationList& locations) {
+    if (locations.empty()) {
+        out << bitIndent << "no bits\n";
+        return;
+    }
+    const std::size_t width = bitsWidth(locations.size()) +
+                              std::string_view(locations.size() == 1 ? "bit " : "bits ").size();
+    forEachBitRun(locations, [&](const BitRun& run) {
+        std::string bits(run.first == run.last ? "bit " : "bits ");
+        bits += bitsText(run);
+        bits.append(std::max(width, bits.size()) - bits.size(), ' ');
+        out << bitIndent << bits << "  " << placeText(run) << '\n';
+    });
+}
 
 /// One kernel on its way out.
 class KernelText {
 public:
     KernelText(const Kernel& kernel, Console& console)
         : kernel_(kernel),
-          nets_(kernel),
-          instanceLists_(nets_),
+          view_(kernel),
+          instanceLists_(view_),
           console_(console),
           out_(console.out) {}
 
     void print() {
         std::string head("kernel ");
         head += printable(kernel_.name());
-        out_ << bold(head, console_.colour) << ", type " << label(kernel_.type());
-        if (kernel_.type() > KernelType::HLS) {
-            out_ << " (" << static_cast<std::uint32_t>(kernel_.type()) << ')';
-        }
-        out_ << '\n';
+        out_ << bold(head, console_.colour) << ", type " << typeText(kernel_.type()) << '\n';
         printInstances();
         printVariables("Arguments", kernel_.arguments());
         printVariables("Variables", kernel_.variables());
@@ -149,7 +163,7 @@ private:
                                printable(variable.hardwareName),
                                printable(variable.typeText),
                                std::to_string(variable.bitWidth()),
-                               std::to_string(nets_.registersOf(variable.hardwareName).size()),
+                               std::to_string(view_.registersOf(variable.hardwareName).size()),
                                instanceLists_.of(variable.hardwareName)};
         });
     }
@@ -160,44 +174,32 @@ private:
             return;
         }
         for (std::size_t position = 0; position < registers.size(); ++position) {
-            out_ << indent << nets_.instanceText(position) << ": "
+            out_ << indent << instanceText(view_.instanceOf(position)) << ": "
                  << printable(registers[position].name) << '\n';
-            printBitRuns(out_, registers[position].locations, bitIndent);
+            printBitRuns(out_, registers[position].locations);
         }
     }
 
     void printOwnLocations() {
         bool isFirst = true;
-        forEachVariable(kernel_, [&](const HeldVariable& held) {
+        forEachVariable(kernel_, [&](const SourceVariable& held) {
             const auto& instances = held.variable->locations;
             for (std::size_t instance = 0; instance < instances.size(); ++instance) {
                 if (std::exchange(isFirst, false)) {
                     begin("Locations of the arguments and variables themselves", true);
                 }
-                out_ << indent << "instance " << instance << ": " << held.described() << '\n';
-                printBitRuns(out_, LocationList(instances[instance]), bitIndent);
+                out_ << indent << "instance " << instance << ": " << variableText(held) << '\n';
+                printBitRuns(out_, LocationList(instances[instance]));
             }
         });
-    }
-
-    static std::string placeOf(const BreakableCondition& condition) {
-        switch (condition.kind) {
-        case BreakableCondition::Start:
-            return "start";
-        case BreakableCondition::Stop:
-            return "stop";
-        case BreakableCondition::FileLine:
-            return printable(condition.file) + ':' + std::to_string(condition.line);
-        default:
-            return "error (kind " + std::to_string(condition.kind) + ')';
-        }
     }
 
     void printConditions() {
         const std::vector<BreakableCondition>& conditions = kernel_.breakableConditions();
         if (begin("Conditions", !conditions.empty())) {
             printTable({{"at"}, {"condition"}}, conditions.size(), [&](std::size_t row) {
-                return std::vector{placeOf(conditions[row]), printable(conditions[row].condition)};
+                return std::vector{conditionPlace(conditions[row]),
+                                   printable(conditions[row].condition)};
             });
         }
     }
@@ -211,7 +213,7 @@ private:
     }
 
     const Kernel& kernel_;
-    KernelNets nets_;
+    KernelView view_;
     InstanceLists instanceLists_;
     Console& console_;
     std::ostream& out_;

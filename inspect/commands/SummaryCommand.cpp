@@ -2,8 +2,8 @@
 
 #include "inspect/text/Style.h"
 #include "inspect/text/Table.h"
-#include "query/LocatedBits.h"
-#include "query/SectionName.h"
+#include "query/Bits.h"
+#include "query/Words.h"
 #include "shared/Printable.h"
 
 #include <CLI/CLI.hpp>
@@ -31,7 +31,7 @@ void printSections(const Database& database, Console& console) {
     Table table({{"#", rightAligned}, {"type"}, {"offset", rightAligned}, {"size", rightAligned}});
     std::size_t number = 0;
     for (const SectionEntry& entry : database.sections()) {
-        table.add({std::to_string(number++), describe(entry), std::to_string(entry.offset),
+        table.add({std::to_string(number++), sectionText(entry), std::to_string(entry.offset),
                    std::to_string(entry.size)});
     }
     console.out << '\n' << bold("Sections", console.colour) << '\n';
@@ -52,7 +52,7 @@ void printKernels(const Database& database, Console& console) {
         for (const HardwareVariable& variable : kernel.hardwareVariables()) {
             bits += locatedBits(variable.locations);
         }
-        table.add({printable(kernel.name()), std::string(label(kernel.type())),
+        table.add({printable(kernel.name()), typeText(kernel.type()),
                    std::to_string(kernel.instancePaths().size()),
                    std::to_string(kernel.arguments().size()),
                    std::to_string(kernel.variables().size()),

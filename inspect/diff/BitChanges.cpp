@@ -1,7 +1,7 @@
 #include "inspect/diff/BitChanges.h"
 
-#include "query/BitRun.h"
-#include "query/LocatedBits.h"
+#include "query/Bits.h"
+#include "query/Words.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,7 +1,8 @@
 #include "inspect/diff/KernelDiff.h"
 
 #include "inspect/diff/BitChanges.h"
-#include "query/LocatedBits.h"
+#include "query/Bits.h"
+#include "query/Words.h"
 #include "shared/Numbers.h"
 #include "shared/Printable.h"
 
@@ -15,7 +16,7 @@ namespace consolidator::inspect {
 namespace {
 
 std::string describeVariable(const Variable& variable) {
-    std::string result = ": hardware name " + shownName(variable.hardwareName) + ", type " +
+    std::string result = ": hardware name " + nameText(variable.hardwareName) + ", type " +
                          shownText(variable.typeText);
     if (!variable.locations.empty()) {
         result += ", locations of " + inWords(variable.locations.size(), "instance");
@@ -28,22 +29,8 @@ std::string describeRegister(const HardwareVariable& variable) {
            std::to_string(locatedBits(variable.locations)) + " located";
 }
 
-/// Where a condition stops: "start", "stop", "scale.cpp:14", or "kind 7".
-std::string place(const BreakableCondition& condition) {
-    switch (condition.kind) {
-    case BreakableCondition::Start:
-        return "start";
-    case BreakableCondition::Stop:
-        return "stop";
-    case BreakableCondition::FileLine:
-        return shownName(condition.file) + ':' + std::to_string(condition.line);
-    default:
-        return "kind " + std::to_string(condition.kind);
-    }
-}
-
 std::string describeCondition(const BreakableCondition& condition) {
-    return "condition " + place(condition) + ": " + shownText(condition.condition);
+    return "condition " + conditionPlace(condition) + ": " + shownText(condition.condition);
 }
 
 ConditionKey wholeKey(const BreakableCondition& condition) {
@@ -90,8 +77,7 @@ void KernelDiff::run() {
 
 void KernelDiff::compareTypes() {
     if (before_->type() != after_->type()) {
-        printer_->changed("type: " + shownType(before_->type()) + " -> " +
-                          shownType(after_->type()));
+        printer_->changed("type: " + typeText(before_->type()) + " -> " + typeText(after_->type()));
     }
 }
 
@@ -105,7 +91,7 @@ void KernelDiff::compareLists(const std::string& word, const std::vector<Element
     const ListMatch match(keysOf<std::string_view>(before, name),
                           keysOf<std::string_view>(after, name));
     const auto shown = [&](const Element& element) {
-        return word + ' ' + shownName(name(element)) + describe(element);
+        return word + ' ' + nameText(name(element)) + describe(element);
     };
     for (std::uint32_t position = 0; position < before.size(); ++position) {
         if (const auto partner = match.partner(position)) {
@@ -117,7 +103,7 @@ void KernelDiff::compareLists(const std::string& word, const std::vector<Element
     for (const std::uint32_t position : match.added()) {
         printer_->added(shown(after[position]));
     }
-    const auto nameAfter = [&](std::uint32_t position) { return shownName(name(after[position])); };
+    const auto nameAfter = [&](std::uint32_t position) { return nameText(name(after[position])); };
     reportOrder(word, match, nameAfter, *printer_);
 }
 
@@ -139,11 +125,11 @@ void KernelDiff::compareVariables(const std::string& word, const std::vector<Var
 
 void KernelDiff::compareVariable(const std::string& word, const Variable& before,
                                  const Variable& after) {
-    const std::string name = word + ' ' + shownName(before.sourceName);
+    const std::string name = word + ' ' + nameText(before.sourceName);
     std::string changes;
     if (before.hardwareName != after.hardwareName) {
-        changes += ": hardware name " + shownName(before.hardwareName) + " -> " +
-                   shownName(after.hardwareName);
+        changes += ": hardware name " + nameText(before.hardwareName) + " -> " +
+                   nameText(after.hardwareName);
     }
     if (before.typeText != after.typeText) {
         changes += changes.empty() ? ": type " : ", type ";
@@ -175,7 +161,7 @@ void KernelDiff::compareRegisters() {
         [](const HardwareVariable& variable) { return std::string_view(variable.name); },
         describeRegister,
         [this](const HardwareVariable& left, const HardwareVariable& right) {
-            compareBits("register " + shownName(left.name), left.locations, right.locations);
+            compareBits("register " + nameText(left.name), left.locations, right.locations);
         });
 }
 
@@ -214,22 +200,12 @@ void KernelDiff::compareConditions() {
         printer_->added(describeCondition(after[equal.added()[i]]));
     }
     reportOrder(
-        "condition", equal, [&](std::uint32_t position) { return place(after[position]); },
+        "condition", equal, [&](std::uint32_t position) { return conditionPlace(after[position]); },
         *printer_);
-}
-
-std::string shownName(std::string_view name) {
-    return name.empty() ? "\"\"" : printable(name);
 }
 
 std::string shownText(std::string_view text) {
     return '"' + printable(text) + '"';
-}
-
-std::string shownType(KernelType type) {
-    const bool isKnown = type == KernelType::Unknown || label(type) != label(KernelType::Unknown);
-    return isKnown ? std::string(label(type))
-                   : "number " + std::to_string(static_cast<std::uint32_t>(type));
 }
 
 } // namespace consolidator::inspect

@@ -43,14 +43,8 @@ private:
     DiffPrinter* printer_;
 };
 
-/// The name, printable; "" if it is empty.
-std::string shownName(std::string_view name);
-
 /// A text that may hold blanks, printable and between double quotes.
 std::string shownText(std::string_view text);
-
-/// The type's label, or its number if it is none of the known ones.
-std::string shownType(KernelType type);
 
 /// "order of the registers: B comes before A", from the names after.
 template <typename NameOf>

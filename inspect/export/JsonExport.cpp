@@ -3,9 +3,10 @@
 #include "inspect/export/Base64.h"
 #include "inspect/export/JsonStream.h"
 #include "inspect/export/JsonWriter.h"
+#include "query/Bits.h"
 #include "query/InstanceFinder.h"
-#include "query/KernelNets.h"
-#include "query/LocatedBits.h"
+#include "query/KernelView.h"
+#include "query/Words.h"
 
 #include <algorithm>
 #include <array>
@@ -171,20 +172,12 @@ private:
     void write(const BreakableCondition& condition) {
         writer_.StartObject();
         writer_.Key("kind");
-        switch (condition.kind) {
-        case BreakableCondition::Start:
-            writer_.String("start");
-            break;
-        case BreakableCondition::Stop:
-            writer_.String("stop");
-            break;
-        case BreakableCondition::FileLine:
-            writer_.String("line");
+        const std::string_view kind = conditionKind(condition);
+        writer_.String(kind.data(), static_cast<rapidjson::SizeType>(kind.size()));
+        if (condition.kind == BreakableCondition::FileLine) {
             writeText(writer_, "file", condition.file);
             writeNumber(writer_, "line", condition.line);
-            break;
-        default:
-            writer_.String("error");
+        } else if (condition.kind > BreakableCondition::FileLine) {
             writeNumber(writer_, "number", condition.kind);
         }
         writeText(writer_, "condition", condition.condition);

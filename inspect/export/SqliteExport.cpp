@@ -2,9 +2,10 @@
 
 #include "inspect/export/BitRows.h"
 #include "inspect/export/InsertStatement.h"
+#include "query/Bits.h"
 #include "query/InstanceFinder.h"
-#include "query/KernelNets.h"
-#include "query/LocatedBits.h"
+#include "query/KernelView.h"
+#include "query/Words.h"
 
 #include <cstdint>
 #include <optional>
@@ -199,11 +200,8 @@ private:
     }
 
     void add(const BreakableCondition& condition) {
-        constexpr std::string_view kinds[] = {"start", "stop", "line"};
         const bool hasLine = condition.kind == BreakableCondition::FileLine;
-        const bool isError = condition.kind > BreakableCondition::FileLine;
-        condition_.run(++conditions_, kernels_, isError ? "error" : kinds[condition.kind],
-                       condition.kind,
+        condition_.run(++conditions_, kernels_, conditionKind(condition), condition.kind,
                        hasLine ? std::optional<std::string_view>(condition.file) : std::nullopt,
                        hasLine ? std::optional(condition.line) : std::nullopt, condition.condition);
     }

@@ -1,6 +1,6 @@
 #include "query/integrity/ContainerCheck.h"
 
-#include "query/SectionName.h"
+#include "query/Words.h"
 #include "query/integrity/DocumentCheck.h"
 #include "query/integrity/KernelDataCheck.h"
 #include "query/integrity/StoredText.h"
@@ -416,7 +416,7 @@ std::optional<std::size_t> ContainerCheck::first(SectionType type) const {
 std::string ContainerCheck::name(std::size_t number) const {
     const SectionEntry& entry = sections_[number].entry;
     const std::string type =
-        isKnown(entry) ? describe(entry) : "type " + std::to_string(entry.type);
+        isKnown(entry) ? sectionText(entry) : "type " + std::to_string(entry.type);
     return "section " + std::to_string(number) + " (" + type + ")";
 }
 

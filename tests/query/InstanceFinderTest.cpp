@@ -29,6 +29,18 @@ TEST(InstanceFinder, FindsAnEmptyPathInEveryNet) {
     EXPECT_EQ(finder.instanceOf("/k/x"), Position(0));
 }
 
+// The first nets are searched in another way than those that come after.
+TEST(InstanceFinder, SaysTheSameOfEveryNet) {
+    const std::vector<std::string> paths{"top/k_1", "k", "top/k_10", "", "k", "top/k_1"};
+    InstanceFinder finder(paths);
+    for (int round = 0; round < 20; ++round) {
+        EXPECT_EQ(finder.instanceOf("/top/k_10/x"), Position(2)) << round;
+        EXPECT_EQ(finder.instanceOf("/top/k_1"), Position(0)) << round;
+        EXPECT_EQ(finder.instanceOf("/k"), Position(1)) << round;
+        EXPECT_EQ(finder.instanceOf("/x"), Position(3)) << round;
+    }
+}
+
 TEST(InstanceFinder, FindsNothingWithoutPaths) {
     const std::vector<std::string> paths;
     EXPECT_EQ(InstanceFinder(paths).instanceOf("/k/x"), std::nullopt);

@@ -108,7 +108,7 @@ TEST_F(DiffCommand, ShowsTypes) {
     EXPECT_EQ(diffKernels({.name = "k", .type = 0}, {.name = "k", .type = 4}),
               "kernel k\n  ~ type: OpenCL -> HLS\n");
     EXPECT_EQ(diffKernels({.name = "k", .type = 3}, {.name = "k", .type = 5}),
-              "kernel k\n  ~ type: Unknown -> number 5\n");
+              "kernel k\n  ~ type: Unknown -> Unknown (5)\n");
 }
 
 TEST_F(DiffCommand, ShowsArgumentsVariablesAndBrams) {
@@ -179,7 +179,7 @@ TEST_F(DiffCommand, ShowsConditions) {
               "kernel k\n"
               "  ~ condition stop: \"$i/b\" -> \"$i/x\"\n"
               "  - condition f:3: \"$i/c\"\n"
-              "  - condition kind 7: \"$i/d\"\n"
+              "  - condition error (kind 7): \"$i/d\"\n"
               "  + condition f:4: \"$i/c\"\n"
               "  + condition \"\":3: \"\"\n");
 }

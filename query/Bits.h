@@ -1,19 +1,14 @@
-// The bits of a register, as few lines as they can be told in.
-//
-//     bits 5:0  frame 0x00002a01  offsets 160-165
-//     bit 6     not located
-//     bit 7     frame 0x00002a01  offset 167
+// The bits of a register, and where they lie: runs of them, and those that have a place.
 #pragma once
 
 #include "model/LocationList.h"
 #include "model/LogicLocation.h"
 
+#include <algorithm>
 #include <cstdint>
-#include <iosfwd>
 #include <optional>
 #include <span>
-#include <string>
-#include <string_view>
+#include <vector>
 
 namespace consolidator {
 
@@ -23,7 +18,7 @@ constexpr LogicLocation notLocated{};
 /// Bits one behind the other that lie one behind the other in the same frame, or that all have no
 /// place.
 struct BitRun {
-    std::uint32_t first = 0; ///< The lowest bit.
+    std::uint32_t first = 0; ///< The lowest bit index.
     std::uint32_t last = 0;  ///< The highest one.
     LogicLocation place;     ///< Of the lowest bit.
 
@@ -67,19 +62,39 @@ void forEachBitRun(const LocationList& locations, Visit visit) {
     }
 }
 
-/// "from" alone if both are equal, else "from-to".
-std::string rangeText(std::uint32_t from, std::uint32_t to);
+/// Calls visit(bit, location) for each bit that has a location.
+template <typename Visit>
+void forEachLocatedBit(const LocationList& locations, Visit visit) {
+    std::uint32_t bit = 0;
+    locations.forEachRun([&](std::span<const LogicLocation> run) {
+        for (const LogicLocation& location : run) {
+            if (location != notLocated) {
+                visit(bit, location);
+            }
+            ++bit;
+        }
+    });
+}
 
-/// The bits of a run as hardware designers write them: "7:0", or "6" for one.
-std::string bitsText(const BitRun& run);
+/// The same for one instance of a variable with locations of its own.
+template <typename Visit>
+void forEachLocatedBit(const std::vector<LogicLocation>& locations, Visit visit) {
+    std::uint32_t bit = 0;
+    for (const LogicLocation& location : locations) {
+        if (location != notLocated) {
+            visit(bit, location);
+        }
+        ++bit;
+    }
+}
 
-/// Frame address as in a logic-location file: "0x00001a01".
-std::string addressText(std::uint32_t address);
-
-/// The number of characters in the longest bitsText() for a register of so many bits.
-std::size_t bitsWidth(std::uint32_t bits);
-
-/// Prints one line for each run, as above, each behind `indent`; "no bits" if there are none.
-void printBitRuns(std::ostream& out, const LocationList& locations, std::string_view indent);
+/// How many bits have a location.
+inline std::uint64_t locatedBits(const LocationList& locations) {
+    std::uint64_t count = 0;
+    locations.forEachRun([&count](std::span<const LogicLocation> run) {
+        count += run.size() - static_cast<std::uint64_t>(std::ranges::count(run, notLocated));
+    });
+    return count;
+}
 
 } // namespace consolidator

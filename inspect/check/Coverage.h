@@ -2,8 +2,8 @@
 // locations, and which have none.
 #pragma once
 
+#include "inspect/check/InstanceFaults.h"
 #include "model/Kernel.h"
-#include "query/InstanceFaults.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace consolidator {
+namespace consolidator::inspect {
 
 /// A net that has a name almost like the one that is looked for.
 struct NearNet {
@@ -50,4 +50,4 @@ struct KernelCoverage {
 /// The coverage of each kernel, in their order. They must outlive the result and stay as they are.
 std::vector<KernelCoverage> coverageOf(const std::vector<Kernel>& kernels);
 
-} // namespace consolidator
+} // namespace consolidator::inspect

@@ -1,13 +1,13 @@
 // How the nets of a kernel fall to its instances.
 
-#include "query/InstanceFaults.h"
+#include "inspect/check/InstanceFaults.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-namespace consolidator::test {
+namespace consolidator::inspect::test {
 
 namespace {
 
@@ -20,7 +20,7 @@ InstanceFaults faultsOf(const std::vector<std::string>& paths,
     for (const std::string& net : nets) {
         kernel.addHardwareLocation(net, 0, 1, 2);
     }
-    return instanceFaultsOf(KernelNets(kernel));
+    return instanceFaultsOf(KernelView(kernel));
 }
 
 TEST(InstanceFaults, AreNoneWhereEachInstanceHasItsNets) {
@@ -64,4 +64,4 @@ TEST(InstanceFaults, TellNamesThatAnInstanceHasTwice) {
 
 } // namespace
 
-} // namespace consolidator::test
+} // namespace consolidator::inspect::test

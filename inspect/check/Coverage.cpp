@@ -1,12 +1,12 @@
-#include "query/Coverage.h"
+#include "inspect/check/Coverage.h"
 
-#include "query/KernelNets.h"
+#include "query/KernelView.h"
 
-namespace consolidator {
+namespace consolidator::inspect {
 
 namespace {
 
-KernelCoverage::Count countOf(const KernelNets& nets, const std::vector<Variable>& variables,
+KernelCoverage::Count countOf(const KernelView& nets, const std::vector<Variable>& variables,
                               bool areArguments, std::vector<MissingName>& missing) {
     KernelCoverage::Count count;
     for (const Variable& variable : variables) {
@@ -25,7 +25,7 @@ KernelCoverage::Count countOf(const KernelNets& nets, const std::vector<Variable
 std::vector<KernelCoverage> coverageOf(const std::vector<Kernel>& kernels) {
     std::vector<KernelCoverage> result;
     for (const Kernel& kernel : kernels) {
-        const KernelNets nets(kernel);
+        const KernelView nets(kernel);
         KernelCoverage coverage{&kernel, {}, {}, {}, {}, std::nullopt};
         coverage.arguments = countOf(nets, kernel.arguments(), true, coverage.missing);
         coverage.variables = countOf(nets, kernel.variables(), false, coverage.missing);
@@ -35,4 +35,4 @@ std::vector<KernelCoverage> coverageOf(const std::vector<Kernel>& kernels) {
     return result;
 }
 
-} // namespace consolidator
+} // namespace consolidator::inspect

@@ -1,4 +1,4 @@
-#include "query/InstanceFaults.h"
+#include "inspect/check/InstanceFaults.h"
 
 #include "query/InstanceFinder.h"
 
@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace consolidator {
+namespace consolidator::inspect {
 
 namespace {
 
@@ -69,7 +69,7 @@ void findRepeated(std::vector<Placed> placed, InstanceFaults& faults) {
 
 } // namespace
 
-InstanceFaults instanceFaultsOf(const KernelNets& nets) {
+InstanceFaults instanceFaultsOf(const KernelView& nets) {
     InstanceFaults faults;
     const std::vector<HardwareVariable>& registers = nets.kernel().hardwareVariables();
     const std::vector<std::string>& paths = nets.kernel().instancePaths();
@@ -98,4 +98,4 @@ InstanceFaults instanceFaultsOf(const KernelNets& nets) {
     return faults;
 }
 
-} // namespace consolidator
+} // namespace consolidator::inspect

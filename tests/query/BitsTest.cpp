@@ -1,10 +1,9 @@
-#include "query/BitRun.h"
+#include "query/Bits.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <sstream>
 #include <vector>
 
 namespace consolidator::test {
@@ -20,12 +19,6 @@ std::vector<BitRun> runsOf(const LocationList& locations) {
     std::vector<BitRun> runs;
     forEachBitRun(locations, [&runs](const BitRun& run) { runs.push_back(run); });
     return runs;
-}
-
-std::string printed(const LocationList& locations) {
-    std::ostringstream out;
-    printBitRuns(out, locations, "  ");
-    return out.str();
 }
 
 TEST(BitRun, JoinsNeighboursInAFrame) {
@@ -55,33 +48,14 @@ TEST(BitRun, TakesAGapOfMillionsAsOne) {
                                                BitRun{16'000'000, 16'000'000, {7, 2}}));
 }
 
-TEST(BitRun, ShowsItselfInWords) {
-    EXPECT_EQ(bitsText({3, 3, {}}), "3");
-    EXPECT_EQ(bitsText({3, 12, {}}), "12:3");
-    EXPECT_EQ(rangeText(5, 5), "5");
-    EXPECT_EQ(rangeText(5, 17), "5-17");
-    EXPECT_EQ(addressText(0x1a01), "0x00001a01");
-    EXPECT_EQ(addressText(largest), "0xffffffff");
-    EXPECT_EQ(addressText(0), "0x00000000");
-}
-
-// The longest are "0", "1:0", "9:8" and "10:9", which the width for "99:98" has room for.
-TEST(BitRun, KnowsHowLongItsBitsMayGet) {
-    EXPECT_EQ(bitsWidth(0), 1U);
-    EXPECT_EQ(bitsWidth(1), 1U);
-    EXPECT_EQ(bitsWidth(2), 3U);
-    EXPECT_EQ(bitsWidth(10), 3U);
-    EXPECT_EQ(bitsWidth(11), 5U);
-    EXPECT_EQ(bitsWidth(largest), 21U);
-}
-
-TEST(BitRun, IsPrintedInColumns) {
-    EXPECT_EQ(printed({{0x1a01, 160}, {0x1a01, 161}, {0, 0}, {0x1a02, 9}}),
-              "  bits 1:0  frame 0x00001a01  offsets 160-161\n"
-              "  bit 2     not located\n"
-              "  bit 3     frame 0x00001a02  offset 9\n");
-    EXPECT_EQ(printed({{0x1a01, 160}}), "  bit 0  frame 0x00001a01  offset 160\n");
-    EXPECT_EQ(printed({}), "  no bits\n");
+TEST(LocatedBits, AreThoseWithAPlace) {
+    LocationList locations;
+    locations.set(1, {7, 1});
+    locations.set(16'000'000, {7, 2});
+    std::vector<std::uint32_t> bits;
+    forEachLocatedBit(locations, [&](std::uint32_t bit, LogicLocation) { bits.push_back(bit); });
+    EXPECT_THAT(bits, ElementsAre(1, 16'000'000));
+    EXPECT_EQ(locatedBits(locations), 2U);
 }
 
 } // namespace

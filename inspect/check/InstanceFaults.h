@@ -1,12 +1,12 @@
 // What is odd about the way in which the nets of a kernel fall to its instances.
 #pragma once
 
-#include "query/KernelNets.h"
+#include "query/KernelView.h"
 
 #include <cstddef>
 #include <cstdint>
 
-namespace consolidator {
+namespace consolidator::inspect {
 
 /// Signs that an instance path is not what its writer meant. Where a count is 0, what follows it
 /// means nothing. Registers and instances are positions in the kernel's lists.
@@ -29,6 +29,6 @@ struct InstanceFaults {
 };
 
 /// Takes a time in the texts of the kernel, up to a logarithm.
-InstanceFaults instanceFaultsOf(const KernelNets& nets);
+InstanceFaults instanceFaultsOf(const KernelView& nets);
 
-} // namespace consolidator
+} // namespace consolidator::inspect
