@@ -54,3 +54,10 @@ foreach(header IN LISTS public_headers)
     # A changed header is made anew by the next build.
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${header})
 endforeach()
+# None stays that is no longer one.
+file(GLOB_RECURSE present RELATIVE ${public_header_folder}/consolidator ${public_header_folder}/consolidator/*)
+foreach(header IN LISTS present)
+    if(NOT header IN_LIST public_headers)
+        file(REMOVE ${public_header_folder}/consolidator/${header})
+    endif()
+endforeach()

@@ -82,7 +82,7 @@ export LD_LIBRARY_PATH=${pkgconfig%/pkgconfig}
 
 # Each header holds all it needs, takes no other project's headers for ours, and has no warnings.
 check_headers() {
-    mkdir -p "$work/user/model" "$work/user/consolidated"
+    mkdir -p "$work/user/model" "$work/user/consolidated" "$work/user/shared"
     for header in model/Kernel.h shared/UniqueList.h consolidated/InputFile.h; do
         echo '#error "taken for a header of the library"' >"$work/user/$header"
     done
