@@ -48,8 +48,8 @@ elsewhere() {
     chmod 755 "$place"
     local copy="$place/zwei Wörter/quelle" tree="$place/gebäut, dort" staged="$place/ziel ordner" run=()
     mkdir -p "$copy" "$tree" "$staged"
-    tar --create --directory "$source" CMakeLists.txt README.md CHANGELOG.md CONTRIBUTING.md LICENSE \
-        SECURITY.md cmake consolidated docs driver examples inspect model packaging readers shared |
+    tar --create --directory "$source" --exclude=./.git --exclude='./build*' --exclude=./out \
+        --exclude=./fuzz --exclude=./tests . |
         tar --extract --directory "$copy"
     chmod -R a-w,a+rX "$copy"
     local options=("-DCMAKE_CXX_COMPILER=$compiler" -DBUILD_TESTING=OFF -DCMAKE_INSTALL_PREFIX=/opt/dort)
