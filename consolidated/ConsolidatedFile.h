@@ -111,7 +111,6 @@ public:
     /// Lists header and section table, one item a line, for debugging this program.
     void printHeader(std::ostream& out = std::cout) const;
 
-    /// As read from the existing file, or as written last.
     /// Whether the file is of a newer major version than this program knows. The comparison is
     /// signed: a version with its highest bit set counts as old.
     bool isNewer() const {
@@ -119,6 +118,7 @@ public:
                static_cast<std::int32_t>(supportedMajor);
     }
 
+    /// As read from the existing file, or as written last; so are the sections.
     const Header& header() const { return header_; }
     const std::vector<SectionEntry>& sections() const { return sections_; }
     const std::string& project() const { return project_; }

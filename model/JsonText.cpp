@@ -16,7 +16,7 @@ static_assert(std::endian::native == std::endian::little);
 constexpr std::size_t digitsAtOnce = 8;
 constexpr std::uint32_t firstBeyond = 100'000'000;
 
-/// So many characters may be written for a number: "42" and the eight others of 4294967295.
+/// The most characters that are written for a number: "42" and the eight others of 4294967295.
 constexpr std::size_t roomForNumber = 10;
 
 /// The digits of all numbers of four digits, one in a byte, the first in the lowest.

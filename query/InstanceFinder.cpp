@@ -7,8 +7,8 @@ namespace consolidator {
 
 namespace {
 
-/// So many nets are searched without an automaton. With 4,096 paths of 40 bytes making it takes
-/// about as long as searching ten nets of 80 bytes; with a few paths neither is noticed.
+/// The number of nets that are searched without an automaton. With 4,096 paths of 40 bytes making
+/// it takes about as long as searching ten nets of 80 bytes; with a few paths neither is noticed.
 constexpr std::size_t fewNets = 8;
 
 std::vector<std::uint32_t> inOrder(const std::vector<std::string>& paths) {

@@ -19,13 +19,14 @@ namespace consolidator {
 /// the records there is only ever one kernel and one argument in memory.
 class KernelOutline {
 public:
-    /// So many bytes may the kernels of one document take over from earlier ones, which grows with
-    /// the square of the document: each argument counts `bytesPerArgument` and its three texts.
+    /// The most bytes that the kernels of one document may take over from earlier ones, which grows
+    /// with the square of the document: each argument counts `bytesPerArgument` and its three
+    /// texts.
     static constexpr std::uint64_t mostCarried = std::uint64_t{256} << 20U;
     static constexpr std::uint64_t bytesPerArgument = 128;
 
-    /// So many arguments may be looked at to tell how one that is passed over differs from the one
-    /// before it: a document full of repeats takes no longer.
+    /// The most arguments that are looked at to tell how one that is passed over differs from the
+    /// one before it: a document full of repeats takes no longer.
     static constexpr std::size_t mostComparisons = 100000;
 
     /// `reservedWords` gives arguments their source names. Arguments that are passed over although

@@ -120,7 +120,7 @@ private:
     struct Index {
         std::vector<Slot> slots;
         std::size_t used = 0; ///< Slots that hold a position.
-        std::size_t upTo = 0; ///< So many items from the front are in the index.
+        std::size_t upTo = 0; ///< The number of items, from the front, in the index.
     };
 
     /// The element's key: of the element's own, and not of the function object that gives it.

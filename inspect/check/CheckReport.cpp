@@ -19,7 +19,7 @@ namespace {
 
 constexpr Table::Align right = Table::Align::Right;
 
-/// So many names are listed of a kernel.
+/// The most names that are listed of a kernel.
 constexpr std::size_t mostNames = 20;
 
 /// For tables, in which the name comes again on many lines.

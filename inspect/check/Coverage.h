@@ -31,7 +31,7 @@ struct MissingName {
 
 /// The coverage of one kernel.
 struct KernelCoverage {
-    /// So many of so many have a register.
+    /// How many of how many have a register.
     struct Count {
         std::size_t located = 0;
         std::size_t total = 0;

@@ -28,7 +28,7 @@ public:
     /// A file of so many bytes is to be read; `name` is not printable() yet.
     void begin(const std::string& name, std::uint64_t size);
 
-    /// So many of its bytes have been read.
+    /// How many of its bytes have been read.
     void update(std::uint64_t bytes);
 
     /// The file has been read, or reading it has stopped.

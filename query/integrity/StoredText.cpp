@@ -11,7 +11,7 @@ namespace consolidator {
 
 namespace {
 
-/// So many bytes tell a reader which text is meant.
+/// The bytes of a text that are enough to tell which one is meant.
 constexpr std::size_t longestBeginning = 80;
 
 } // namespace
