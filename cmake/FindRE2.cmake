@@ -1,7 +1,7 @@
 # Finds RE2, whose regular expressions take time in proportion to the text: find_package(RE2).
 #
 # Debian's package brings no CMake files. The shared library is wanted, as it knows what it needs
-# itself; see Libraries.cmake.
+# itself; see Libraries.cmake. Installed for those who link our static library of questions.
 #
 # Gives the target RE2::RE2.
 

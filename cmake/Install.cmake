@@ -1,9 +1,9 @@
 # What `cmake --install` puts where. Three components, so that packages can be made of them:
 #
 #   runtime      the programs, their man pages, completions and documents
-#   library      libconsolidator.so.*, when it is shared
-#   development  what a program needs to read databases with the library: headers below
-#                include/consolidator, the library, a CMake package and a pkg-config file
+#   library      libconsolidator.so.* and libconsolidator-query.so.*, when they are shared
+#   development  what a program needs to read databases with the libraries: headers below
+#                include/consolidator, the libraries, a CMake package and two pkg-config files
 #
 # docs/library.md shows how the last is used; tests/install uses it.
 
@@ -55,7 +55,7 @@ else()
     message(STATUS "scdoc is not installed: no man pages are made")
 endif()
 
-# The library
+# The libraries
 
 set(header_folder ${CMAKE_INSTALL_INCLUDEDIR}/consolidator)
 install(DIRECTORY ${public_header_folder}/consolidator/ DESTINATION ${header_folder} COMPONENT development)
@@ -65,22 +65,31 @@ if(PROJECT_VERSION_MAJOR EQUAL 0)
 else()
     set(compatible_versions SameMajorVersion)
 endif()
-set_target_properties(consolidator_core PROPERTIES EXPORT_NAME core)
 target_include_directories(consolidator_core
     INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-install(TARGETS consolidator_core EXPORT consolidator
-    ARCHIVE COMPONENT development
-    LIBRARY COMPONENT library NAMELINK_COMPONENT development)
+set_target_properties(consolidator_query PROPERTIES INSTALL_RPATH "$ORIGIN") # the core lies beside it
 
+# Each has a set of its own: who wants the core only need not have what the other one needs.
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/consolidator)
-install(EXPORT consolidator
-    NAMESPACE consolidator::
-    FILE consolidatorTargets.cmake
-    DESTINATION ${package_folder}
-    COMPONENT development)
+foreach(library core query)
+    set_target_properties(consolidator_${library} PROPERTIES EXPORT_NAME ${library})
+    install(TARGETS consolidator_${library} EXPORT consolidator-${library}
+        ARCHIVE COMPONENT development
+        LIBRARY COMPONENT library NAMELINK_COMPONENT development)
+    install(EXPORT consolidator-${library}
+        NAMESPACE consolidator::
+        FILE consolidator-${library}-targets.cmake
+        DESTINATION ${package_folder}
+        COMPONENT development)
+endforeach()
+
 # Only programs that link a static library have to find what it needs.
+set(query_needs_re2 OFF)
+set(finders)
 if(NOT CONSOLIDATOR_SHARED)
     set(find_dependencies "include(CMakeFindDependencyMacro)\nfind_dependency(EXPAT 2.5)\n")
+    set(query_needs_re2 ON)
+    set(finders cmake/FindRE2.cmake)
 endif()
 configure_package_config_file(
     cmake/consolidatorConfig.cmake.in ${PROJECT_BINARY_DIR}/cmake/consolidatorConfig.cmake
@@ -93,6 +102,7 @@ install(
     FILES
         ${PROJECT_BINARY_DIR}/cmake/consolidatorConfig.cmake
         ${PROJECT_BINARY_DIR}/cmake/consolidatorConfigVersion.cmake
+        ${finders}
     DESTINATION ${package_folder}
     COMPONENT development)
 
@@ -101,12 +111,16 @@ set(pkgconfig_folder ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH prefix_from_pkgconfig ${pkgconfig_folder} ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" prefix_from_pkgconfig ${prefix_from_pkgconfig})
 file(RELATIVE_PATH headers_from_pkgconfig ${pkgconfig_folder} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
-# Who links the static library links Expat too, whether or not they ask for static linking.
+# Who links a static library links what it needs too, whether or not they ask for static linking.
 if(CONSOLIDATOR_SHARED)
     set(requires_field "Requires.private")
+    set(query_requires "\nRequires.private: re2")
 else()
     set(requires_field "Requires")
+    set(query_requires ", re2")
 endif()
-configure_file(cmake/consolidator.pc.in ${PROJECT_BINARY_DIR}/cmake/consolidator.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/cmake/consolidator.pc
-    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+foreach(file consolidator consolidator-query)
+    configure_file(cmake/${file}.pc.in ${PROJECT_BINARY_DIR}/cmake/${file}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/cmake/${file}.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+endforeach()

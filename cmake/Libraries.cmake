@@ -10,9 +10,14 @@
 # parts of Abseil, other ones with each release, and say so only to who asks pkg-config. The shared
 # library knows what it needs. So everything in this program is shared.
 
-# Without the programs the library is left, which needs nothing but Expat.
+# Without the programs the libraries are left. The core needs nothing but Expat. The one of questions,
+# consolidator::query, needs RE2 beside it, and is there if RE2 is.
 find_package(EXPAT 2.5 REQUIRED)
 if(NOT CONSOLIDATOR_PROGRAMS)
+    find_package(RE2 QUIET)
+    if(NOT RE2_FOUND)
+        message(STATUS "RE2 is not installed: there is no target consolidator::query")
+    endif()
     return()
 endif()
 

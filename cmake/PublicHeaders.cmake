@@ -27,6 +27,21 @@ set(public_headers
     model/LogicLocation.h
     model/RAMFile.h
     model/Variable.h
+    query/Bits.h
+    query/Coverage.h
+    query/Database.h
+    query/Glob.h
+    query/InstanceFinder.h
+    query/integrity/ContainerCheck.h
+    query/integrity/Faults.h
+    query/integrity/FileBytes.h
+    query/KernelView.h
+    query/NamePattern.h
+    query/NearestNames.h
+    query/Occupants.h
+    query/Severity.h
+    query/Stops.h
+    query/Words.h
     readers/AuxiliaryXMLFile.h
     readers/BitLine.h
     readers/HardwareNames.h
@@ -43,13 +58,19 @@ set(public_headers
     shared/Marks.h
     shared/PathFinder.h
     shared/Prefetch.h
+    shared/schemas/Binding.h
+    shared/schemas/Exceptions.h
+    shared/schemas/KernelDescription.h
+    shared/schemas/XmlWriter.h
     shared/UniqueList.h)
 
 set(public_header_folder ${PROJECT_BINARY_DIR}/include)
 foreach(header IN LISTS public_headers)
-    # All are in folders of depth one.
+    # From its folder back to the one that all are in: "..", or "../..".
+    cmake_path(GET header PARENT_PATH way_back)
+    string(REGEX REPLACE "[a-z]+" ".." way_back "${way_back}")
     file(READ ${PROJECT_SOURCE_DIR}/${header} text)
-    string(REGEX REPLACE "(#include \")([a-z]+/)" "\\1../\\2" text "${text}")
+    string(REGEX REPLACE "(#include \")([a-z]+/)" "\\1${way_back}/\\2" text "${text}")
     file(CONFIGURE OUTPUT ${public_header_folder}/consolidator/${header} CONTENT "${text}" @ONLY)
     # A changed header is made anew by the next build.
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${header})

@@ -9,56 +9,37 @@
 //
 // A bit's location is address:offset; "-" stands for a bit whose location is not known.
 
-#include <consolidator/consolidated/ConsolidatedFile.h>
+#include <consolidator/query/Bits.h>
+#include <consolidator/query/Database.h>
+#include <consolidator/query/KernelView.h>
 #include <iostream>
 
-namespace {
-
-void print(const consolidator::HardwareVariable& net) {
-    std::cout << "    " << net.name << ':';
-    // Entry i is bit i. Runs, because bits that were never seen may be millions.
-    net.locations.forEachRun([](auto entries) {
-        for (const consolidator::LogicLocation& bit : entries) {
-            if (bit == consolidator::LogicLocation{}) {
-                std::cout << " -";
-            } else {
-                std::cout << ' ' << bit.address << ':' << bit.offset;
-            }
-        }
-    });
-    std::cout << '\n';
-}
-
-void print(const consolidator::Kernel& kernel) {
-    std::cout << "kernel " << kernel.name() << " (" << label(kernel.type()) << ")\n";
-    for (const consolidator::Variable& variable : kernel.variables()) {
-        std::cout << "  " << variable.sourceName << ": " << variable.typeText << '\n';
-        // A variable's registers bear its hardware name, one below each instance of the kernel.
-        for (const consolidator::HardwareVariable& net : kernel.hardwareVariables()) {
-            if (net.name.ends_with("/" + variable.hardwareName)) {
-                print(net);
-            }
-        }
-    }
-}
-
-} // namespace
-
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::cerr << "usage: read-database FILE\n";
-        return 2;
-    }
-    consolidator::ConsolidatedFile database;
-    // Of a damaged file, what came before the damage is there. Of a newer version, nothing is sure.
-    const bool readable =
-        database.readExisting(argv[1]) && database.header().majorVersion <= database.supportedMajor;
-    if (!readable) {
-        std::cerr << argv[1] << ": not a whole consolidated file of a known version\n";
-        return 1;
+    consolidator::Database database;
+    if (argc != 2 || database.read(argv[1]) != consolidator::Database::Readable::Whole) {
+        std::cerr << (argc != 2
+                          ? "usage: read-database FILE"
+                          : database.path() + ": not a whole consolidated file of a known version")
+                  << '\n';
+        return argc != 2 ? 2 : 1;
     }
     for (const consolidator::Kernel& kernel : database.kernels()) {
-        print(kernel);
+        std::cout << "kernel " << kernel.name() << " (" << label(kernel.type()) << ")\n";
+        const consolidator::KernelView view(kernel);
+        for (const consolidator::Variable& variable : kernel.variables()) {
+            std::cout << "  " << variable.sourceName << ": " << variable.typeText << '\n';
+            for (const std::uint32_t position : view.registersOf(variable.hardwareName)) {
+                const consolidator::HardwareVariable& net = kernel.hardwareVariables()[position];
+                std::cout << "    " << net.name << ':';
+                forEachBitRun(net.locations, [](const consolidator::BitRun& run) {
+                    for (std::uint32_t bit = 0; bit <= run.last - run.first; ++bit) {
+                        run.isLocated()
+                            ? std::cout << ' ' << run.place.address << ':' << run.place.offset + bit
+                            : std::cout << " -";
+                    }
+                });
+                std::cout << '\n';
+            }
+        }
     }
-    return 0;
 }

@@ -2,6 +2,7 @@
 
 #include "inspect/check/ConditionCheck.h"
 #include "inspect/check/HlsLosses.h"
+#include "inspect/check/KernelXmlLook.h"
 #include "model/ConditionTranslation.h"
 #include "model/RAMFile.h"
 #include "readers/HLSFile.h"
@@ -273,6 +274,9 @@ void InputCheck::afterReading(InputKind kind, const std::string& path, const Inp
     } else if (kind == InputKind::RamReport) {
         reportRamReport(reader);
     } else {
+        if (kind == InputKind::KernelXml && look_.isRegular && !isMistaken_) {
+            lookAtKernelXml(path, findings_);
+        }
         reportKernels(kind, reader);
     }
 }

@@ -1,6 +1,7 @@
 #include "query/integrity/ContainerCheck.h"
 
 #include "query/Words.h"
+#include "query/integrity/ByteRange.h"
 #include "query/integrity/DocumentCheck.h"
 #include "query/integrity/KernelDataCheck.h"
 #include "query/integrity/StoredText.h"

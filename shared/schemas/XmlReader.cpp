@@ -63,15 +63,16 @@ const Row* find(std::span<const Row> rows, std::string_view name) {
     return row == rows.end() ? nullptr : &*row;
 }
 
-/// Builds the tree from the parser's events.
+/// Builds the tree from the parser's events; or, where there is a watcher, tells it of them.
 class TreeBuilder {
 public:
     TreeBuilder(std::string documentName, std::string_view rootName, const ElementKind& rootKind,
-                void* root)
+                void* root, DocumentWatcher* watcher)
         : documentName_(std::move(documentName)),
           rootName_(rootName),
           rootKind_(rootKind),
           root_(root),
+          watcher_(watcher),
           parser_(XML_ParserCreate(nullptr)) {
         if (!parser_) {
             throw std::bad_alloc();
@@ -112,8 +113,9 @@ public:
 private:
     /// An element that has begun and not ended.
     struct Open {
+        std::string_view name;
         const ElementKind* kind;
-        void* element;
+        void* element; ///< Null for a watcher.
     };
 
     void parse(int length, bool isLast) {
@@ -182,7 +184,7 @@ private:
         if (!open_.empty()) {
             element = startChild(name);
         } else if (name == rootName_) {
-            element = Open{&rootKind_, root_};
+            element = Open{rootName_, &rootKind_, root_};
         } else {
             throw fault(ErrorCode::UnexpectedRoot,
                         "\"" + std::string(name) + "\", not \"" + std::string(rootName_) + "\"");
@@ -192,6 +194,10 @@ private:
             return;
         }
         open_.push_back(*element);
+        if (watcher_ != nullptr) {
+            tellOfElement(attributes);
+            return;
+        }
         assignAttributes(attributes);
         if (element->kind->isText) {
             listenToText(true);
@@ -204,9 +210,23 @@ private:
         const Open& parent = open_.back();
         const ChildRow* const row = find(parent.kind->children, name);
         if (row == nullptr) {
+            if (watcher_ != nullptr) {
+                watcher_->onUnknownElement({parent.name, *parent.kind}, lineOf(parser_.get()),
+                                           name);
+            }
             return std::nullopt;
         }
-        return Open{&row->kind(), row->append(parent.element)};
+        return Open{row->name, &row->kind(),
+                    watcher_ == nullptr ? row->append(parent.element) : nullptr};
+    }
+
+    void tellOfElement(const char** attributes) {
+        attributeNames_.clear();
+        for (; *attributes != nullptr; attributes += 2) {
+            attributeNames_.emplace_back(*attributes);
+        }
+        const Open& element = open_.back();
+        watcher_->onElement({element.name, *element.kind}, lineOf(parser_.get()), attributeNames_);
     }
 
     void assignAttributes(const char** attributes) {
@@ -228,6 +248,9 @@ private:
         }
         const Open ended = open_.back();
         open_.pop_back();
+        if (watcher_ != nullptr) {
+            return;
+        }
         if (ended.kind->isText) {
             listenToText(false);
         }
@@ -260,6 +283,8 @@ private:
     std::string_view rootName_;
     const ElementKind& rootKind_;
     void* root_;
+    DocumentWatcher* watcher_;
+    std::vector<std::string_view> attributeNames_; ///< Room for those of one element.
     Parser parser_;
     std::vector<Open> open_;
     std::size_t skipped_ = 0; ///< Open elements from the outermost unknown one on.
@@ -270,7 +295,12 @@ private:
 
 void readDocument(std::istream& stream, const std::string& documentName, std::string_view rootName,
                   const ElementKind& kind, void* root) {
-    TreeBuilder(documentName, rootName, kind, root).read(stream);
+    TreeBuilder(documentName, rootName, kind, root, nullptr).read(stream);
+}
+
+void watchDocument(std::istream& stream, const std::string& documentName, std::string_view rootName,
+                   const ElementKind& kind, DocumentWatcher& watcher) {
+    TreeBuilder(documentName, rootName, kind, nullptr, &watcher).read(stream);
 }
 
 } // namespace lmx60

@@ -13,7 +13,9 @@
 
 #include "shared/schemas/Binding.h"
 
+#include <cstdint>
 #include <istream>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -24,5 +26,35 @@ namespace lmx60 {
 /// `documentName` in its text, when it cannot; `root` then holds what came before the fault.
 void readDocument(std::istream& stream, const std::string& documentName, std::string_view rootName,
                   const ElementKind& kind, void* root);
+
+/// Looks on while a document streams by, of which nothing is kept.
+class DocumentWatcher {
+public:
+    /// An element that the tables know.
+    struct Element {
+        std::string_view name; ///< The table's own, or the root's, and valid as long as they are.
+        const ElementKind& kind;
+    };
+
+    DocumentWatcher() = default;
+    DocumentWatcher(const DocumentWatcher&) = delete;
+    DocumentWatcher& operator=(const DocumentWatcher&) = delete;
+    virtual ~DocumentWatcher() = default;
+
+    /// Such an element begins in a line, counted from 1, with attributes of these names, known or
+    /// not, each once.
+    virtual void onElement(const Element& element, std::uint64_t line,
+                           std::span<const std::string_view> attributes) = 0;
+
+    /// An element begins in `parent` whose table does not name it. It is passed over with all that
+    /// is in it.
+    virtual void onUnknownElement(const Element& parent, std::uint64_t line,
+                                  std::string_view name) = 0;
+};
+
+/// Goes through a document as readDocument() does, but for the values of attributes, which are not
+/// looked at. Throws as it does, and passes on what the watcher throws.
+void watchDocument(std::istream& stream, const std::string& documentName, std::string_view rootName,
+                   const ElementKind& kind, DocumentWatcher& watcher);
 
 } // namespace lmx60

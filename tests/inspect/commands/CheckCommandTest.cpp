@@ -213,11 +213,27 @@ TEST_F(CheckCommand, SaysThatATypeIsIgnored) {
 TEST_F(CheckCommand, SaysWhichArgumentsAKernelTakesOver) {
     const std::string xml =
         directory.write("kernel.xml", "<project><platform><device><core><kernel name=\"a\">"
-                                      "<arg name=\"n\"/></kernel><kernel name=\"k\"/></core>"
-                                      "</device></platform></project>");
+                                      "<arg name=\"n\" type=\"int\"/></kernel><kernel name=\"k\"/>"
+                                      "</core></device></platform></project>");
     EXPECT_THAT(check({"-k", xml}).out,
                 StartsWith(xml + ": note: kernel \"k\" takes over the 1 argument of the kernels "
                                  "before it in this file\n"));
+}
+
+TEST_F(CheckCommand, SaysWhichNamesOfAKernelXmlAreNotOfItsSchema) {
+    const std::string xml = directory.write(
+        "kernel.xml", "<project><platform><device><core>\n<Kernel name=\"k\"/></core>"
+                      "</device></platform></project>");
+    EXPECT_THAT(check({"-k", xml}).out,
+                StartsWith(xml +
+                           ":2: warning: element \"Kernel\" in \"core\" is unknown and passed over "
+                           "with all that is in it; did you mean \"kernel\"?\n" +
+                           xml + ": warning: no kernel is found in it\n"));
+}
+
+TEST_F(CheckCommand, DoesNotLookAtTheNamesInAKernelXmlThatCannotBeRead) {
+    const std::string xml = directory.write("kernel.xml", "<project><Platform></project>");
+    EXPECT_THAT(check({"-k", xml}).out, Not(HasSubstr("unknown")));
 }
 
 TEST_F(CheckCommand, SaysThatTheFirstLocationsOfARunStay) {
