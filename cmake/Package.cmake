@@ -1,7 +1,7 @@
 # Debian packages, by `cpack -G DEB` in a tree that is configured for /usr; scripts/package does that:
 #
 #   consolidator          the component runtime: the programs with all that is for their users
-#   libconsolidator-dev   the component development: the library, static, with headers
+#   libconsolidator-dev   the component development: the libraries, static, with headers
 #
 # packaging/debian has what only they need. cmake/DebianFiles.cmake puts it in its place.
 
@@ -37,13 +37,16 @@ tells why something is not.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libconsolidator-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libexpat1-dev (>= 2.5)")
+# Not among what it depends on: programs that use the core alone link without it.
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS libre2-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS consolidator)
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "debug databases of FPGA accelerators - development files
 A C++ library that reads and writes the databases of the consolidator: the
 kernels of an FPGA accelerator with their arguments, variables and registers,
-and where in the device each bit lies.
+and where in the device each bit lies. A second one, which needs RE2, answers
+questions: which register holds a variable, what lies at a place.
 .
-This package has headers and the static library, with what CMake and
+This package has headers and the static libraries, with what CMake and
 pkg-config need to find them.")
 
 include(CPack)

@@ -107,7 +107,9 @@ if(TAKE_IN)
     add_subdirectory("$source" consolidator)
     add_executable(other main.cpp)
     target_include_directories(other PRIVATE .)
-    target_link_libraries(other PRIVATE consolidator::core)
+    target_link_libraries(other PRIVATE consolidator::query)
+    add_executable(edit-kernel-xml "$source/examples/edit-kernel-xml/main.cpp")
+    target_link_libraries(edit-kernel-xml PRIVATE consolidator::core)
 endif()
 foreach(variable CMAKE_BUILD_TYPE CMAKE_RUNTIME_OUTPUT_DIRECTORY CMAKE_CXX_FLAGS BUILD_TESTING)
     if(NOT "\${\${variable}}" STREQUAL "")
@@ -120,7 +122,7 @@ END
         -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
     without_warnings "$work/log"
     comm -13 <(variables_in "$work/alone/CMakeCache.txt") <(variables_in "$work/tree/CMakeCache.txt") |
-        grep -vE '^(_|prefix_result|CONSOLIDATOR_|consolidator_|EXPAT_|expat_|FIND_PACKAGE_MESSAGE|pkgcfg_|PKG_CONFIG|PC_)' \
+        grep -vE '^(_|prefix_result|CONSOLIDATOR_|consolidator_|EXPAT_|expat_|RE2_|FIND_PACKAGE_MESSAGE|pkgcfg_|PKG_CONFIG|PC_)' \
             >"$work/log" && {
         cat "$work/log" >&2
         fail "left in the other project's cache"
@@ -136,6 +138,14 @@ END
         -k "$source/examples/kernel.xml" -x "$source/examples/checksum_auxiliary.xml" \
         -s "$source/examples/scale_rows.hls" -s "$source/examples/checksum.hls" -l "$source/examples/top.ll"
     "$work/tree/other" "$work/accelerator.bin" | diff "$source/tests/install/read-database.expected" -
+    "$work/tree/edit-kernel-xml" "$source/examples/kernel.xml" scale_rows blend |
+        grep --quiet '<kernel name="blend"' || fail "the kernel description is not changed"
+    # Without RE2 there is the core, and no word of it but that.
+    sed -i 's/consolidator::query/consolidator::core/; /add_executable(other/d; /(other PRIVATE/d' "$work/other/CMakeLists.txt"
+    quietly cmake -S "$work/other" -B "$work/core" "-DCMAKE_CXX_COMPILER=$compiler" -DTAKE_IN=ON \
+        -DCMAKE_DISABLE_FIND_PACKAGE_RE2=ON
+    grep --quiet 'RE2 is not installed: there is no target consolidator::query' "$work/log" || fail "RE2 is there"
+    quietly cmake --build "$work/core" --parallel "$(nproc)"
     # It installs nothing but what is its own.
     quietly env DESTDIR="$work/staged" cmake --install "$work/tree"
     [ ! -e "$work/staged" ] || fail "installs $(find "$work/staged" -type f | head -3)"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the core library, moves the installed tree, and uses it from there as another project would:
-# through its CMake package and through pkg-config.
+# Installs the libraries, moves the installed tree, and uses them from there as another project would:
+# through the CMake package and through pkg-config.
 #
 #   tests/install/check-library.sh static|shared BUILD [EMULATOR]
 #
@@ -13,7 +13,8 @@ build=$2
 emulator_path=${3:-}
 source=$(cd "$(dirname "$0")/../.." && pwd)
 work=$build/install-tests/$kind
-cached() { sed -n "s/^$1:[A-Z]*=//p" "$build/CMakeCache.txt"; }
+cached_in() { sed -n "s/^$2:[A-Z]*=//p" "$1/CMakeCache.txt"; }
+cached() { cached_in "$build" "$1"; }
 compiler=$(cached CMAKE_CXX_COMPILER)
 toolchain=$(cached CMAKE_TOOLCHAIN_FILE)
 if [ -n "$toolchain" ]; then
@@ -62,7 +63,7 @@ if [ "$kind" = shared ]; then
     library=$work/build
     quietly cmake -S "$source" -B "$library" "${configuration[@]}" \
         -DCMAKE_BUILD_TYPE=Release -DCONSOLIDATOR_SHARED=ON -DBUILD_TESTING=OFF
-    quietly cmake --build "$library" --target consolidator_core --parallel "$(nproc)"
+    quietly cmake --build "$library" --target consolidator_core consolidator_query --parallel "$(nproc)"
 fi
 for component in library development; do
     quietly cmake --install "$library" --prefix "$work/installed" --component "$component"
@@ -102,26 +103,83 @@ check_headers() {
 # The library is of the kind that was asked for.
 case $kind in
 static)
-    require [ -f "$LD_LIBRARY_PATH/libconsolidator.a" ]
-    require [ ! -e "$LD_LIBRARY_PATH/libconsolidator.so" ]
+    for name in libconsolidator libconsolidator-query; do
+        require [ -f "$LD_LIBRARY_PATH/$name.a" ]
+        require [ ! -e "$LD_LIBRARY_PATH/$name.so" ]
+    done
     ;;
 shared)
-    soname=$(readelf --dynamic "$LD_LIBRARY_PATH/libconsolidator.so" | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
     version=$(pkg-config --modversion consolidator)
     interface=${version%.*} # see cmake/Install.cmake
     [ "${version%%.*}" -eq 0 ] || interface=${version%%.*}
-    require [ "$soname" = "libconsolidator.so.$interface" ]
-    require [ -f "$LD_LIBRARY_PATH/libconsolidator.so.$version" ]
-    require [ ! -e "$LD_LIBRARY_PATH/libconsolidator.a" ]
+    for name in libconsolidator libconsolidator-query; do
+        soname=$(readelf --dynamic "$LD_LIBRARY_PATH/$name.so" | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
+        require [ "$soname" = "$name.so.$interface" ]
+        require [ -f "$LD_LIBRARY_PATH/$name.so.$version" ]
+        require [ ! -e "$LD_LIBRARY_PATH/$name.a" ]
+    done
+    # They find each other without a word of ours.
+    (
+        unset LD_LIBRARY_PATH
+        ldd "${pkgconfig%/pkgconfig}/libconsolidator-query.so" | grep --quiet "libconsolidator.so.$interface => ${pkgconfig%/pkgconfig}/"
+    ) || [ -n "$toolchain" ] || require false "libconsolidator-query.so finds libconsolidator.so"
     ;;
 esac
-echo "ok: $kind library"
+echo "ok: $kind libraries"
 
 # CMake
-quietly cmake -S "$source/examples/read-database" -B "$work/user/cmake" \
-    "${configuration[@]}" -DCMAKE_PREFIX_PATH="$prefix"
-quietly cmake --build "$work/user/cmake"
-expect_output "find_package" "${emulator[@]}" "$work/user/cmake/read-database" "$work/accelerator.bin"
+for example in read-database edit-kernel-xml; do
+    quietly cmake -S "$source/examples/$example" -B "$work/user/cmake/$example" \
+        "${configuration[@]}" -DCMAKE_PREFIX_PATH="$prefix"
+    quietly cmake --build "$work/user/cmake/$example"
+done
+expect_output "find_package" "${emulator[@]}" "$work/user/cmake/read-database/read-database" "$work/accelerator.bin"
+# Who does not ask for questions need not have what they need.
+require [ -z "$(cached_in "$work/user/cmake/edit-kernel-xml" RE2_LIBRARY)" ]
+
+# rename_kernel PROGRAM: has it rename the example's kernel, and sees that nothing else has changed
+rename_kernel() {
+    "${emulator[@]}" "$1" "$source/examples/kernel.xml" scale_rows blend >"$work/blend.xml"
+    require [ "$(grep -c '<kernel name="blend" language="c"' "$work/blend.xml")" -eq 1 ]
+    # Back again, but for white space, and for elements that end in their start tags.
+    "${emulator[@]}" "$1" "$work/blend.xml" blend scale_rows | tr -d ' \n' |
+        sed -E 's,></(version|clock|port|arg|instance)>,/>,g' >"$work/output"
+    tr -d ' \n' <"$source/examples/kernel.xml" | cmp - "$work/output"
+    echo "ok: a kernel description"
+}
+rename_kernel "$work/user/cmake/edit-kernel-xml/edit-kernel-xml"
+status=0
+"${emulator[@]}" "$work/user/cmake/edit-kernel-xml/edit-kernel-xml" "$source/examples/top.ll" a b 2>"$work/output" || status=$?
+require [ "$status" -eq 1 ]
+grep --quiet ':1:1: not well-formed' "$work/output"
+
+# Questions are asked of RE2 where the library is static, and whoever asks for them without it is told so.
+if [ "$kind" = static ]; then
+    mkdir -p "$work/user/without"
+    cat >"$work/user/without/CMakeLists.txt" <<'END'
+cmake_minimum_required(VERSION 3.25)
+project(without LANGUAGES CXX)
+set(CMAKE_DISABLE_FIND_PACKAGE_RE2 ON)
+find_package(consolidator REQUIRED OPTIONAL_COMPONENTS query)
+if(NOT TARGET consolidator::core OR TARGET consolidator::query OR consolidator_query_FOUND)
+    message(FATAL_ERROR "not the core alone")
+endif()
+find_package(consolidator REQUIRED COMPONENTS ${component})
+END
+    without() {
+        cmake -S "$work/user/without" -B "$work/user/without/build" -DCMAKE_PREFIX_PATH="$prefix" \
+            "${configuration[@]}" -Dcomponent="$1" >"$work/log" 2>&1
+    }
+    require without core
+    if without query; then
+        require false "query is there without RE2"
+    fi
+    tr -s ' \n' ' ' <"$work/log" | grep --quiet 'The component query needs RE2, which is not found'
+    if without other; then
+        require false "there is no component of this name"
+    fi
+    echo "ok: without RE2"
+fi
 
 # Another minor version is another interface as long as the major one is 0.
 mkdir -p "$work/user/version"
@@ -153,7 +211,8 @@ echo "ok: versions"
 # pkg-config and the compiler alone
 # shellcheck disable=SC2046 # options are words
 quietly "$compiler" -std=c++20 -O2 "${warnings[@]}" "$source/examples/read-database/main.cpp" \
-    -o "$work/user/read-database" $(pkg-config --cflags --libs consolidator)
+    -o "$work/user/read-database" $(pkg-config --cflags --libs consolidator-query)
+require [ "$(pkg-config --print-requires consolidator | grep --count re2)" -eq 0 ]
 expect_output "pkg-config" "${emulator[@]}" "$work/user/read-database" "$work/accelerator.bin"
 
 # A program that uses a reader needs Expat, which it gets without asking for it.
@@ -169,6 +228,23 @@ quietly "$compiler" -std=c++20 "$work/user/reader.cpp" -o "$work/user/reader" \
     $(pkg-config --cflags --libs consolidator)
 "${emulator[@]}" "$work/user/reader" "$source/examples/kernel.xml"
 echo "ok: readers"
+
+# What docs/library.md shows, in a folder with the files that it names.
+"$source/tests/install/library-examples.sh" "$work/user/examples"
+cp "$work/accelerator.bin" "$source/examples/kernel.xml" "$work/user/examples"
+for example in "$work"/user/examples/*.cpp; do
+    # shellcheck disable=SC2046 # options are words
+    quietly "$compiler" -std=c++20 "${warnings[@]}" "$example" -o "${example%.cpp}" \
+        $(pkg-config --cflags --libs consolidator-query)
+done
+(
+    cd "$work/user/examples"
+    "${emulator[@]}" ./program1 >"$work/output"
+    require grep --quiet --line-regexp '/top/region_0/scale_rows_1/U0/row_reg: 4 bits' "$work/output"
+    "${emulator[@]}" ./pieces | diff pieces.output -
+    require [ "$(grep -c '<arg ' changed.xml)" -eq 5 ] # the example has four
+)
+echo "ok: documents"
 
 # What is no database is said to be none.
 status=0

@@ -144,16 +144,20 @@ for program in consolidator consolidator-inspect; do
 done
 echo "ok: man pages and completions"
 
-# The library, as a user's project finds it. In a root folder it has to be told where that is.
-cmake -S "$root/usr/share/doc/consolidator/examples/read-database" -B "$work/read-database" \
-    ${root:+-DCMAKE_PREFIX_PATH="$root/usr"} >"$work/log" 2>&1 &&
-    cmake --build "$work/read-database" >>"$work/log" 2>&1 || {
-    cat "$work/log" >&2
-    fail "the library is not of use"
-}
+# The libraries, as a user's project finds them. In a root folder it has to be told where that is.
+for example in read-database edit-kernel-xml; do
+    cmake -S "$root/usr/share/doc/consolidator/examples/$example" -B "$work/$example" \
+        ${root:+-DCMAKE_PREFIX_PATH="$root/usr"} >"$work/log" 2>&1 &&
+        cmake --build "$work/$example" >>"$work/log" 2>&1 || {
+        cat "$work/log" >&2
+        fail "the libraries are not of use to $example"
+    }
+done
 "$work/read-database/read-database" "$work/installed/accelerator.bin" |
     diff "$source/tests/install/read-database.expected" - || fail "the library reads something else"
-echo "ok: library"
+"$work/edit-kernel-xml/edit-kernel-xml" "$source/examples/kernel.xml" scale_rows blend |
+    grep --quiet '<kernel name="blend"' || fail "the kernel description is not changed"
+echo "ok: libraries"
 
 in_root dpkg --purge "${names[@]}" >"$work/log" 2>&1 || {
     cat "$work/log" >&2
