@@ -22,9 +22,10 @@ struct BitRun {
     std::uint32_t last = 0;  ///< The highest one.
     LogicLocation place;     ///< Of the lowest bit.
 
+    /// Whether the bits have places; then all of them do.
     bool isLocated() const { return place != notLocated; }
 
-    /// The offset of the highest bit, if the bits are located.
+    /// The offset of the highest bit; means nothing for bits that are not located.
     std::uint32_t lastOffset() const { return place.offset + (last - first); }
 
     /// Whether a bit behind the highest one at this place would belong to the run.

@@ -20,11 +20,13 @@ namespace consolidator {
 /// in proportion to the length of the text times that of the pattern, whatever both are.
 class Glob {
 public:
+    /// Takes the pattern apart; nothing of it is referred to later.
     explicit Glob(std::string_view pattern);
 
     /// Why the pattern cannot be understood; empty if it can. Then no text matches.
     const std::string& fault() const { return fault_; }
 
+    /// Whether the whole text, which may hold any byte, is of the pattern.
     bool matches(std::string_view text) const;
 
 private:

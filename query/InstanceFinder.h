@@ -24,7 +24,8 @@ public:
     explicit InstanceFinder(const std::vector<std::string>& paths) : paths_(&paths) {}
 
     /// The position of the instance's path. Nothing if no path occurs in the net, which no run of
-    /// the consolidator leaves behind.
+    /// the consolidator leaves behind. An empty path occurs in every net. One thread at a time may
+    /// ask.
     std::optional<std::uint32_t> instanceOf(std::string_view net);
 
 private:

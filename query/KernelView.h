@@ -52,9 +52,12 @@ void forEachVariable(const Kernel& kernel, Visit visit) {
 ///
 /// What an answer needs is made when it is first asked for, and kept: a view costs nothing to make.
 /// Registers are told by their positions in kernel().hardwareVariables(), instances by theirs in
-/// kernel().instancePaths(). A view may be used by one thread at a time.
+/// kernel().instancePaths(); a position that is asked about must be one of them. What is returned
+/// is of use as long as the view and its kernel. A view may be used by one thread at a time, and of
+/// one that was moved nothing may be asked.
 class KernelView {
 public:
+    /// Of a kernel as it lies in a database; takes no time in its size.
     explicit KernelView(const Kernel& kernel);
     ~KernelView();
     KernelView(KernelView&&) noexcept;
@@ -62,12 +65,14 @@ public:
     KernelView(const KernelView&) = delete;
     KernelView& operator=(const KernelView&) = delete;
 
+    /// The kernel that it was made of, in its own place.
     const Kernel& kernel() const { return *kernel_; }
 
     /// The registers whose net ends in this name, ascending; none for a name that no net ends in.
     std::span<const std::uint32_t> registersOf(std::string_view hardwareName) const;
 
-    /// Those of them that lie in one instance; nothing as `instance` stands for those in none.
+    /// Those of them that lie in one instance, ascending; nothing as `instance` stands for those in
+    /// none. None for an instance that there is not.
     std::vector<std::uint32_t> registersOf(std::string_view hardwareName,
                                            std::optional<std::uint32_t> instance) const;
 
@@ -89,8 +94,9 @@ public:
     /// and "top/k_10" in "/top/k_10/x", that of the longest path, and of equal paths the first.
     std::optional<std::uint32_t> instanceOf(std::string_view net) const;
 
-    /// How many bits the register has, located or not. The width of a variable's type, which is
-    /// Variable::bitWidth(), is another matter: high-level synthesis keeps only the bits it needs.
+    /// How many bits the register has, located or not, as far as inputs have named them: up to the
+    /// highest one that has a place. The width of a variable's type, which is Variable::bitWidth(),
+    /// is another matter: high-level synthesis keeps only the bits it needs.
     std::uint32_t widthOf(std::size_t position) const {
         return kernel_->hardwareVariables()[position].locations.size();
     }

@@ -1,4 +1,9 @@
-// What `find` looks for: names and nets, by a glob or a regular expression.
+// Which names and nets somebody looks for, by a glob or a regular expression.
+//
+//     const NamePattern pattern("s?m", NamePattern::Kind::Glob);
+//     pattern.fault();                      // empty
+//     pattern.matchesName("sum");           // true
+//     pattern.matchesNet("/top/k_1/sum");   // true: its last component matches
 #pragma once
 
 #include "query/Glob.h"
@@ -23,8 +28,11 @@ namespace consolidator {
 /// proportion to the text, whatever the expression is.
 class NamePattern {
 public:
+    /// What a pattern is written in.
     enum class Kind { Glob, Regex };
 
+    /// Any text may be given; fault() says of one that is no pattern why it is none. It can be
+    /// neither copied nor moved.
     NamePattern(const std::string& pattern, Kind kind);
     ~NamePattern();
     NamePattern(const NamePattern&) = delete;
@@ -34,7 +42,7 @@ public:
     /// matches.
     std::string fault() const;
 
-    /// Whether a source or hardware name matches.
+    /// Whether a source or hardware name matches, which may hold any byte.
     bool matchesName(std::string_view name) const;
 
     /// Whether a net matches, which has a leading "/".

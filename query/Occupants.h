@@ -19,7 +19,7 @@
 namespace consolidator {
 
 /// Frames from one address to another, and of each of them the bits from one offset to another; all
-/// four count in.
+/// four count in. Nothing lies in a range whose first address or offset is above its last.
 struct PlaceRange {
     std::uint32_t firstAddress = 0;
     std::uint32_t lastAddress = std::numeric_limits<std::uint32_t>::max();
@@ -30,15 +30,16 @@ struct PlaceRange {
     std::optional<BitRun> partOf(const BitRun& run) const;
 };
 
-/// Bits of one register that lie there one behind the other.
+/// Bits of one register that lie there one behind the other. All that it points to is the kernel's
+/// and its view's.
 struct Occupant {
-    const KernelView* kernel = nullptr;
+    const KernelView* kernel = nullptr; ///< One of those that were given; never null in a result.
     std::optional<std::uint32_t> instance; ///< Nothing for a net in which no instance path occurs.
     const HardwareVariable* hardware = nullptr; ///< Null for an argument's or variable's own bits,
                                                 ///< which only a database made by hand has.
     std::span<const SourceVariable> variables;  ///< What the register holds.
     SourceVariable itself;                      ///< Who it is where there is no register.
-    BitRun bits;
+    BitRun bits;                                ///< Those in the range, which all have places.
 };
 
 /// What lies in the range, by address and offset; at one place, where several claim it, in the

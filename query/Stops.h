@@ -22,16 +22,18 @@ struct Stop {
     const Kernel* kernel = nullptr;
     const BreakableCondition* condition = nullptr; ///< Of the kind FileLine.
 
+    /// The source file, as high-level synthesis named it, and the line, as it came from there.
     const std::string& file() const { return condition->file; }
     std::uint32_t line() const { return condition->line; }
 
     /// The condition for one instance, a position in the kernel's instancePaths(): each "$i" in its
-    /// text gives way to instancePath().
+    /// text gives way to conditionPath(). Throws std::out_of_range if there is no such instance.
     std::string conditionFor(std::size_t instance) const;
 };
 
 /// The path that "$i" stands for in the conditions of a kernel: that of the instance with what JSON
-/// puts behind it ("/U0" or "/inst"), which is where the kernel's own registers are.
+/// puts behind it ("/U0" or "/inst"), which is where the kernel's own registers are. Throws
+/// std::out_of_range if there is no such instance.
 std::string conditionPath(const Kernel& kernel, std::size_t instance);
 
 /// The stops in each file that has this path or whose path ends in it, behind a "/"; by file, and
@@ -39,7 +41,7 @@ std::string conditionPath(const Kernel& kernel, std::size_t instance);
 /// are.
 std::vector<Stop> stopsIn(std::span<const Kernel> kernels, std::string_view file);
 
-/// All stops, in the order of the kernels.
+/// All stops, in the order of the kernels, under the same terms.
 std::vector<Stop> allStops(std::span<const Kernel> kernels);
 
 } // namespace consolidator

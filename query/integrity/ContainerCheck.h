@@ -24,10 +24,11 @@ namespace consolidator {
 /// kernel data and JSON, the largest kernel.
 class ContainerCheck {
 public:
+    /// Findings are added to `faults`, which must outlive the check.
     explicit ContainerCheck(Faults& faults) : faults_(&faults) {}
 
-    /// To be called once. False if the file cannot be opened or has no length; then nothing was
-    /// checked.
+    /// Checks the file at `path`, which is only read. To be called once. False if the file cannot
+    /// be opened or has no length; then nothing was checked, and nothing is said.
     bool check(const std::string& path);
 
     /// How many kernels all kernel data sections hold, as far as they could be read.

@@ -24,6 +24,7 @@ struct Fault {
 /// A hostile file holds millions of faults: of each severity, so many are kept, and others counted.
 class Faults {
 public:
+    /// So many of each severity are kept.
     static constexpr std::uint64_t mostKept = 1000;
 
     /// Adds a finding with the text that makeText() gives, which is called only if it is kept.
@@ -35,13 +36,15 @@ public:
         }
     }
 
+    /// The same with a text that is there already.
     void add(Severity severity, std::uint64_t offset, const std::string& text) {
         add(severity, offset, [&text] { return text; });
     }
 
+    /// Those that were kept, in the order in which they were found.
     const std::vector<Fault>& kept() const { return kept_; }
 
-    /// Those included that were not kept.
+    /// How many of a severity were found, those included that were not kept.
     std::uint64_t count(Severity severity) const {
         return counts_[static_cast<std::size_t>(severity)];
     }

@@ -13,7 +13,8 @@ namespace consolidator {
 /// A file whose bytes are read where they are wanted. None of them are kept.
 class FileBytes {
 public:
-    /// False if the file cannot be opened or has no length, as a pipe.
+    /// Opens the file at `path` for reading. False if it cannot be opened or has no length, as a
+    /// pipe.
     bool open(const std::string& path);
 
     /// As it was when the file was opened.

@@ -29,6 +29,8 @@
 
 namespace Mekto { // NOLINT(readability-identifier-naming)
 
+/// An attribute: its `value`, and whether it is `present`. To set one, both are set: name = {"a",
+/// true}.
 using Text = lmx60::Attribute<std::string>;
 using Number = lmx60::Attribute<std::uint32_t>;
 
@@ -481,7 +483,8 @@ struct Project {
     /// The same from a text in memory.
     void readMemory(std::string_view document, lmx60::ErrorCode* error = nullptr);
 
-    /// Writes the whole document.
+    /// Writes the whole document, as XmlWriter.h says. All values must be UTF-8 without control
+    /// characters other than white space; whether it came out whole is the stream's to tell.
     void write(std::ostream& out) const;
 
     static const lmx60::ElementKind& kind();

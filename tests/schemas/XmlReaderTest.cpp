@@ -17,6 +17,7 @@
 #include <cstdint>
 #include <optional>
 #include <set>
+#include <span>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -691,6 +692,71 @@ TEST(ErrorDescription, SaysSomethingElseAboutEveryCode) {
         EXPECT_TRUE(descriptions.insert(description).second) << description;
     }
     EXPECT_FALSE(lmx60::get_error_description(static_cast<ErrorCode>(99)).empty());
+}
+
+// Watching
+
+/// Notes what it is told: "2 kernel name hash", and "2 core/other" for what is unknown.
+class Notes final : public lmx60::DocumentWatcher {
+public:
+    std::vector<std::string> notes;
+
+    void onElement(const Element& element, std::uint64_t line,
+                   std::span<const std::string_view> attributes) override {
+        std::string note = std::to_string(line) + ' ' + std::string(element.name);
+        for (const std::string_view attribute : attributes) {
+            note += ' ' + std::string(attribute);
+        }
+        notes.push_back(note);
+    }
+
+    void onUnknownElement(const Element& parent, std::uint64_t line,
+                          std::string_view name) override {
+        notes.push_back(std::to_string(line) + ' ' + std::string(parent.name) + '/' +
+                        std::string(name));
+    }
+};
+
+void watch(const std::string& document, lmx60::DocumentWatcher& watcher) {
+    std::istringstream stream(document);
+    lmx60::watchDocument(stream, "kernel.xml", "project", Mekto::Project::kind(), watcher);
+}
+
+TEST(DocumentWatcher, IsToldOfKnownElementsAndOfTheOutermostUnknownOnes) {
+    Notes notes;
+    watch("<project other=\"\" name=\"\">\n<other><platform/></other>\n"
+          "<platform><description>text</description><platform/></platform></project>",
+          notes);
+    EXPECT_THAT(notes.notes, ElementsAre("1 project other name", "2 project/other", "3 platform",
+                                         "3 description", "3 platform/platform"));
+}
+
+TEST(DocumentWatcher, IsToldOfElementsWhateverTheirValuesAre) {
+    Notes notes;
+    watch(documentAround("<device><core><kernel><arg addressQualifier=\"x\"/></kernel></core>"
+                         "</device>"),
+          notes);
+    EXPECT_EQ(notes.notes.back(), "1 arg addressQualifier");
+}
+
+TEST(DocumentWatcher, GetsToTheFault) {
+    Notes notes;
+    EXPECT_THROW(watch("<project><platform></project>", notes), lmx60::c_lmx_reader_exception);
+    EXPECT_THAT(notes.notes, ElementsAre("1 project", "1 platform"));
+    EXPECT_THROW(watch("<other/>", notes), lmx60::c_lmx_reader_exception);
+    EXPECT_THAT(notes.notes, SizeIs(2));
+}
+
+TEST(DocumentWatcher, MayEndIt) {
+    struct Impatient final : lmx60::DocumentWatcher {
+        void onElement(const Element& /*element*/, std::uint64_t /*line*/,
+                       std::span<const std::string_view> /*attributes*/) override {
+            throw std::length_error("enough");
+        }
+        void onUnknownElement(const Element& /*parent*/, std::uint64_t /*line*/,
+                              std::string_view /*name*/) override {}
+    } impatient;
+    EXPECT_THROW(watch("<project/>", impatient), std::length_error);
 }
 
 TEST(Exception, HoldsCodeAndText) {
