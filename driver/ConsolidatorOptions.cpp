@@ -7,6 +7,7 @@
 #include <boost/program_options/variables_map.hpp>
 
 #include <algorithm>
+#include <variant>
 
 namespace po = boost::program_options;
 
@@ -24,25 +25,36 @@ bool take(const po::variables_map& given, const char* name, Field& field) {
     return true;
 }
 
+/// Adds an input's option, which takes a value of its field's type.
+void addInput(po::options_description& description, const InputOption& input) {
+    const std::string names = std::string(input.longName) + ',' + input.letter;
+    const auto addWith = [&](const po::value_semantic* value) {
+        description.add_options()(names.c_str(), value, std::string(input.description).c_str());
+    };
+    std::visit([&]<typename Field>(Field InputPaths::* /*paths*/) { addWith(po::value<Field>()); },
+               input.paths);
+}
+
 } // namespace
 
 ConsolidatorOptions::ConsolidatorOptions(int argc, const char* const* argv, std::ostream& out) {
     const auto text = [] { return po::value<std::string>(); };
-    const auto list = [] { return po::value<std::vector<std::string>>(); };
     // clang-format off
     description_.add_options()
         ("add,a", "Add information to the file as opposed to overwriting (default)")
         ("create,c", "If the file exists, overwrite it")
         ("dump-dwarf,u", text(), "Output file to dump current DWARF information to")
-        ("dump-json,j", text(), "Output file to dump current JSON information to")
-        ("DWARF,d", text(), "Input DWARF metadata file")
-        ("help", "Output this information")
-        ("hierarchy,h", list(), "Input hierarchy metadata file generated from System Linker")
-        ("kernel,k", list(), "Input kernel.xml meta data")
-        ("hls,s", list(), "Input kernel meta data generated from HLS")
-        ("aux,x", list(), "Input *_auxiliary.xml meta data generated from HLS")
-        ("ll,l", list(), "Input *.ll meta data generated during bitstream generation")
-        ("ram,r", list(), "Input ram utilization report file generated from synthesis")
+        ("dump-json,j", text(), "Output file to dump current JSON information to");
+    // clang-format on
+    // In the list of options, --help stands behind the first input.
+    for (const InputOption& input : inputOptions()) {
+        addInput(description_, input);
+        if (input.kind == InputKind::Dwarf) {
+            description_.add_options()("help", "Output this information");
+        }
+    }
+    // clang-format off
+    description_.add_options()
         ("consolidated_file,f", text(), "Specify the consolidated file to add to or create")
         ("project,p", text(), "Specify the name of the project")
         ("version,v", "Output version information");
@@ -82,14 +94,11 @@ void ConsolidatorOptions::parse(int argc, const char* const* argv, std::ostream&
     }
     dumpRequested = take(given, "dump-dwarf", dumpDwarfFile);
     dumpRequested = take(given, "dump-json", dumpJsonFile) || dumpRequested;
-    take(given, "DWARF", dwarfFile);
+    for (const InputOption& input : inputOptions()) {
+        const std::string name(input.longName);
+        std::visit([&](auto paths) { take(given, name.c_str(), this->*paths); }, input.paths);
+    }
     help = given.count("help") > 0;
-    take(given, "hierarchy", hierarchyFiles);
-    take(given, "kernel", kernelFiles);
-    take(given, "hls", hlsFiles);
-    take(given, "aux", auxFiles);
-    take(given, "ll", llFiles);
-    take(given, "ram", ramFiles);
     take(given, "consolidated_file", consolidatedFile);
     take(given, "project", project);
     version = given.count("version") > 0;

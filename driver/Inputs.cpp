@@ -8,19 +8,23 @@
 #include "readers/LLFile.h"
 #include "readers/LocationBudget.h"
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
 namespace consolidator {
 
-namespace {
-
 /// The database that inputs are added to, and who is told of them.
-struct Target {
+struct InputTarget {
     ConsolidatedFile& database;
     std::ostream& err;
     InputObserver* observer;
 };
 
+namespace {
+
 /// Returns whether the input adds what it has.
-bool add(const Target& target, InputKind kind, const std::string& path, InputFile& reader) {
+bool add(const InputTarget& target, InputKind kind, const std::string& path, InputFile& reader) {
     if (target.observer == nullptr) {
         return target.database.addInputFile(reader);
     }
@@ -33,16 +37,19 @@ bool add(const Target& target, InputKind kind, const std::string& path, InputFil
     return isUsable;
 }
 
-void addDwarf(const Target& target, const std::string& path) {
-    if (target.observer != nullptr) {
-        target.observer->beforeDwarf(path);
+/// DWARF has no reader: the database takes its bytes as they are.
+void addDwarf(const InputTarget& target, const std::vector<std::string>& paths) {
+    for (const std::string& path : paths) {
+        if (target.observer != nullptr) {
+            target.observer->beforeDwarf(path);
+        }
+        target.database.addDwarf(path);
     }
-    target.database.addDwarf(path);
 }
 
-/// Runs one reader of the given kind on each file, in order.
-template <typename Reader>
-void addAll(const Target& target, InputKind kind, const std::vector<std::string>& paths) {
+/// Runs one reader on each file, in order.
+template <InputKind kind, typename Reader>
+void addAll(const InputTarget& target, const std::vector<std::string>& paths) {
     for (const std::string& path : paths) {
         Reader reader(path, target.err);
         add(target, kind, path, reader);
@@ -50,7 +57,7 @@ void addAll(const Target& target, InputKind kind, const std::vector<std::string>
 }
 
 /// Logic locations are matched against the project's kernels themselves.
-void addLogicLocations(const Target& target, const std::vector<std::string>& paths) {
+void addLogicLocations(const InputTarget& target, const std::vector<std::string>& paths) {
     LocationBudget budget; // one for all files of the run
     for (const std::string& path : paths) {
         LLFile reader(path, target.err);
@@ -65,32 +72,93 @@ void addLogicLocations(const Target& target, const std::vector<std::string>& pat
 }
 
 /// RAM reports are matched against the project's kernels themselves.
-void addRamReports(const Target& target, const std::vector<std::string>& paths) {
+void addRamReports(const InputTarget& target, const std::vector<std::string>& paths) {
     for (const std::string& path : paths) {
         RAMFile reader(path, target.database.kernels(), target.err);
         add(target, InputKind::RamReport, path, reader);
     }
 }
 
+// clang-format off
+constexpr std::array options{
+    InputOption{InputKind::Dwarf, 'd', "DWARF",
+                "Input DWARF metadata file",
+                "DWARF metadata file",
+                "DWARF",
+                &InputPaths::dwarfFile, addDwarf},
+    InputOption{InputKind::Hierarchy, 'h', "hierarchy",
+                "Input hierarchy metadata file generated from System Linker",
+                "Hierarchy metadata file of the system linker",
+                "a hierarchy file",
+                &InputPaths::hierarchyFiles, addAll<InputKind::Hierarchy, HierarchyFile>},
+    InputOption{InputKind::KernelXml, 'k', "kernel",
+                "Input kernel.xml meta data",
+                "kernel.xml of high-level synthesis",
+                "a kernel description (kernel.xml)",
+                &InputPaths::kernelFiles, addAll<InputKind::KernelXml, KernelFile>},
+    InputOption{InputKind::Hls, 's', "hls",
+                "Input kernel meta data generated from HLS",
+                "Kernel metadata of high-level synthesis",
+                "kernel metadata of high-level synthesis",
+                &InputPaths::hlsFiles, addAll<InputKind::Hls, HLSFile>},
+    InputOption{InputKind::AuxiliaryXml, 'x', "aux",
+                "Input *_auxiliary.xml meta data generated from HLS",
+                "*_auxiliary.xml of high-level synthesis",
+                "an auxiliary XML file",
+                &InputPaths::auxFiles, addAll<InputKind::AuxiliaryXml, AuxiliaryXMLFile>},
+    InputOption{InputKind::LogicLocations, 'l', "ll",
+                "Input *.ll meta data generated during bitstream generation",
+                "*.ll file of bitstream generation",
+                "a logic-location file",
+                &InputPaths::llFiles, addLogicLocations},
+    InputOption{InputKind::RamReport, 'r', "ram",
+                "Input ram utilization report file generated from synthesis",
+                "RAM utilization report of synthesis",
+                "a RAM utilization report",
+                &InputPaths::ramFiles, addRamReports},
+};
+// clang-format on
+
+/// Whether the row of each kind is where inputOption() takes it from.
+constexpr bool areInOrderOfKinds() {
+    for (std::size_t i = 0; i < options.size(); ++i) {
+        if (options[i].kind != static_cast<InputKind>(i)) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(areInOrderOfKinds());
+
 } // namespace
 
+std::span<const InputOption> inputOptions() {
+    return options;
+}
+
+const InputOption& inputOption(InputKind kind) {
+    return options[static_cast<std::size_t>(kind)];
+}
+
 bool InputPaths::anyInput() const {
-    return !dwarfFile.empty() || !hierarchyFiles.empty() || !kernelFiles.empty() ||
-           !hlsFiles.empty() || !auxFiles.empty() || !llFiles.empty() || !ramFiles.empty();
+    return std::ranges::any_of(options,
+                               [this](const InputOption& option) { return !of(option).empty(); });
+}
+
+std::vector<std::string> InputPaths::of(const InputOption& option) const {
+    if (const auto* const many = std::get_if<InputOption::ManyPaths>(&option.paths)) {
+        return this->**many;
+    }
+    const std::string& one = this->*std::get<InputOption::OnePath>(option.paths);
+    return one.empty() ? std::vector<std::string>() : std::vector{one};
 }
 
 void addInputs(ConsolidatedFile& database, const InputPaths& inputs, std::ostream& err,
                InputObserver* observer) {
-    const Target target{database, err, observer};
-    if (!inputs.dwarfFile.empty()) {
-        addDwarf(target, inputs.dwarfFile);
+    const InputTarget target{database, err, observer};
+    for (const InputOption& option : options) {
+        option.add(target, inputs.of(option));
     }
-    addAll<HierarchyFile>(target, InputKind::Hierarchy, inputs.hierarchyFiles);
-    addAll<KernelFile>(target, InputKind::KernelXml, inputs.kernelFiles);
-    addAll<HLSFile>(target, InputKind::Hls, inputs.hlsFiles);
-    addAll<AuxiliaryXMLFile>(target, InputKind::AuxiliaryXml, inputs.auxFiles);
-    addLogicLocations(target, inputs.llFiles);
-    addRamReports(target, inputs.ramFiles);
 }
 
 } // namespace consolidator

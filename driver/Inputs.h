@@ -1,16 +1,29 @@
-// The input files of a run and the order in which they are taken into a database.
+// The kinds of input files, each with all that is to be said of it in one row of one table, and the
+// order in which they are taken into a database.
+//
+//     for (const InputOption& option : inputOptions()) {
+//         for (const std::string& path : inputs.of(option)) { ...
+//
+// The options of both programs, the order of a run and the words of `check` are made from the
+// table. A new kind is a value of InputKind, a field of InputPaths and a row in Inputs.cpp.
 #pragma once
 
 #include "consolidated/ConsolidatedFile.h"
 #include "consolidated/InputFile.h"
 
 #include <ostream>
+#include <span>
 #include <string>
+#include <string_view>
+#include <variant>
 #include <vector>
 
 namespace consolidator {
 
-/// What an input file is, by the option that names it.
+struct InputOption;
+struct InputTarget;
+
+/// What an input file is, by the option that names it. In the order in which they are taken in.
 enum class InputKind {
     Dwarf,
     Hierarchy,
@@ -33,7 +46,35 @@ struct InputPaths {
 
     /// Whether a file of any kind is given.
     bool anyInput() const;
+
+    /// The files given with this option, in command-line order. An empty name is none for DWARF.
+    std::vector<std::string> of(const InputOption& option) const;
 };
+
+/// A row of the table: a kind of input, and the option that it is given with.
+struct InputOption {
+    /// Most options may be given again and again. DWARF is the odd one: there is one file of it.
+    using OnePath = std::string InputPaths::*;
+    using ManyPaths = std::vector<std::string> InputPaths::*;
+
+    InputKind kind;
+    char letter;                            ///< 'l', for -l.
+    std::string_view longName;              ///< "ll", for --ll.
+    std::string_view description;           ///< In the consolidator's --help.
+    std::string_view checkDescription;      ///< In the --help of `consolidator-inspect check`.
+    std::string_view content;               ///< What such a file is: "a logic-location file".
+    std::variant<OnePath, ManyPaths> paths; ///< Where the files' paths are kept.
+
+    /// Takes the files in; called by addInputs().
+    void (*add)(const InputTarget& target, const std::vector<std::string>& paths);
+};
+
+/// The table, in the order in which inputs are taken in, which is also that of the options in both
+/// programs' --help.
+std::span<const InputOption> inputOptions();
+
+/// The row of a kind.
+const InputOption& inputOption(InputKind kind);
 
 /// Looks on while inputs are taken in, for programs that explain what happens to them.
 class InputObserver {
@@ -54,8 +95,8 @@ public:
                               bool isUsable) = 0;
 };
 
-/// Takes all inputs into the database. The order of the kinds matters: each builds on what the ones
-/// before it have found. Messages of the readers go to `err`.
+/// Takes all inputs into the database, in the table's order, which matters: each kind builds on
+/// what the ones before it have found. Messages of the readers go to `err`.
 void addInputs(ConsolidatedFile& database, const InputPaths& inputs, std::ostream& err,
                InputObserver* observer = nullptr);
 
