@@ -29,27 +29,30 @@ bool beginsWithDigit(std::string_view word) {
 /// What a line of this kind occurs in.
 Content contentOfLine(std::string_view line) {
     if (contains(line, "Memory Utilization - Inferred")) {
-        return Content::RamReport;
+        return InputKind::RamReport;
     }
     const std::string_view first = takeWord(line);
     const std::string_view second = takeWord(line);
     if (first == "Bit" && beginsWithDigit(second)) {
-        return Content::LogicLocations;
+        return InputKind::LogicLocations;
     }
     if ((first == "Begin" && second == "Function") || (first == "RTL" && !second.empty())) {
-        return Content::Hls;
+        return InputKind::Hls;
     }
     if (first == "version:" || first == "type:" || (first == "instance" && second == "path:")) {
-        return Content::Hierarchy;
+        return InputKind::Hierarchy;
     }
-    return Content::Unknown;
+    return OtherContent::Unknown;
 }
 
 Content contentOfXml(std::string_view head) {
     if (contains(head, "<vd:acceleratorMap") || contains(head, "<vd:arg")) {
-        return Content::AuxiliaryXml;
+        return InputKind::AuxiliaryXml;
     }
-    return contains(head, "<project") ? Content::KernelXml : Content::OtherXml;
+    if (contains(head, "<project")) {
+        return InputKind::KernelXml;
+    }
+    return OtherContent::Xml;
 }
 
 /// Whether many bytes are none of a text. Texts may hold a few of them by mistake.
@@ -72,7 +75,7 @@ std::string headOf(const std::string& path) {
 
 Content contentOf(std::string_view head) {
     if (head.starts_with(databaseMagic)) {
-        return Content::Database;
+        return OtherContent::Database;
     }
     if (head.starts_with(utf8Mark)) {
         head.remove_prefix(utf8Mark.size());
@@ -87,87 +90,36 @@ Content contentOf(std::string_view head) {
     while (!head.empty()) {
         const std::size_t end = std::min(head.find('\n'), head.size() - 1);
         const Content content = contentOfLine(head.substr(0, end + 1));
-        if (content != Content::Unknown) {
+        if (content != Content(OtherContent::Unknown)) {
             return content;
         }
         head.remove_prefix(end + 1);
     }
-    return binary ? Content::Binary : Content::Unknown;
+    return binary ? OtherContent::Binary : OtherContent::Unknown;
 }
 
 std::string_view describe(Content content) {
-    switch (content) {
-    case Content::Hierarchy:
-        return "a hierarchy file";
-    case Content::KernelXml:
-        return "a kernel description (kernel.xml)";
-    case Content::Hls:
-        return "kernel metadata of high-level synthesis";
-    case Content::AuxiliaryXml:
-        return "an auxiliary XML file";
-    case Content::LogicLocations:
-        return "a logic-location file";
-    case Content::RamReport:
-        return "a RAM utilization report";
-    case Content::OtherXml:
+    if (const auto* const kind = std::get_if<InputKind>(&content)) {
+        return inputOption(*kind).content;
+    }
+    switch (std::get<OtherContent>(content)) {
+    case OtherContent::Xml:
         return "an XML file of another kind";
-    case Content::Database:
+    case OtherContent::Database:
         return "a consolidated file";
-    case Content::Binary:
+    case OtherContent::Binary:
         return "a binary file";
-    case Content::Unknown:
+    case OtherContent::Unknown:
         break;
     }
     return "nothing that is known";
 }
 
-std::optional<Content> contentFor(InputKind kind) {
-    switch (kind) {
-    case InputKind::Hierarchy:
-        return Content::Hierarchy;
-    case InputKind::KernelXml:
-        return Content::KernelXml;
-    case InputKind::Hls:
-        return Content::Hls;
-    case InputKind::AuxiliaryXml:
-        return Content::AuxiliaryXml;
-    case InputKind::LogicLocations:
-        return Content::LogicLocations;
-    case InputKind::RamReport:
-        return Content::RamReport;
-    case InputKind::Dwarf:
-        break;
+std::string optionFor(Content content) {
+    if (const auto* const kind = std::get_if<InputKind>(&content)) {
+        return {'-', inputOption(*kind).letter};
     }
-    return std::nullopt;
-}
-
-std::string_view optionFor(Content content) {
-    switch (content) {
-    case Content::Hierarchy:
-        return "-h";
-    case Content::KernelXml:
-        return "-k";
-    case Content::Hls:
-        return "-s";
-    case Content::AuxiliaryXml:
-        return "-x";
-    case Content::LogicLocations:
-        return "-l";
-    case Content::RamReport:
-        return "-r";
-    case Content::Database:
-        return "-f";
-    case Content::OtherXml:
-    case Content::Binary:
-    case Content::Unknown:
-        break;
-    }
-    return "";
-}
-
-std::string_view optionFor(InputKind kind) {
-    const std::optional<Content> content = contentFor(kind);
-    return content ? optionFor(*content) : "-d";
+    return content == Content(OtherContent::Database) ? "-f" : "";
 }
 
 std::string_view compressionOf(std::string_view head) {

@@ -5,38 +5,31 @@
 #include "driver/Inputs.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 
 namespace consolidator::inspect {
 
-/// What a file seems to hold.
-enum class Content : std::uint8_t {
+/// What a file may hold that is no input.
+enum class OtherContent : std::uint8_t {
     Unknown,
-    Hierarchy,
-    KernelXml,
-    Hls,
-    AuxiliaryXml,
-    LogicLocations,
-    RamReport,
-    OtherXml,
+    Xml, ///< Of another kind than those that are read.
     Database,
     Binary, ///< None of the others, and no text.
 };
 
+/// What a file seems to hold. Never DWARF, whose bytes are not looked into: it is a binary file.
+using Content = std::variant<InputKind, OtherContent>;
+
 /// Judges by words that only one kind of file has. `head` is the beginning of the file.
 Content contentOf(std::string_view head);
 
-/// In words: "a logic-location file".
+/// In words: "a logic-location file", "DWARF".
 std::string_view describe(Content content);
 
-/// What files of a kind hold. Nothing for DWARF, whose bytes are not looked into.
-std::optional<Content> contentFor(InputKind kind);
-
 /// The option that a kind of file is given with: "-l". Empty for contents that have none.
-std::string_view optionFor(Content content);
-std::string_view optionFor(InputKind kind);
+std::string optionFor(Content content);
 
 /// The name of the compression that the file is packed with; empty if it seems to be none.
 std::string_view compressionOf(std::string_view head);

@@ -172,7 +172,7 @@ void InputCheck::beforeReading(InputKind kind, const std::string& path, InputFil
     wasOpened_ = reader.isOpen();
     isMistaken_ = false;
     look_ = FileLook::at(path);
-    if (!given_.insert(std::string(optionFor(kind)) + wholePathOf(path)).second) {
+    if (!given_.insert(optionFor(kind) + wholePathOf(path)).second) {
         add(0, Severity::Warning, "given-twice", "is given twice");
     }
     if (wasOpened_) {
@@ -202,20 +202,18 @@ void InputCheck::lookAtContent(InputKind kind) {
         return;
     }
     const Content content = contentOf(look_.head);
-    const std::optional<Content> wanted = contentFor(kind);
-    if (content == Content::Unknown || content == wanted ||
-        (content == Content::Binary && !wanted)) {
+    const Content wanted = kind == InputKind::Dwarf ? Content(OtherContent::Binary) : Content(kind);
+    if (content == Content(OtherContent::Unknown) || content == wanted) {
         return;
     }
     std::string text = "looks like " + std::string(describe(content));
     if (!optionFor(content).empty()) {
-        text += ", which belongs to " + std::string(optionFor(content));
+        text += ", which belongs to " + optionFor(content);
     }
-    text += ", but is given with " + std::string(optionFor(kind));
-    text += wanted ? " as " + std::string(describe(*wanted)) : " as DWARF";
+    text += ", but is given with " + optionFor(kind) + " as " + std::string(describe(kind));
     add(0, Severity::Warning, "wrong-kind", std::move(text));
     // XML that nobody knows may be meant: then the reader knows better what is wrong with it.
-    isMistaken_ = content != Content::OtherXml;
+    isMistaken_ = content != Content(OtherContent::Xml);
 }
 
 void InputCheck::lookAtText(InputKind kind) {

@@ -8,36 +8,42 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <ostream>
 #include <string_view>
 #include <system_error>
+#include <variant>
 
 namespace consolidator::inspect {
 
 namespace {
 
-constexpr std::array<std::string_view, 13> longNames{
-    "add", "create", "DWARF",  "hierarchy",         "kernel",  "hls",  "aux",
-    "ll",  "ram",    "format", "consolidated_file", "project", "help",
-};
-
-constexpr std::string_view shortNames = "acdhksxlrfp";
+/// Whether a long name of the option begins so, or it has this letter.
+bool isMeantBy(std::string_view begin, const CLI::Option& option) {
+    const auto isBegun = [begin](std::string_view name) { return name.starts_with(begin); };
+    return std::ranges::any_of(option.get_lnames(), isBegun) ||
+           std::ranges::count(option.get_snames(), begin) > 0;
+}
 
 /// The names of an option for the command line: "-r,--ram,--ra,--r". As with the consolidator, a
 /// long one may be abbreviated as long as no other one begins in the same way. Not to the letter of
-/// another option, though: to newer versions of the parser "--f" and "-f" are the same name.
-std::string namesOf(std::string_view shortName, std::string_view longName) {
+/// another option, though: to newer versions of the parser "--f" and "-f" are the same name. `all`
+/// has all options under their whole names; without it there are no abbreviations.
+std::string namesOf(const CLI::App* all, std::string_view shortName, std::string_view longName) {
     std::string names(shortName);
-    for (std::size_t length = longName.size(); length > 0; --length) {
+    names += names.empty() ? "--" : ",--";
+    names += longName;
+    if (all == nullptr) {
+        return names;
+    }
+    const auto others = all->get_options([name = std::string(longName)](const CLI::Option* option) {
+        return !option->check_lname(name);
+    });
+    for (std::size_t length = longName.size() - 1; length > 0; --length) {
         const std::string_view begin = longName.substr(0, length);
-        const auto isBegun = [begin](std::string_view name) { return name.starts_with(begin); };
-        const bool isOthersLetter = length == 1 &&
-                                    shortNames.find(begin.front()) != std::string_view::npos &&
-                                    !shortName.ends_with(begin);
-        if (std::ranges::count_if(longNames, isBegun) == 1 && !isOthersLetter) {
-            names += names.empty() ? "--" : ",--";
+        const auto isMeant = [begin](const CLI::Option* other) { return isMeantBy(begin, *other); };
+        if (std::ranges::none_of(others, isMeant)) {
+            names += ",--";
             names += begin;
         }
     }
@@ -53,49 +59,42 @@ void addList(CLI::App& command, const std::string& names, std::vector<std::strin
         ->type_name("FILE");
 }
 
-/// Calls visit(path) for each input file.
-template <typename Visit>
-void forEachPath(const InputPaths& inputs, Visit visit) {
-    if (!inputs.dwarfFile.empty()) {
-        visit(inputs.dwarfFile);
-    }
-    for (const auto* paths : {&inputs.hierarchyFiles, &inputs.kernelFiles, &inputs.hlsFiles,
-                              &inputs.auxFiles, &inputs.llFiles, &inputs.ramFiles}) {
-        std::ranges::for_each(*paths, visit);
-    }
-}
-
 } // namespace
 
 CheckCommand::CheckCommand(CLI::App& commandLine) {
+    // How far a name may be cut short is known when all are, and an option takes no more names once
+    // it is added. So they are added twice, first to a command line that nobody uses.
+    CLI::App all;
+    addOptions(all, nullptr);
     CLI::App& command = *commandLine.add_subcommand(
         "check", "Read inputs as the consolidator does, and say what goes wrong; write nothing");
-    command.set_help_flag(namesOf("", "help"), "Print this help and exit");
+    addOptions(command, &all);
+}
+
+void CheckCommand::addOptions(CLI::App& command, const CLI::App* all) {
+    const auto names = [all](std::string_view shortName, std::string_view longName) {
+        return namesOf(all, shortName, longName);
+    };
+    command.set_help_flag(names("", "help"), "Print this help and exit");
     CLI::Option* const add =
-        command.add_flag(namesOf("-a", "add"), add_, "Add to what the database holds (default)");
+        command.add_flag(names("-a", "add"), add_, "Add to what the database holds (default)");
     command
-        .add_flag(namesOf("-c", "create"), create_,
+        .add_flag(names("-c", "create"), create_,
                   "Check for a new database, whatever the one of -f holds now")
         ->excludes(add);
-    addList(command, namesOf("-d", "DWARF"), dwarfFiles_, "DWARF metadata file");
-    addList(command, namesOf("-h", "hierarchy"), inputs_.hierarchyFiles,
-            "Hierarchy metadata file of the system linker");
-    addList(command, namesOf("-k", "kernel"), inputs_.kernelFiles,
-            "kernel.xml of high-level synthesis");
-    addList(command, namesOf("-s", "hls"), inputs_.hlsFiles,
-            "Kernel metadata of high-level synthesis");
-    addList(command, namesOf("-x", "aux"), inputs_.auxFiles,
-            "*_auxiliary.xml of high-level synthesis");
-    addList(command, namesOf("-l", "ll"), inputs_.llFiles, "*.ll file of bitstream generation");
-    addList(command, namesOf("-r", "ram"), inputs_.ramFiles, "RAM utilization report of synthesis");
+    for (const InputOption& input : inputOptions()) {
+        const auto* const many = std::get_if<InputOption::ManyPaths>(&input.paths);
+        addList(command, names(std::string{'-', input.letter}, input.longName),
+                many != nullptr ? inputs_.**many : dwarfFiles_,
+                std::string(input.checkDescription));
+    }
     command
-        .add_option(namesOf("-f", "consolidated_file"), databasePath_,
+        .add_option(names("-f", "consolidated_file"), databasePath_,
                     "Consolidated file that the inputs would be added to")
         ->check(emptyNameFault)
         ->type_name("DB");
-    command.add_option(namesOf("-p", "project"), project_, "Name of the project")
-        ->type_name("NAME");
-    command.add_option(namesOf("", "format"), format_, "Form of the output: text or json")
+    command.add_option(names("-p", "project"), project_, "Name of the project")->type_name("NAME");
+    command.add_option(names("", "format"), format_, "Form of the output: text or json")
         ->check(CLI::IsMember({"text", "json"}))
         ->type_name("FORM");
 }
@@ -148,13 +147,15 @@ Status CheckCommand::check(Console& console) {
 }
 
 void CheckCommand::reportDatabaseAsInput(Findings& findings) const {
-    forEachPath(inputs_, [&](const std::string& path) {
-        std::error_code error;
-        if (!databasePath_.empty() && std::filesystem::equivalent(path, databasePath_, error)) {
-            findings.add({path, 0, Severity::Error, "database-is-input",
-                          "is given with -f too: a run empties it before it is read"});
+    for (const InputOption& input : inputOptions()) {
+        for (const std::string& path : inputs_.of(input)) {
+            std::error_code error;
+            if (!databasePath_.empty() && std::filesystem::equivalent(path, databasePath_, error)) {
+                findings.add({path, 0, Severity::Error, "database-is-input",
+                              "is given with -f too: a run empties it before it is read"});
+            }
         }
-    });
+    }
 }
 
 } // namespace consolidator::inspect

@@ -30,6 +30,8 @@ public:
     Status run(Console& console) override;
 
 private:
+    /// `all` has these options already, by their whole names; without it none is abbreviated.
+    void addOptions(CLI::App& command, const CLI::App* all);
     Status check(Console& console);
     void reportDatabaseAsInput(Findings& findings) const;
 

@@ -21,38 +21,40 @@ Content contentOfExample(const std::string& name) {
 }
 
 TEST(FileLook, KnowsTheFilesOfTheExampleProject) {
-    EXPECT_EQ(contentOfExample("system.hier"), Content::Hierarchy);
-    EXPECT_EQ(contentOfExample("kernel.xml"), Content::KernelXml);
-    EXPECT_EQ(contentOfExample("scale_rows.hls"), Content::Hls);
-    EXPECT_EQ(contentOfExample("checksum.hls"), Content::Hls);
-    EXPECT_EQ(contentOfExample("checksum_auxiliary.xml"), Content::AuxiliaryXml);
-    EXPECT_EQ(contentOfExample("top.ll"), Content::LogicLocations);
-    EXPECT_EQ(contentOfExample("ram_utilization.rpt"), Content::RamReport);
-    EXPECT_EQ(contentOfExample("program.dwarf"), Content::Binary);
+    EXPECT_EQ(contentOfExample("system.hier"), Content(InputKind::Hierarchy));
+    EXPECT_EQ(contentOfExample("kernel.xml"), Content(InputKind::KernelXml));
+    EXPECT_EQ(contentOfExample("scale_rows.hls"), Content(InputKind::Hls));
+    EXPECT_EQ(contentOfExample("checksum.hls"), Content(InputKind::Hls));
+    EXPECT_EQ(contentOfExample("checksum_auxiliary.xml"), Content(InputKind::AuxiliaryXml));
+    EXPECT_EQ(contentOfExample("top.ll"), Content(InputKind::LogicLocations));
+    EXPECT_EQ(contentOfExample("ram_utilization.rpt"), Content(InputKind::RamReport));
+    EXPECT_EQ(contentOfExample("program.dwarf"), Content(OtherContent::Binary));
 }
 
 TEST(FileLook, JudgesByTheFirstLineThatOnlyOneKindHas) {
-    EXPECT_EQ(contentOf(""), Content::Unknown);
-    EXPECT_EQ(contentOf("# a comment\n\nblend\n"), Content::Unknown);
-    EXPECT_EQ(contentOf("blend\r\ntype: c"), Content::Hierarchy);
-    EXPECT_EQ(contentOf("instance path: a\nBit 1"), Content::Hierarchy);
-    EXPECT_EQ(contentOf("Bit rate\nBit 7 0x1"), Content::LogicLocations);
-    EXPECT_EQ(contentOf("RTL 1 s (x)"), Content::Hls);
-    EXPECT_EQ(contentOf("\xEF\xBB\xBF<?xml version=\"1.0\"?><component/>"), Content::OtherXml);
-    EXPECT_EQ(contentOf("\xD4\xDA\xEF\xBE"), Content::Database);
+    EXPECT_EQ(contentOf(""), Content(OtherContent::Unknown));
+    EXPECT_EQ(contentOf("# a comment\n\nblend\n"), Content(OtherContent::Unknown));
+    EXPECT_EQ(contentOf("blend\r\ntype: c"), Content(InputKind::Hierarchy));
+    EXPECT_EQ(contentOf("instance path: a\nBit 1"), Content(InputKind::Hierarchy));
+    EXPECT_EQ(contentOf("Bit rate\nBit 7 0x1"), Content(InputKind::LogicLocations));
+    EXPECT_EQ(contentOf("RTL 1 s (x)"), Content(InputKind::Hls));
+    EXPECT_EQ(contentOf("\xEF\xBB\xBF<?xml version=\"1.0\"?><component/>"),
+              Content(OtherContent::Xml));
+    EXPECT_EQ(contentOf("\xD4\xDA\xEF\xBE"), Content(OtherContent::Database));
 }
 
 TEST(FileLook, KnowsBinaryFiles) {
     EXPECT_EQ(contentOf(std::string("\x7F"
                                     "ELF\x02\x01\x01\0\0\0\0\0",
                                     12)),
-              Content::Binary);
+              Content(OtherContent::Binary));
     EXPECT_EQ(contentOf(std::string("\xFF\xFE"
                                     "a\0b\0c\0d\0e\0",
                                     12)),
-              Content::Unknown);                                         // a text
-    EXPECT_EQ(contentOf(std::string("a\0b\0c\0", 6)), Content::Unknown); // as many as may be
-    EXPECT_EQ(contentOf("\xFF\xFF\xFF\xFF\xFF"), Content::Unknown);
+              Content(OtherContent::Unknown)); // a text
+    EXPECT_EQ(contentOf(std::string("a\0b\0c\0", 6)),
+              Content(OtherContent::Unknown)); // as many as may be
+    EXPECT_EQ(contentOf("\xFF\xFF\xFF\xFF\xFF"), Content(OtherContent::Unknown));
 }
 
 TEST(FileLook, KnowsCompressedFiles) {
@@ -103,7 +105,8 @@ TEST(FileLook, MakesPathsOfOneFileTheSame) {
 TEST(FileLook, NamesTheOptions) {
     EXPECT_EQ(optionFor(InputKind::Dwarf), "-d");
     EXPECT_EQ(optionFor(InputKind::RamReport), "-r");
-    EXPECT_EQ(optionFor(Content::OtherXml), "");
+    EXPECT_EQ(optionFor(OtherContent::Database), "-f");
+    EXPECT_EQ(optionFor(OtherContent::Xml), "");
 }
 
 } // namespace
