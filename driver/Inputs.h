@@ -73,7 +73,7 @@ struct InputOption {
 /// programs' --help.
 std::span<const InputOption> inputOptions();
 
-/// The row of a kind.
+/// The row of a kind; there is one of each.
 const InputOption& inputOption(InputKind kind);
 
 /// Looks on while inputs are taken in, for programs that explain what happens to them.
