@@ -9,52 +9,6 @@
 
 include(CMakePackageConfigHelpers)
 
-set(CONSOLIDATOR_ZSH_COMPLETIONS ${CMAKE_INSTALL_DATADIR}/zsh/site-functions CACHE STRING
-    "Where zsh looks for completions; Debian's packages have a place of their own")
-
-# Programs
-
-install(TARGETS consolidator consolidator-inspect COMPONENT runtime)
-if(CONSOLIDATOR_SHARED)
-    # The library is found wherever the whole was installed to or moved.
-    file(RELATIVE_PATH libraries_from_programs ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-    set_target_properties(consolidator consolidator-inspect PROPERTIES
-        INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
-endif()
-foreach(program consolidator consolidator-inspect)
-    install(FILES packaging/completions/bash/${program}
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT runtime)
-    install(FILES packaging/completions/zsh/_${program}
-        DESTINATION ${CONSOLIDATOR_ZSH_COMPLETIONS} COMPONENT runtime)
-    install(FILES packaging/completions/fish/${program}.fish
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT runtime)
-endforeach()
-install(FILES README.md CHANGELOG.md CONTRIBUTING.md LICENSE SECURITY.md
-    DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
-install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
-
-# Man pages
-
-find_program(SCDOC scdoc)
-if(SCDOC)
-    foreach(program consolidator consolidator-inspect)
-        set(source ${PROJECT_BINARY_DIR}/man/${program}.1.scd)
-        set(page ${PROJECT_BINARY_DIR}/man/${program}.1)
-        configure_file(packaging/${program}.1.scd ${source} @ONLY)
-        # It writes to standard output only.
-        add_custom_command(OUTPUT ${page}
-            COMMAND sh -c [["$0" <"$1" >"$2.part" && mv "$2.part" "$2"]] ${SCDOC} ${source} ${page}
-            DEPENDS ${source}
-            COMMENT "Making the man page ${program}.1"
-            VERBATIM)
-        list(APPEND man_pages ${page})
-    endforeach()
-    add_custom_target(consolidator_man_pages ALL DEPENDS ${man_pages})
-    install(FILES ${man_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT runtime)
-else()
-    message(STATUS "scdoc is not installed: no man pages are made")
-endif()
-
 # The libraries
 
 set(header_folder ${CMAKE_INSTALL_INCLUDEDIR}/consolidator)
@@ -124,3 +78,53 @@ foreach(file consolidator consolidator-query)
     install(FILES ${PROJECT_BINARY_DIR}/cmake/${file}.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 endforeach()
+
+if(NOT CONSOLIDATOR_PROGRAMS)
+    return()
+endif()
+
+# Programs
+
+set(CONSOLIDATOR_ZSH_COMPLETIONS ${CMAKE_INSTALL_DATADIR}/zsh/site-functions CACHE STRING
+    "Where zsh looks for completions; Debian's packages have a place of their own")
+
+install(TARGETS consolidator consolidator-inspect COMPONENT runtime)
+if(CONSOLIDATOR_SHARED)
+    # The library is found wherever the whole was installed to or moved.
+    file(RELATIVE_PATH libraries_from_programs ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+    set_target_properties(consolidator consolidator-inspect PROPERTIES
+        INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
+endif()
+foreach(program consolidator consolidator-inspect)
+    install(FILES packaging/completions/bash/${program}
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT runtime)
+    install(FILES packaging/completions/zsh/_${program}
+        DESTINATION ${CONSOLIDATOR_ZSH_COMPLETIONS} COMPONENT runtime)
+    install(FILES packaging/completions/fish/${program}.fish
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT runtime)
+endforeach()
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md LICENSE SECURITY.md
+    DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
+install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
+
+# Man pages
+
+find_program(SCDOC scdoc)
+if(SCDOC)
+    foreach(program consolidator consolidator-inspect)
+        set(source ${PROJECT_BINARY_DIR}/man/${program}.1.scd)
+        set(page ${PROJECT_BINARY_DIR}/man/${program}.1)
+        configure_file(packaging/${program}.1.scd ${source} @ONLY)
+        # It writes to standard output only.
+        add_custom_command(OUTPUT ${page}
+            COMMAND sh -c [["$0" <"$1" >"$2.part" && mv "$2.part" "$2"]] ${SCDOC} ${source} ${page}
+            DEPENDS ${source}
+            COMMENT "Making the man page ${program}.1"
+            VERBATIM)
+        list(APPEND man_pages ${page})
+    endforeach()
+    add_custom_target(consolidator_man_pages ALL DEPENDS ${man_pages})
+    install(FILES ${man_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT runtime)
+else()
+    message(STATUS "scdoc is not installed: no man pages are made")
+endif()

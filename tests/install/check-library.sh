@@ -5,7 +5,7 @@
 #   tests/install/check-library.sh static|shared BUILD [EMULATOR]
 #
 # BUILD is a built tree, whose compiler is used for all, and whose emulator, if it is for another machine.
-# A shared library is built for this, below BUILD/install-tests, where everything goes.
+# A shared library is built for this, without the programs, below BUILD/install-tests, where everything goes.
 set -euo pipefail
 
 kind=$1
@@ -62,8 +62,8 @@ library=$build
 if [ "$kind" = shared ]; then
     library=$work/build
     quietly cmake -S "$source" -B "$library" "${configuration[@]}" \
-        -DCMAKE_BUILD_TYPE=Release -DCONSOLIDATOR_SHARED=ON -DBUILD_TESTING=OFF
-    quietly cmake --build "$library" --target consolidator_core consolidator_query --parallel "$(nproc)"
+        -DCMAKE_BUILD_TYPE=Release -DCONSOLIDATOR_SHARED=ON -DCONSOLIDATOR_PROGRAMS=OFF
+    quietly cmake --build "$library" --parallel "$(nproc)"
 fi
 for component in library development; do
     quietly cmake --install "$library" --prefix "$work/installed" --component "$component"
