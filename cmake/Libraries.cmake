@@ -10,10 +10,25 @@
 # parts of Abseil, other ones with each release, and say so only to who asks pkg-config. The shared
 # library knows what it needs. So everything in this program is shared.
 
+# consolidator_need(PACKAGE ...): find_package(), which says how to get what is missing
+set(consolidator_install_hint "scripts/install-dependencies build")
+if(CMAKE_CROSSCOMPILING)
+    set(consolidator_install_hint "scripts/install-dependencies build test arm64")
+endif()
+macro(consolidator_need package)
+    find_package(${package} ${ARGN})
+    if(NOT ${package}_FOUND)
+        message(FATAL_ERROR "${package} is missing. On Debian run:\n  ${consolidator_install_hint}\n")
+    endif()
+endmacro()
+
 # Without the programs the libraries are left. The core needs nothing but Expat. The one of questions,
-# consolidator::query, needs RE2 beside it, and is there if RE2 is.
-find_package(EXPAT 2.5 REQUIRED)
-if(NOT CONSOLIDATOR_PROGRAMS)
+# consolidator::query, needs RE2 beside it, and is there if RE2 is; what is installed has both.
+consolidator_need(EXPAT 2.5)
+if(NOT CONSOLIDATOR_PROGRAMS AND CONSOLIDATOR_INSTALL)
+    consolidator_need(RE2)
+    return()
+elseif(NOT CONSOLIDATOR_PROGRAMS)
     find_package(RE2 QUIET)
     if(NOT RE2_FOUND)
         message(STATUS "RE2 is not installed: there is no target consolidator::query")
@@ -45,12 +60,12 @@ else()
         unset(Boost_USE_STATIC_LIBS)
     endif()
 endif()
-find_package(Boost 1.74 REQUIRED CONFIG COMPONENTS program_options)
+consolidator_need(Boost 1.74 CONFIG COMPONENTS program_options)
 
-find_package(CLI11 2.1 REQUIRED)
-find_package(RE2 REQUIRED)
-find_package(RapidJSON REQUIRED)
-find_package(SQLite3 3.40 REQUIRED)
+consolidator_need(CLI11 2.1)
+consolidator_need(RE2)
+consolidator_need(RapidJSON)
+consolidator_need(SQLite3 3.40)
 # The name that CMake knows it by has changed; the new one draws a warning from no release, where there
 # is one.
 set(sqlite_target SQLite::SQLite3)
@@ -82,10 +97,10 @@ if(static_runtime)
     set(runtime_kind static)
 endif()
 string(CONCAT consolidator_linkage
-    "consolidator: C++ library ${runtime_kind}, Boost ${Boost_VERSION_STRING} ${boost_kind},"
-    " Expat ${expat_kind} (${static_runtime_reason})\n"
-    "consolidator-inspect: C++ library shared, RE2 ${re2_kind}, SQLite ${sqlite_kind},"
-    " Expat ${expat_kind} (RE2's archive does not say what it needs)\n"
+    "consolidator: C++ library ${runtime_kind}, Boost ${Boost_VERSION_STRING} ${boost_kind}"
+    " (${static_runtime_reason}), Expat ${expat_kind}\n"
+    "consolidator-inspect: C++ library shared, RE2 ${re2_kind}"
+    " (its archive does not say what it needs), SQLite ${sqlite_kind}, Expat ${expat_kind}\n"
     "made by ${CMAKE_CXX_COMPILER_ID} ${CMAKE_CXX_COMPILER_VERSION}"
     " for ${CMAKE_SYSTEM_PROCESSOR}")
 string(REPLACE "\n" "\n-- " linkage_lines "${consolidator_linkage}")
