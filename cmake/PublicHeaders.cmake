@@ -43,17 +43,13 @@ set(public_headers
     query/Stops.h
     query/Words.h
     readers/AuxiliaryXMLFile.h
-    readers/BitLine.h
-    readers/HardwareNames.h
     readers/HdlReservedWords.h
     readers/HierarchyFile.h
     readers/HLSFile.h
     readers/KernelFile.h
-    readers/KnownNets.h
-    readers/LineEnds.h
     readers/LLFile.h
     readers/LocationBudget.h
-    readers/NetMatcher.h
+    readers/LogicLocationObserver.h
     shared/KeyedHash.h
     shared/Marks.h
     shared/PathFinder.h

@@ -42,8 +42,9 @@ std::uint32_t Kernel::emptyBitsBefore(std::string_view rtlName, std::uint32_t bi
     return variable == nullptr ? bit : variable->emptyBitsBefore(bit);
 }
 
-void Kernel::addHardwareVariable(HardwareVariable variable) {
-    hardwareVariables_.findOrAdd(variable.name, [&] { return std::move(variable); });
+std::size_t Kernel::addHardwareVariable(HardwareVariable variable) {
+    const auto make = [&] { return std::move(variable); };
+    return hardwareVariables_.positionOf(hardwareVariables_.findOrAdd(variable.name, make).first);
 }
 
 void Kernel::addBreakableCondition(std::uint32_t kind, std::string_view condition) {

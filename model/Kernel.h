@@ -87,8 +87,8 @@ public:
     /// How many pairs of zeros addHardwareLocation() would add to the register for the bits below
     /// `bit`, which is what a small file can make large.
     std::uint32_t emptyBitsBefore(std::string_view rtlName, std::uint32_t bit);
-    /// Adds the register unless one of its name is there.
-    void addHardwareVariable(HardwareVariable variable);
+    /// Adds the register unless one of its name is there. Returns the position of the one that is.
+    std::size_t addHardwareVariable(HardwareVariable variable);
     /// Adds a condition without a source line unless an equal one is there.
     void addBreakableCondition(std::uint32_t kind, std::string_view condition);
     /// Adds the condition unless an equal one is there.

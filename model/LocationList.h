@@ -38,6 +38,9 @@ public:
     /// a whole list, use forEachRun().
     LogicLocation operator[](std::uint32_t bit) const;
 
+    /// Whether operator[] finds the entry without a walk through others.
+    bool findsAtOnce(std::uint32_t bit) const { return bit < row_.size(); }
+
     /// Sets a bit below 2^32 - 1, with as many pairs of zeros before it as are missing. A later
     /// location for the same bit replaces the earlier one. Constant time and memory on average.
     void set(std::uint32_t bit, LogicLocation location);

@@ -177,12 +177,12 @@ std::optional<BitLine> BitLine::read(const std::string& line) {
 void BitLine::setNet(std::string_view text) {
     hasNet = !text.empty();
     net = {};
-    number = 0;
+    bitIndex = 0;
     if (hasNet) {
         NetWord word;
         word.setNet(text);
         net = word.name;
-        number = word.hasIndex ? readIndex(word.index) : 0;
+        bitIndex = word.hasIndex ? readIndex(word.index) : 0;
     }
 }
 
@@ -197,10 +197,10 @@ bool BitLine::scan(const NetWord& word) {
         return false;
     }
     address = static_cast<std::uint32_t>(longAddress);
-    number = 0;
+    bitIndex = 0;
     if (word.hasIndex) {
         const char* const end = word.index.data() + word.index.size();
-        const auto [behind, error] = std::from_chars(word.index.data(), end, number);
+        const auto [behind, error] = std::from_chars(word.index.data(), end, bitIndex);
         if (error != std::errc() || behind != end) {
             return false;
         }

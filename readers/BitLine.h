@@ -38,8 +38,8 @@ struct NetWord {
 
 /// The bit of a net that a "Bit" line places.
 struct BitLine {
-    std::string_view net;     ///< Without the bit index; a view of the line.
-    std::uint32_t number = 0; ///< Of the bit.
+    std::string_view net; ///< Without the bit index; a view of the line.
+    std::uint32_t bitIndex = 0;
     std::uint32_t address = 0;
     std::uint32_t offset = 0;
     bool hasNet = false; ///< A line need not name one.

@@ -17,8 +17,8 @@ static_assert(KnownNets::longestNet <= static_cast<Length>(-1));
 
 KnownNets::KnownNets() : slots_(slotsAtFirst) {}
 
-std::span<const KnownNets::Place> KnownNets::find(std::string_view net) const {
-    return registersAt(slots_[placeOf(net, keyHash(net))]);
+std::span<const KnownNets::Register> KnownNets::find(std::string_view net) const {
+    return registersAt(slots_[slotOf(net, keyHash(net))]);
 }
 
 void KnownNets::findAll(std::span<Query> queries) const {
@@ -34,27 +34,27 @@ void KnownNets::findAll(std::span<Query> queries) const {
         }
     }
     for (Query& query : queries) {
-        query.registers = registersAt(slots_[placeOf(query.net, query.hash)]);
+        query.registers = registersAt(slots_[slotOf(query.net, query.hash)]);
     }
 }
 
-std::span<const KnownNets::Place> KnownNets::registersAt(const Slot& slot) const {
+std::span<const KnownNets::Register> KnownNets::registersAt(const Slot& slot) const {
     if (slot.text == none) {
         return {};
     }
-    return slot.place.kernel == none ? std::span(lists_[slot.place.position])
-                                     : std::span(&slot.place, 1);
+    return slot.single.kernel == none ? std::span(lists_[slot.single.position])
+                                      : std::span(&slot.single, 1);
 }
 
-void KnownNets::add(std::string_view net, std::span<const Place> registers) {
+void KnownNets::add(std::string_view net, std::span<const Register> registers) {
     if (texts_.size() + sizeof(Length) + net.size() > none) {
         return; // no position could tell where its text is
     }
     const std::uint64_t hash = keyHash(net);
-    Slot& slot = slots_[placeOf(net, hash)];
+    Slot& slot = slots_[slotOf(net, hash)];
     slot = {upperHalf(hash), static_cast<std::uint32_t>(texts_.size()), registers.front()};
     if (registers.size() > 1) {
-        slot.place = {none, static_cast<std::uint32_t>(lists_.size())};
+        slot.single = {none, static_cast<std::uint32_t>(lists_.size())};
         lists_.emplace_back(registers.begin(), registers.end());
     }
     const auto length = static_cast<Length>(net.size());
@@ -66,15 +66,15 @@ void KnownNets::add(std::string_view net, std::span<const Place> registers) {
     }
 }
 
-std::size_t KnownNets::placeOf(std::string_view net, std::uint64_t hash) const {
+std::size_t KnownNets::slotOf(std::string_view net, std::uint64_t hash) const {
     const std::size_t mask = slots_.size() - 1;
-    std::size_t place = static_cast<std::size_t>(hash) & mask;
-    for (; slots_[place].text != none; place = (place + 1) & mask) {
-        if (slots_[place].hash == upperHalf(hash) && textAt(slots_[place].text) == net) {
+    std::size_t slot = static_cast<std::size_t>(hash) & mask;
+    for (; slots_[slot].text != none; slot = (slot + 1) & mask) {
+        if (slots_[slot].hash == upperHalf(hash) && textAt(slots_[slot].text) == net) {
             break;
         }
     }
-    return place;
+    return slot;
 }
 
 std::string_view KnownNets::textAt(std::size_t position) const {
@@ -88,7 +88,7 @@ void KnownNets::grow() {
     for (const Slot& slot : old) {
         if (slot.text != none) {
             const std::string_view net = textAt(slot.text);
-            slots_[placeOf(net, keyHash(net))] = slot;
+            slots_[slotOf(net, keyHash(net))] = slot;
         }
     }
 }

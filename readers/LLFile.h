@@ -30,18 +30,11 @@
 
 #include "consolidated/InputFile.h"
 #include "model/Kernel.h"
-#include "readers/BitLine.h"
-#include "readers/KnownNets.h"
-#include "readers/LineEnds.h"
 #include "readers/LocationBudget.h"
-#include "readers/NetMatcher.h"
+#include "readers/LogicLocationObserver.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
-#include <span>
-#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -86,6 +79,10 @@ public:
     void setBudget(const LocationBudget& budget) { budget_ = budget; }
     const LocationBudget& budget() const { return budget_; }
 
+    /// Has the observer, which must stay until parse() is done, told what is read. To be called
+    /// before it.
+    void observe(LogicLocationObserver& observer) { observer_ = &observer; }
+
     /// Adds the locations of the nets that belong to the kernels. Fails in silence when the file is
     /// not open or cannot be read, and on a line that is too long or begins with another word than
     /// "Bit"; the kernels keep what came before. An empty file succeeds, one that begins with an
@@ -93,75 +90,15 @@ public:
     bool parse() override;
 
 private:
-    bool readLines();
-
-    /// Takes lines off ahead() as long as they are what tools write, which is nearly always so.
-    /// False when there is none, and the stream has to read the next line.
-    bool takeUsualLines();
-    bool takeUsualLine(std::string_view line, std::size_t net);
-    bool handleLine(const std::string& text);
-
-    bool passOverIfStranger(const NetWord& word, std::size_t lineLength);
-    void passOverStranger(std::size_t lineLength);
-
-    /// What of ahead() is looked at next, up to a zero byte.
-    std::string_view nextPiece(std::size_t size) const;
-
-    // So many bytes are looked at together, several times, while the processor has them at hand. A
-    // line that is not usual ends that: the next piece is no larger than twice what was taken of
-    // this one, so that a file full of such lines is not searched over and over.
-    static constexpr std::size_t smallestPiece = 64;
-    static constexpr std::size_t largestPiece = std::size_t{32} * 1024;
-
-    static constexpr std::size_t mostWaiting = 32;
-
-    /// A line whose net may belong to a kernel.
-    struct NetLine {
-        BitLine bit;
-        std::uint64_t number = 0;        ///< Of the line.
-        std::uint64_t bytesWithNets = 0; ///< Of the lines with a net, up to the end of this one.
-    };
-
-    Kernel& withRegisters(std::uint32_t owner);
-
-    void addWaiting();
-    void add(const NetLine& line);
-    void addToOwners(const NetLine& line);
-    void addToRegisters(const NetLine& line, std::span<const KnownNets::Place> registers);
-
-    // Whether the bit may be added; each one remarks on it if not.
-    bool mayHave(const NetLine& line);
-    bool mayShare(const NetLine& line);
-    bool mayLeaveEmpty(const NetLine& line, std::uint32_t emptyBits);
-
-    void payFor(const NetLine& line);
-    void noteStranger(std::uint64_t lineNumber);
-    void noteLostNet(std::string_view text, std::size_t net);
-    void remarkOnOddIndex(const BitLine& bit, std::string_view text);
-    void remarkOnSkipped(const NetLine& line, const std::string& reason);
+    class Reading;
 
     const std::vector<Kernel>* project_ = nullptr; ///< Null when the base's kernels are it.
 
     /// Per kernel of the base, whether it still lacks the registers that it has in the project.
     std::vector<bool> lacksRegisters_;
 
-    std::uint64_t lineNumber_ = 0;
-    std::size_t pieceSize_ = smallestPiece;
-    LineEnds lineEnds_;
-    std::optional<NetMatcher> matcher_;  ///< Of the project's kernels.
-    std::optional<KnownNets> knownNets_; ///< In the base's kernels.
     LocationBudget budget_;
-    std::uint64_t bytesWithNets_ = 0; ///< Of the lines with a net that were read.
-    std::uint64_t paidBytes_ = 0;     ///< So many of them are in the budget.
-    std::uint64_t strangers_ = 0;     ///< Lines whose net belongs to no kernel.
-    std::uint64_t firstStranger_ = 0;
-    std::uint64_t lostNets_ = 0; ///< Lines with a blank behind "Net=".
-    std::uint64_t firstLostNet_ = 0;
-
-    /// Usual lines that are added together, which is quicker. Their nets are views of ahead():
-    /// addWaiting() comes before the stream may read.
-    std::array<NetLine, mostWaiting> waiting_;
-    std::size_t waitingCount_ = 0;
+    LogicLocationObserver* observer_ = nullptr;
 };
 
 } // namespace consolidator

@@ -6,6 +6,7 @@
 #include "model/ConditionTranslation.h"
 #include "model/RAMFile.h"
 #include "readers/HLSFile.h"
+#include "readers/LLFile.h"
 #include "shared/Numbers.h"
 #include "shared/TextHash.h"
 #include "shared/Words.h"
@@ -25,10 +26,6 @@ namespace consolidator::inspect {
 namespace {
 
 constexpr std::string_view nothingMerged = "nothing of this file is merged";
-
-std::string_view noun(bool isArgument) {
-    return isArgument ? "argument" : "variable";
-}
 
 std::string bytesOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
@@ -178,6 +175,10 @@ void InputCheck::beforeReading(InputKind kind, const std::string& path, InputFil
     if (wasOpened_) {
         lookAtFile(kind);
     }
+    if (kind == InputKind::LogicLocations) {
+        placements_.repeatedBits = {};
+        dynamic_cast<LLFile&>(reader).observe(placements_);
+    }
     progress_.begin(path, look_.size);
     reader.watch([this](std::uint64_t bytes) { progress_.update(bytes); });
 }
@@ -267,7 +268,7 @@ void InputCheck::afterReading(InputKind kind, const std::string& path, const Inp
         }
         reportIgnoredLocations(reader);
         if (look_.isRegular) {
-            readLogicLocations_.push_back(path);
+            readLogicLocations_.push_back({path, placements_.repeatedBits});
         }
     } else if (kind == InputKind::RamReport) {
         reportRamReport(reader);
@@ -385,8 +386,8 @@ void InputCheck::reportIgnored(InputKind kind, const Kernel& kernel,
         // Auxiliary XML knows no types but "int" and a pointer to it.
         const bool isExpected = kind == InputKind::AuxiliaryXml && !isRenamed;
         add(0, isExpected ? Severity::Note : Severity::Warning, "ignored-description",
-            std::string(noun(description.isArgument)) + " " + quotedName(description.sourceName) +
-                ofKernel + " is ignored: " +
+            (description.isArgument ? "argument " : "variable ") +
+                quotedName(description.sourceName) + ofKernel + " is ignored: " +
                 (isRenamed ? "hardware name " + quotedName(description.hardwareName) + " here, " +
                                  quotedName(description.firstHardwareName)
                            : "type " + quotedName(description.typeText) + " here, " +

@@ -5,6 +5,7 @@
 #include "inspect/check/FileLook.h"
 #include "inspect/check/Finding.h"
 #include "inspect/check/KernelOrigins.h"
+#include "inspect/check/RepeatedBits.h"
 #include "inspect/text/Progress.h"
 
 #include <cstdint>
@@ -27,6 +28,12 @@ public:
         bool isMistaken = false; ///< Its content is of another kind: its kernels are none.
     };
 
+    /// A logic-location file that was read to its end.
+    struct LogicLocations {
+        std::string path;
+        RepeatedBits repeatedBits;
+    };
+
     /// All three must outlive this object. `database` is the one that the inputs are added to.
     InputCheck(const ConsolidatedFile& database, Findings& findings, Progress& progress)
         : database_(database), findings_(findings), progress_(progress) {}
@@ -44,10 +51,18 @@ public:
     /// By their numbers in origins().
     const std::vector<Input>& inputs() const { return inputs_; }
 
-    /// The logic-location files that were read to their ends.
-    const std::vector<std::string>& readLogicLocations() const { return readLogicLocations_; }
+    /// Those that can be read once more.
+    const std::vector<LogicLocations>& readLogicLocations() const { return readLogicLocations_; }
 
 private:
+    /// Looks on while a logic-location file is read.
+    class Placements final : public LogicLocationObserver {
+    public:
+        void bitPlaced(const Placement& placement) override { repeatedBits.look(placement); }
+
+        RepeatedBits repeatedBits;
+    };
+
     void add(std::uint64_t line, Severity severity, std::string code, std::string text);
 
     void lookAtFile(InputKind kind);
@@ -79,7 +94,8 @@ private:
     KernelOrigins origins_;
     std::vector<Input> inputs_;
     std::unordered_set<std::string> given_; ///< An option's letter and a path.
-    std::vector<std::string> readLogicLocations_;
+    Placements placements_;                 ///< Of the logic-location file that is being read.
+    std::vector<LogicLocations> readLogicLocations_;
 };
 
 /// The name of a kernel type, as a hierarchy file has it.

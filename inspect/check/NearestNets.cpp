@@ -2,13 +2,9 @@
 
 #include "query/KernelView.h"
 #include "query/NameDistance.h"
-#include "readers/BitLine.h"
 #include "readers/LLFile.h"
-#include "shared/Words.h"
 
 #include <algorithm>
-#include <array>
-#include <fstream>
 #include <optional>
 
 namespace consolidator::inspect {
@@ -99,23 +95,10 @@ void NearestNets::addWanted(MissingName& missing, const Kernel& kernel) {
     }
 }
 
-void NearestNets::read(const std::string& path, Progress& progress) {
-    std::ifstream file(path);
-    std::array<char, LLFile::longestLine + 1> buffer{};
-    std::string last; // a bus has a line for each of its bits
-    std::uint64_t bytes = 0;
-    constexpr std::uint64_t linesBetween = 1024;
-    for (std::uint64_t line = 1; file.good(); ++line) {
-        file.getline(buffer.data(), static_cast<std::streamsize>(buffer.size()));
-        bytes += static_cast<std::uint64_t>(file.gcount());
-        if (line % linesBetween == 0) {
-            progress.update(bytes);
-        }
-        const std::string_view net = netOfLine(buffer.data());
-        if (!net.empty() && net != last) {
-            last = net;
-            offer({net, lastComponent(net), path, line});
-        }
+void NearestNets::look(std::string_view net, const std::string& file, std::uint64_t line) {
+    if (!net.empty() && net != last_) {
+        last_ = net;
+        offer({net, lastComponent(net), file, line});
     }
 }
 
@@ -197,27 +180,6 @@ const NearestNets::Names* NearestNets::namesOf(const Kernel& kernel) {
         }
     }
     return &found->second;
-}
-
-std::string_view netOfLine(std::string_view line) {
-    constexpr std::string_view prefix = NetWord::prefix;
-    if (line.starts_with(';')) {
-        return {};
-    }
-    std::size_t at = line.rfind(prefix);
-    while (at != std::string_view::npos && (at == 0 || !isSpace(line[at - 1]))) {
-        at = at == 0 ? std::string_view::npos : line.rfind(prefix, at - 1);
-    }
-    if (at == std::string_view::npos) {
-        return {};
-    }
-    std::string_view rest = line.substr(at + prefix.size());
-    if (rest.empty() || isSpace(rest.front())) {
-        return {};
-    }
-    std::string_view net = takeWord(rest);
-    const std::size_t bracket = net.ends_with(']') ? net.rfind('[') : std::string_view::npos;
-    return bracket == std::string_view::npos ? net : net.substr(0, bracket);
 }
 
 } // namespace consolidator::inspect

@@ -1,9 +1,8 @@
-// Looks through logic-location files for nets that almost belong to a kernel.
+// Finds among the nets of logic-location files those that almost belong to a kernel.
 #pragma once
 
 #include "inspect/check/Coverage.h"
 #include "inspect/check/PathsInNet.h"
-#include "inspect/text/Progress.h"
 #include "query/InstanceFinder.h"
 #include "shared/TextHash.h"
 
@@ -30,9 +29,8 @@ namespace consolidator::inspect {
 /// that the kernel has, under none of the kernel's instance paths, the nearer to this one the
 /// better.
 ///
-/// It costs one more pass over the file, for the inspector alone. What a net costs is bounded: only
-/// the first kernels that miss a name, and the first of the names without any net, are looked
-/// after.
+/// What a net costs is bounded: only the first kernels that miss a name, and the first of the names
+/// without any net, are looked after.
 class NearestNets {
 public:
     /// Fills in the `nearest` of the coverage, which must outlive this object and stay where it is.
@@ -41,8 +39,8 @@ public:
     /// Whether there is anything to look for.
     bool anyMissing() const { return !byName_.empty() || !bare_.empty(); }
 
-    /// Looks through one file, of which every line can be read, as LLFile has found.
-    void read(const std::string& path, Progress& progress);
+    /// Looks at a net that a line of a file names, without its leading "/" and bit index.
+    void look(std::string_view net, const std::string& file, std::uint64_t line);
 
 private:
     static constexpr std::size_t mostOfAName = 32;
@@ -94,9 +92,7 @@ private:
     std::vector<Alike> alike_;
     std::deque<Bare> bare_;
     PathsInNet paths_; ///< Of the kernels that miss names.
+    std::string last_; ///< The net that was looked at last: a bus has a line for each of its bits.
 };
-
-/// The net that a line of a logic-location file names, without its bit index; empty if none.
-std::string_view netOfLine(std::string_view line);
 
 } // namespace consolidator::inspect

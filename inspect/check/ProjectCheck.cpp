@@ -3,9 +3,11 @@
 #include "inspect/check/NearestNets.h"
 #include "inspect/check/RepeatedBits.h"
 #include "query/NameDistance.h"
+#include "readers/LLFile.h"
 
 #include <algorithm>
 #include <optional>
+#include <ostream>
 
 namespace consolidator::inspect {
 
@@ -38,6 +40,27 @@ std::string furtherNets(std::size_t count) {
     return count > 1 ? " (and " + std::to_string(count - 1) + " more)" : "";
 }
 
+/// Hands on what the second reading of a file tells.
+class SecondReading final : public LogicLocationObserver {
+public:
+    /// All of it must outlive this object.
+    SecondReading(const std::string& path, NearestNets& nets, RepeatedBits& repeatedBits)
+        : path_(path), nets_(nets), repeatedBits_(repeatedBits) {}
+
+    void netNamed(std::string_view net, std::uint64_t line) override {
+        if (nets_.anyMissing()) {
+            nets_.look(net, path_, line);
+        }
+    }
+
+    void bitPlaced(const Placement& placement) override { repeatedBits_.lookAgain(placement); }
+
+private:
+    const std::string& path_;
+    NearestNets& nets_;
+    RepeatedBits& repeatedBits_;
+};
+
 } // namespace
 
 void ProjectCheck::run() {
@@ -49,8 +72,7 @@ void ProjectCheck::run() {
     if (inputs_.readLogicLocations().empty()) {
         return;
     }
-    reportRepeatedBits(database_.kernels(), inputs_.readLogicLocations(), findings_, progress_);
-    findNearestNets();
+    readAgain();
     for (const KernelCoverage& kernel : coverage_) {
         reportCoverage(kernel);
     }
@@ -125,15 +147,26 @@ std::string ProjectCheck::nearestKernel(const Kernel& kernel) {
     return nearest == nullptr ? "" : "; is it " + quotedName(*nearest) + "?";
 }
 
-void ProjectCheck::findNearestNets() {
+void ProjectCheck::readAgain() {
     NearestNets nets(coverage_);
-    if (!nets.anyMissing()) {
-        return;
-    }
-    for (const std::string& path : inputs_.readLogicLocations()) {
+    for (auto [path, repeatedBits] : inputs_.readLogicLocations()) {
+        if (!nets.anyMissing() && !repeatedBits.any()) {
+            continue;
+        }
+        std::ostream nowhere(nullptr);
+        LLFile reader(path, nowhere);
+        if (repeatedBits.any()) { // else it need not know which nets belong to a kernel
+            reader.setProject(database_.kernels());
+        }
+        SecondReading reading(path, nets, repeatedBits);
+        reader.observe(reading);
         progress_.begin(path, FileLook::at(path).size);
-        nets.read(path, progress_);
+        reader.watch([this](std::uint64_t bytes) { progress_.update(bytes); });
+        reader.tryToParse(); // as it was parsed before
         progress_.end();
+        if (repeatedBits.any()) {
+            repeatedBits.report(path, findings_);
+        }
     }
 }
 
@@ -238,7 +271,8 @@ void ProjectCheck::reportNothingLocated(const KernelCoverage& kernel) {
     if (located > 0 || total == 0) {
         return;
     }
-    findings_.add({inputs_.readLogicLocations().front(), 0, Severity::Warning, "nothing-located",
+    findings_.add({inputs_.readLogicLocations().front().path, 0, Severity::Warning,
+                   "nothing-located",
                    "no net has the name of an argument or variable of kernel " +
                        quotedName(kernel.kernel->name())});
 }

@@ -35,7 +35,7 @@ private:
     void reportLonely(const Kernel& kernel, const InputCheck::Input& input);
     void reportWithoutInstance(const Kernel& kernel);
     std::string nearestKernel(const Kernel& kernel);
-    void findNearestNets();
+    void readAgain();
     void reportCoverage(const KernelCoverage& kernel);
     bool reportOtherPath(const KernelCoverage& kernel);
     bool reportOtherName(const KernelCoverage& kernel);

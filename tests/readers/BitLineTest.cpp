@@ -15,7 +15,7 @@
 namespace consolidator {
 
 void PrintTo(const BitLine& bit, std::ostream* out) {
-    *out << bit.net << '[' << bit.number << "] at " << bit.address << ", " << bit.offset;
+    *out << bit.net << '[' << bit.bitIndex << "] at " << bit.address << ", " << bit.offset;
 }
 
 } // namespace consolidator
@@ -33,7 +33,7 @@ bool scan(const std::string& line, BitLine& bit) {
 /// What the quick way makes of the line, which must live on; it must not refuse.
 BitLine scanned(const std::string& line) {
     BitLine bit;
-    bit.number = 77; // of the line before
+    bit.bitIndex = 77; // of the line before
     EXPECT_TRUE(scan(line, bit)) << line;
     return bit;
 }
@@ -44,9 +44,9 @@ bool isRefused(const std::string& line) {
 }
 
 /// What a line with a net gives.
-BitLine bitOf(std::string_view net, std::uint32_t number, std::uint32_t address,
+BitLine bitOf(std::string_view net, std::uint32_t bitIndex, std::uint32_t address,
               std::uint32_t offset) {
-    return {net, number, address, offset, true};
+    return {net, bitIndex, address, offset, true};
 }
 
 const std::string fields = "Bit 1 0x2 3 a 0 ";
@@ -150,7 +150,7 @@ TEST(BitLine, ReadsNoNetWhereNothingIsBehindTheLastOne) {
 }
 
 TEST(BitLine, ReadsIndicesAsTheStreamDoes) {
-    for (const auto& [index, number] :
+    for (const auto& [index, bitIndex] :
          std::vector<std::pair<std::string, std::uint32_t>>{{"", 0},
                                                             {"x", 0},
                                                             {"1x", 1},
@@ -158,7 +158,7 @@ TEST(BitLine, ReadsIndicesAsTheStreamDoes) {
                                                             {"-1", 0xFFFFFFFF},
                                                             {"4294967296", 0xFFFFFFFF}}) {
         const std::string line = fields + "Net=n[" + index + "]";
-        EXPECT_EQ(BitLine::read(line), bitOf("n", number, 2, 3)) << line;
+        EXPECT_EQ(BitLine::read(line), bitOf("n", bitIndex, 2, 3)) << line;
     }
 }
 

@@ -13,45 +13,45 @@
 namespace consolidator::test {
 namespace {
 
-using Places = std::vector<std::pair<std::uint32_t, std::uint32_t>>;
+using Registers = std::vector<std::pair<std::uint32_t, std::uint32_t>>;
 
-Places pairsOf(std::span<const KnownNets::Place> registers) {
-    Places places;
+Registers pairsOf(std::span<const KnownNets::Register> registers) {
+    Registers result;
     for (const auto& [kernel, position] : registers) {
-        places.emplace_back(kernel, position);
+        result.emplace_back(kernel, position);
     }
-    return places;
+    return result;
 }
 
-Places placesOf(const KnownNets& nets, std::string_view net) {
+Registers registersOf(const KnownNets& nets, std::string_view net) {
     return pairsOf(nets.find(net));
 }
 
 TEST(KnownNets, KnowsNothingAtFirst) {
     const KnownNets nets;
-    EXPECT_EQ(placesOf(nets, ""), Places());
-    EXPECT_EQ(placesOf(nets, "a"), Places());
+    EXPECT_EQ(registersOf(nets, ""), Registers());
+    EXPECT_EQ(registersOf(nets, "a"), Registers());
 }
 
 TEST(KnownNets, GivesAllRegistersOfANet) {
     KnownNets nets;
-    const std::vector<KnownNets::Place> several{{0, 1}, {2, 0}, {2, 0}};
+    const std::vector<KnownNets::Register> several{{0, 1}, {2, 0}, {2, 0}};
     nets.add("top/a", several);
-    nets.add("", std::vector<KnownNets::Place>{{7, 3}});
-    nets.add("b", std::vector<KnownNets::Place>{{1, 5}, {0, 0}});
-    EXPECT_EQ(placesOf(nets, "top/a"), (Places{{0, 1}, {2, 0}, {2, 0}}));
-    EXPECT_EQ(placesOf(nets, ""), (Places{{7, 3}}));
-    EXPECT_EQ(placesOf(nets, "b"), (Places{{1, 5}, {0, 0}}));
-    EXPECT_EQ(placesOf(nets, "a"), Places());
-    EXPECT_EQ(placesOf(nets, "top/a/"), Places());
+    nets.add("", std::vector<KnownNets::Register>{{7, 3}});
+    nets.add("b", std::vector<KnownNets::Register>{{1, 5}, {0, 0}});
+    EXPECT_EQ(registersOf(nets, "top/a"), (Registers{{0, 1}, {2, 0}, {2, 0}}));
+    EXPECT_EQ(registersOf(nets, ""), (Registers{{7, 3}}));
+    EXPECT_EQ(registersOf(nets, "b"), (Registers{{1, 5}, {0, 0}}));
+    EXPECT_EQ(registersOf(nets, "a"), Registers());
+    EXPECT_EQ(registersOf(nets, "top/a/"), Registers());
 }
 
 TEST(KnownNets, KnowsTheLongestNet) {
     KnownNets nets;
     const std::string longest(KnownNets::longestNet, 'x');
-    nets.add(longest, std::vector<KnownNets::Place>{{1, 2}});
-    EXPECT_EQ(placesOf(nets, longest), (Places{{1, 2}}));
-    EXPECT_EQ(placesOf(nets, std::string_view(longest).substr(1)), Places());
+    nets.add(longest, std::vector<KnownNets::Register>{{1, 2}});
+    EXPECT_EQ(registersOf(nets, longest), (Registers{{1, 2}}));
+    EXPECT_EQ(registersOf(nets, std::string_view(longest).substr(1)), Registers());
 }
 
 TEST(KnownNets, FindsEachOfManyNetsOneByOneAndTogether) {
@@ -60,13 +60,13 @@ TEST(KnownNets, FindsEachOfManyNetsOneByOneAndTogether) {
     std::vector<std::string> names;
     for (std::uint32_t i = 0; i < count; ++i) {
         names.push_back("top/k/" + std::to_string(i));
-        const KnownNets::Place place{i % 7, i / 7};
-        nets.add(names.back(), {&place, 1});
+        const KnownNets::Register single{i % 7, i / 7};
+        nets.add(names.back(), {&single, 1});
     }
     for (std::uint32_t i = 0; i < count; ++i) {
-        ASSERT_EQ(placesOf(nets, names[i]), (Places{{i % 7, i / 7}})) << i;
+        ASSERT_EQ(registersOf(nets, names[i]), (Registers{{i % 7, i / 7}})) << i;
     }
-    EXPECT_EQ(placesOf(nets, "top/k/20000"), Places());
+    EXPECT_EQ(registersOf(nets, "top/k/20000"), Registers());
     names.emplace_back("top/k/20000");
     names.emplace_back("");
     std::vector<KnownNets::Query> queries(names.size());
@@ -75,7 +75,7 @@ TEST(KnownNets, FindsEachOfManyNetsOneByOneAndTogether) {
     }
     nets.findAll(queries);
     for (std::uint32_t i = 0; i < names.size(); ++i) {
-        const Places expected = i < count ? Places{{i % 7, i / 7}} : Places();
+        const Registers expected = i < count ? Registers{{i % 7, i / 7}} : Registers();
         ASSERT_EQ(pairsOf(queries[i].registers), expected) << i;
     }
     nets.findAll({});

@@ -2,12 +2,10 @@
 
 #include "inspect/check/NearestNets.h"
 
-#include "tests/support/TemporaryDirectory.h"
-
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -15,10 +13,8 @@ namespace consolidator::inspect::test {
 
 namespace {
 
-using consolidator::test::TemporaryDirectory;
-
-/// Looks for the variable "sum_reg" of a kernel at "top/r/k_1" in a file with these nets, a line
-/// each.
+/// Looks for the variable "sum_reg" of a kernel at "top/r/k_1" among these nets, one on each
+/// line.
 std::optional<NearNet> nearestIn(const std::vector<std::string>& nets) {
     Kernel kernel;
     kernel.addInstancePath("top/r/k_1");
@@ -26,19 +22,17 @@ std::optional<NearNet> nearestIn(const std::vector<std::string>& nets) {
     const std::vector<Kernel> kernels{kernel};
     std::vector<KernelCoverage> coverage = coverageOf(kernels);
 
-    std::string text;
+    NearestNets search(coverage);
+    const std::string file = "top.ll";
+    std::uint64_t line = 0;
     for (const std::string& net : nets) {
-        text += "Bit 1 0x1 0 DIE0 0 Latch=Q Net=" + net + "\n";
+        search.look(net, file, ++line);
     }
-    const TemporaryDirectory directory;
-    std::ostringstream err;
-    Progress progress(err, false);
-    NearestNets(coverage).read(directory.write("top.ll", text), progress);
     return coverage.at(0).missing.at(0).nearest;
 }
 
 TEST(NearestNets, PreferTheNameUnderTheNearestPath) {
-    const auto nearest = nearestIn({"top/r/k_2/sum_reg_0", "a/sum_reg[0]", "top/r/k_2/sum_reg[1]",
+    const auto nearest = nearestIn({"top/r/k_2/sum_reg_0", "a/sum_reg", "top/r/k_2/sum_reg",
                                     "top/q/sum_reg", "top/r/k_3/sum_reg"});
     ASSERT_TRUE(nearest);
     EXPECT_EQ(nearest->net, "/top/r/k_2/sum_reg");
@@ -76,11 +70,7 @@ TEST(NearestNets, LeaveNetsThatBelongToOtherNames) {
     kernel.addHardwareLocation("/top/k_1/sum2_reg", 0, 1, 0);
     const std::vector<Kernel> kernels{kernel};
     std::vector<KernelCoverage> coverage = coverageOf(kernels);
-    const TemporaryDirectory directory;
-    std::ostringstream err;
-    Progress progress(err, false);
-    NearestNets(coverage).read(
-        directory.write("top.ll", "Bit 1 0x1 0 DIE0 0 Net=top/k_1/sum2_reg\n"), progress);
+    NearestNets(coverage).look("top/k_1/sum2_reg", "top.ll", 1);
     ASSERT_EQ(coverage.at(0).missing.size(), 1U);
     EXPECT_FALSE(coverage.at(0).missing.at(0).nearest);
 }
@@ -93,18 +83,6 @@ TEST(NearestNets, TakeNothingFromNamesThatAreNotAlike) {
 TEST(NearestNets, KnowWhenThereIsNothingToLookFor) {
     std::vector<KernelCoverage> none;
     EXPECT_FALSE(NearestNets(none).anyMissing());
-}
-
-TEST(NearestNets, FindTheNetOfALine) {
-    EXPECT_EQ(netOfLine("Bit 1 0x1 0 DIE0 0 Latch=Q Net=top/k[3] "), "top/k");
-    EXPECT_EQ(netOfLine("Bit 1 Net=a Net=b"), "b");
-    EXPECT_EQ(netOfLine("Bit 1 Net=a xNet=b"), "a");
-    EXPECT_EQ(netOfLine("Bit 1 Net=a]"), "a]");
-    EXPECT_EQ(netOfLine("Bit 1 Net="), "");
-    EXPECT_EQ(netOfLine("Bit 1 Net= a"), "");
-    EXPECT_EQ(netOfLine("; Bit 1 Net=a"), "");
-    EXPECT_EQ(netOfLine("Net=a"), "");
-    EXPECT_EQ(netOfLine("Bit 1 Ram=B:BIT0"), "");
 }
 
 } // namespace

@@ -1,83 +1,80 @@
-// Bits that a logic-location file places twice.
+// Bits that a logic-location file places twice, by what two readings of the file tell.
 
 #include "inspect/check/RepeatedBits.h"
-
-#include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sstream>
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace consolidator::inspect::test {
 
 namespace {
 
-using consolidator::test::TemporaryDirectory;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
-/// A kernel with the register "/top/k_1/r".
-Kernel kernel() {
-    Kernel result;
-    result.addHardwareLocation("/top/k_1/r", 0, 1, 1);
-    return result;
+using Lines = std::vector<RepeatedBits::Placement>;
+
+const LogicLocation here{1, 7};
+const LogicLocation there{1, 8};
+const LogicLocation elsewhere{2, 7};
+
+RepeatedBits::Placement placed(std::uint64_t line, std::string_view net, std::uint32_t bitIndex,
+                               LogicLocation location,
+                               std::optional<LogicLocation> before = std::nullopt) {
+    return {net, bitIndex, location, line, before};
 }
 
-struct RepeatedBits : testing::Test {
-    TemporaryDirectory directory;
-    std::string path;
+Finding warning(std::uint64_t line, const std::string& text) {
+    return {"a.ll", line, Severity::Warning, "repeated-bit", text};
+}
 
-    std::vector<Finding> findingsOf(const std::string& text) {
-        path = directory.write("a.ll", text);
-        Findings findings;
-        std::ostringstream out;
-        Progress progress(out, false);
-        reportRepeatedBits({kernel()}, {path}, findings, progress);
-        return findings.kept();
+std::vector<Finding> findingsOf(const Lines& first, const Lines& second) {
+    RepeatedBits bits;
+    for (const auto& line : first) {
+        bits.look(line);
     }
-
-    Finding warning(std::uint64_t line, const std::string& text) const {
-        return {path, line, Severity::Warning, "repeated-bit", text};
+    EXPECT_TRUE(bits.any());
+    for (const auto& line : second) {
+        bits.lookAgain(line);
     }
-};
-
-TEST_F(RepeatedBits, AreFoundOncePerFile) {
-    const auto found = findingsOf("Bit 1 0x1 7 DIE0 0 Net=top/k_1/r[2]\n"
-                                  "Bit 1 0x1 8 DIE0 0 Net=top/k_1/r[3]\n"
-                                  "; a comment\n"
-                                  "Bit 1 0x1 9 DIE0 0 Net=top/k_1/r[2]\n"
-                                  "Bit 1 0x2 8 DIE0 0 Net=top/k_1/r[3]\n"
-                                  "Bit 1 0x2 9 DIE0 0 Net=top/k_1/r[3]\n");
-    EXPECT_THAT(found, ElementsAre(warning(4, "line 1 places the same bit elsewhere, and the later "
-                                              "line counts; there are 2 more such lines")));
+    Findings findings;
+    bits.report("a.ll", findings);
+    return findings.kept();
 }
 
-TEST_F(RepeatedBits, AreFoundOnLinesThatAreNotUsual) {
-    const auto found = findingsOf("Bit 1 0x1 7 DIE0 0 Net=top/k_1/r\n"
-                                  "Bit 1 0x1 8 DIE0 0 Net=top/k_1/r[a] X\n");
-    EXPECT_THAT(found, ElementsAre(warning(
-                           2, "line 1 places the same bit elsewhere, and the later line counts")));
+TEST(RepeatedBits, NameTheFirstAndTheLineBeforeIt) {
+    const Lines lines{placed(1, "r", 2, here), placed(2, "q", 2, here), placed(3, "r", 1, here),
+                      placed(4, "r", 2, there, here)};
+    EXPECT_THAT(findingsOf(lines, lines),
+                ElementsAre(warning(4, "line 1 places the same bit elsewhere, and the later line "
+                                       "counts")));
 }
 
-TEST_F(RepeatedBits, AreNoneAtOneAndTheSamePlace) {
-    EXPECT_THAT(findingsOf("Bit 1 0x1 7 DIE0 0 Net=top/k_1/r[2]\n"
-                           "Bit 2 0x1 7 DIE0 0 Net=top/k_1/r[2]\n"),
-                IsEmpty());
+TEST(RepeatedBits, CountTheOthersAndNotThoseAtOneAndTheSamePlace) {
+    const Lines lines{placed(1, "r", 2, here),        placed(2, "r", 2, here, here),
+                      placed(3, "r", 2, there, here), placed(4, "r", 2, elsewhere, there),
+                      placed(5, "r", 3, here),        placed(6, "r", 2, here, elsewhere)};
+    EXPECT_THAT(findingsOf(lines, lines),
+                ElementsAre(warning(3, "line 2 places the same bit elsewhere, and the later line "
+                                       "counts; there are 2 more such lines")));
 }
 
-TEST_F(RepeatedBits, AreNotLookedForInOtherLines) {
-    EXPECT_THAT(findingsOf("Bit 1 0x1 7 DIE0 0 Net=top/k_1/other\n"
-                           "Bit 1 0x1 8 DIE0 0 Net=top/k_1/other\n"
-                           "Bit 1 0x1 7 DIE0 0 Net=top/k_1/r[0]\n"
-                           "Bit 1 0x1 8 DIE0 0 Net=top/k_1/r[1]\n"
-                           "Bit 1 0x1 9 DIE0 0 Revision Net=top/k_1/r[0]\n"
-                           "; Bit 1 0x1 9 DIE0 0 Net=top/k_1/r[0]\n"
-                           "Bit 1 Net=top/k_1/r[0]\n"
-                           "Bit 1 0x1 7 DIE0 0\n"),
-                IsEmpty());
+TEST(RepeatedBits, NameNoLineBeforeThatIsGone) {
+    EXPECT_THAT(findingsOf({placed(1, "r", 2, here), placed(2, "r", 2, there, here)}, {}),
+                ElementsAre(warning(2, "an earlier line places the same bit elsewhere, and the "
+                                       "later line counts")));
+}
+
+TEST(RepeatedBits, AreNoneWhereNothingIsContradicted) {
+    RepeatedBits bits;
+    bits.look(placed(1, "r", 2, here));
+    bits.look(placed(2, "r", 2, here, here));
+    EXPECT_FALSE(bits.any());
 }
 
 } // namespace
