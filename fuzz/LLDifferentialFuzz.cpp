@@ -8,6 +8,7 @@
 #include "fuzz/Fuzzing.h"
 #include "fuzz/KernelChecks.h"
 #include "readers/LLFile.h"
+#include "readers/LocationBudget.h"
 #include "tests/support/PlainLogicLocations.h"
 #include "tests/support/Trickle.h"
 

@@ -165,8 +165,8 @@ std::string contradictionsIn(const std::vector<std::string>& lines) {
         known->second = {number, place};
     }
     if (count > 1) {
-        finding += count == 2 ? "; there is 1 more such line"
-                              : "; there are " + std::to_string(count - 1) + " more such lines";
+        finding += "; there are " + std::to_string(count - 1) + " more such line" +
+                   (count == 2 ? "" : "s");
     }
     return finding.empty() ? "" : finding + "\n";
 }
