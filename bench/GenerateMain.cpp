@@ -4,7 +4,7 @@
 //     bench_generate database FILE [SETTING=NUMBER]...                 to a file
 //
 // Settings: kernels, instances, variables, bits, per-line; for ll also with-net and of-kernels
-// (percent) and registers, for xml arguments (percent); for ll, xml and blob the length, mib.
+// (percent), registers and once, for xml arguments (percent); for ll, xml and blob the length, mib.
 
 #include "bench/LargeProject.h"
 #include "consolidated/ConsolidatedFile.h"
@@ -61,7 +61,7 @@ private:
               Row{"variables", shape.variables}, Row{"bits", shape.bits},
               Row{"per-line", shape.perLine}, Row{"with-net", lines.withNet},
               Row{"of-kernels", lines.ofKernels}, Row{"registers", lines.registers},
-              Row{"arguments", argumentShare}, Row{"mib", mebibytes}}) {
+              Row{"once", lines.once}, Row{"arguments", argumentShare}, Row{"mib", mebibytes}}) {
             if (row.name == name) {
                 return &row.field;
             }

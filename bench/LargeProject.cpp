@@ -101,12 +101,40 @@ Register registerAt(const Shape& shape, std::uint64_t position) {
             .variable = static_cast<std::uint32_t>(position % shape.variables)};
 }
 
-/// One of the registers that the file names, which lie evenly among all.
-Register drawRegister(Numbers& numbers, const Shape& shape, const Lines& lines) {
-    const std::uint64_t all = registerCount(shape);
-    const std::uint64_t named = std::min<std::uint64_t>(all, lines.registers);
-    return registerAt(shape, numbers.below(static_cast<std::uint32_t>(named)) * all / named);
-}
+/// Bits of the registers that the file names, which lie evenly among all.
+class BitsToName {
+public:
+    BitsToName(const Shape& shape, const Lines& lines)
+        : shape_(shape),
+          all_(registerCount(shape)),
+          named_(std::min<std::uint64_t>(all_, lines.registers)),
+          isOnce_(lines.once != 0) {}
+
+    /// Whether there is one that may be named.
+    bool any() const { return !isOnce_ || drawn_ < named_ * shape_.bits; }
+
+    Register drawRegister(Numbers& numbers) {
+        constexpr std::uint64_t prime = 2654435761; // so that each one comes, all over the file
+        last_ = drawn_++ * prime % (named_ * shape_.bits);
+        const std::uint64_t number =
+            isOnce_ ? last_ / shape_.bits : numbers.below(static_cast<std::uint32_t>(named_));
+        return registerAt(shape_, number * all_ / named_);
+    }
+
+    /// Of the register that was drawn last.
+    std::uint32_t drawBit(Numbers& numbers) const {
+        return isOnce_ ? static_cast<std::uint32_t>(last_ % shape_.bits)
+                       : numbers.below(shape_.bits);
+    }
+
+private:
+    const Shape& shape_;
+    std::uint64_t all_;
+    std::uint64_t named_;
+    bool isOnce_;
+    std::uint64_t drawn_ = 0;
+    std::uint64_t last_ = 0;
+};
 
 void writePath(Text& text, std::uint32_t kernel, std::uint32_t instance) {
     text << "top/region/kernel_" << kernel << "_" << instance;
@@ -124,16 +152,20 @@ void writePlace(Text& text, Numbers& numbers, std::string_view block) {
          << numbers.below(200) << "Y" << numbers.below(900);
 }
 
-void writeNet(Text& text, Numbers& numbers, const Shape& shape, const Lines& lines) {
+void writeNet(Text& text, Numbers& numbers, const Shape& shape, const Lines& lines,
+              BitsToName& bits) {
     writePlace(text, numbers, "TILE");
     text << " Latch=" << (numbers.below(2) == 0 ? "AQ" : "BQ") << " Net=";
-    if (numbers.below(100) < lines.ofKernels) {
-        writeNetName(text, drawRegister(numbers, shape, lines));
+    std::uint32_t bit = 0;
+    if (numbers.below(100) < lines.ofKernels && bits.any()) {
+        writeNetName(text, bits.drawRegister(numbers));
+        bit = bits.drawBit(numbers);
     } else {
         text << "top/region/shell_" << numbers.below(50) << "/fifo_" << numbers.below(4000)
              << "/state_reg";
+        bit = numbers.below(shape.bits);
     }
-    text << "[" << numbers.below(shape.bits) << "]\n";
+    text << "[" << bit << "]\n";
 }
 
 void writeMemoryBit(Text& text, Numbers& numbers) {
@@ -228,10 +260,11 @@ void writeLogicLocations(std::ostream& out, const Shape& shape, const Lines& lin
                          std::uint64_t bytes) {
     Output text(out);
     Numbers numbers;
+    BitsToName bits(shape, lines);
     text << "Revision 3\n; made by a generator\n";
     while (text.isBelow(bytes)) {
         if (numbers.below(100) < lines.withNet) {
-            writeNet(text, numbers, shape, lines);
+            writeNet(text, numbers, shape, lines, bits);
         } else {
             writeMemoryBit(text, numbers);
         }

@@ -34,6 +34,7 @@ struct Lines {
     std::uint32_t withNet = 15;      ///< Percent of all lines; the others describe memory contents.
     std::uint32_t ofKernels = 33;    ///< Percent of those with a net; the others have no kernel.
     std::uint32_t registers = 10240; ///< The most registers of kernels that it names.
+    std::uint32_t once = 0;          ///< Not 0: no bit of them has two lines.
 };
 
 /// The hierarchy metadata file.

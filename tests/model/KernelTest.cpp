@@ -149,9 +149,9 @@ TEST(Kernel, ABuiltRegisterIsAddedAsACopyUnlessItsNameIsKnown) {
     HardwareVariable built("/n");
     built.setLocation(0, 1, 2);
     Kernel kernel;
-    kernel.addHardwareVariable(built);
+    EXPECT_EQ(kernel.addHardwareVariable(built), 0);
     built.setLocation(0, 3, 4);
-    kernel.addHardwareVariable(built);
+    EXPECT_EQ(kernel.addHardwareVariable(built), 0);
     ASSERT_THAT(kernel.hardwareVariables(), SizeIs(1));
     EXPECT_THAT(kernel.hardwareVariables()[0].locations, ElementsAre(LogicLocation{1, 2}));
     kernel.addHardwareLocation("/n", 1, 5, 6);

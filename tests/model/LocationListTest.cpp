@@ -163,5 +163,14 @@ TEST(LocationList, ClosesALargeGapWithoutWalkingOverTheFarBitsEachTime) {
     });
 }
 
+TEST(LocationList, FindsAtOnceWhatIsNotFarBeyond) {
+    LocationList list;
+    EXPECT_FALSE(list.findsAtOnce(0));
+    list.set(0, {1, 2});
+    list.set(1'000'000, {3, 4});
+    EXPECT_TRUE(list.findsAtOnce(0));
+    EXPECT_FALSE(list.findsAtOnce(1'000'000));
+}
+
 } // namespace
 } // namespace consolidator::test
