@@ -33,13 +33,12 @@ set(public_headers
     query/Glob.h
     query/InstanceFinder.h
     query/integrity/ContainerCheck.h
-    query/integrity/Faults.h
+    query/integrity/DatabaseFindings.h
     query/integrity/FileBytes.h
     query/KernelView.h
     query/NamePattern.h
     query/NearestNames.h
     query/Occupants.h
-    query/Severity.h
     query/Stops.h
     query/Words.h
     readers/AuxiliaryXMLFile.h
@@ -50,6 +49,8 @@ set(public_headers
     readers/LLFile.h
     readers/LocationBudget.h
     readers/LogicLocationObserver.h
+    shared/Code.h
+    shared/Finding.h
     shared/KeyedHash.h
     shared/Marks.h
     shared/PathFinder.h
@@ -58,6 +59,7 @@ set(public_headers
     shared/schemas/Exceptions.h
     shared/schemas/KernelDescription.h
     shared/schemas/XmlWriter.h
+    shared/Severity.h
     shared/UniqueList.h)
 
 set(public_header_folder ${PROJECT_BINARY_DIR}/include)

@@ -19,19 +19,20 @@ std::string shortened(std::string text) {
 
 void Diagnostic::stop(std::uint64_t line, std::string reason) {
     if (!stopped_) {
-        stopped_ = Remark{line, shortened(std::move(reason))};
+        stopped_ =
+            Finding{"", line, Severity::Error, Code::ReadingStopped, shortened(std::move(reason))};
     }
 }
 
-void Diagnostic::remark(std::uint64_t line, std::string text) {
-    keep({line, std::move(text)});
+void Diagnostic::remark(std::uint64_t line, Code code, std::string text) {
+    keep({"", line, Severity::Warning, code, std::move(text)});
 }
 
-void Diagnostic::note(std::uint64_t line, std::string text) {
-    keep({line, std::move(text), true});
+void Diagnostic::note(std::uint64_t line, Code code, std::string text) {
+    keep({"", line, Severity::Note, code, std::move(text)});
 }
 
-void Diagnostic::keep(Remark remark) {
+void Diagnostic::keep(Finding remark) {
     ++remarkCount_;
     if (remarks_.size() < mostRemarks) {
         remark.text = shortened(std::move(remark.text));
@@ -39,7 +40,7 @@ void Diagnostic::keep(Remark remark) {
     }
 }
 
-std::string describe(const Diagnostic::Remark& remark) {
+std::string describe(const Finding& remark) {
     if (remark.line == 0) {
         return remark.text;
     }

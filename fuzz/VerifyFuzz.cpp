@@ -12,7 +12,7 @@
 #include "inspect/diff/DiffPrinter.h"
 #include "inspect/diff/KernelDiff.h"
 #include "query/integrity/ContainerCheck.h"
-#include "query/integrity/Faults.h"
+#include "query/integrity/DatabaseFindings.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -24,14 +24,14 @@ using namespace consolidator; // NOLINT(google-build-using-namespace)
 namespace {
 
 /// Requires that what is kept of the findings is what the counts say.
-void requireCounts(const Faults& faults) {
+void requireCounts(const DatabaseFindings& findings) {
     std::uint64_t expected = 0;
     for (const Severity severity : {Severity::Note, Severity::Warning, Severity::Error}) {
-        expected += std::min(faults.count(severity), Faults::mostKept);
+        expected += std::min(findings.count(severity), DatabaseFindings::mostKept);
     }
-    fuzz::require(faults.kept().size() == expected, "findings are kept up to their limit");
-    for (const Fault& fault : faults.kept()) {
-        fuzz::require(!fault.text.empty() && fault.text.find('\n') == std::string::npos,
+    fuzz::require(findings.kept().size() == expected, "findings are kept up to their limit");
+    for (const Finding& finding : findings.kept()) {
+        fuzz::require(!finding.text.empty() && finding.text.find('\n') == std::string::npos,
                       "a finding has one line");
     }
 }
@@ -39,11 +39,11 @@ void requireCounts(const Faults& faults) {
 /// Checks the file and compares that with reading it. Returns the number of errors.
 std::uint64_t checkAndRead(const fuzz::ScratchFile& file, const ConsolidatedFile& database,
                            bool isWhole) {
-    Faults faults;
-    ContainerCheck check(faults);
+    DatabaseFindings findings;
+    ContainerCheck check(findings);
     fuzz::require(check.check(file.path()), "a file is opened");
-    requireCounts(faults);
-    const std::uint64_t errors = faults.count(Severity::Error);
+    requireCounts(findings);
+    const std::uint64_t errors = findings.count(Severity::Error);
     if (errors == 0) {
         fuzz::require(isWhole, "a file without an error is read whole");
         fuzz::require(check.kernels() == database.kernels().size(), "all kernels are counted");

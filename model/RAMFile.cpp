@@ -93,8 +93,9 @@ void RAMFile::matchRow(std::string_view row) {
     }
     ++blockRamCount_;
     if (const Owners owners = ownersOf(*name); owners.count > 0) {
-        diagnostic_.note(lineNumber_, "block RAM " + inQuotes(*name) + " belongs to " +
-                                          described(owners) + "; its name is not stored");
+        diagnostic_.note(lineNumber_, Code::BlockRam,
+                         "block RAM " + inQuotes(*name) + " belongs to " + described(owners) +
+                             "; its name is not stored");
     }
 }
 

@@ -14,15 +14,15 @@ namespace consolidator {
 namespace {
 
 /// The first error in a file that could not be read whole.
-Fault firstError(const std::string& path) {
-    Faults found;
+Finding firstError(const std::string& path) {
+    DatabaseFindings found;
     ContainerCheck(found).check(path);
-    for (const Fault& fault : found.kept()) {
-        if (fault.severity == Severity::Error) {
-            return fault;
+    for (const Finding& finding : found.kept()) {
+        if (finding.severity == Severity::Error) {
+            return finding;
         }
     }
-    return {.text = "the file has changed meanwhile"};
+    return {"", 0, Severity::Error, Code::None, "the file has changed meanwhile"};
 }
 
 } // namespace
@@ -54,8 +54,8 @@ Database::Readable Database::read(const std::string& path, Extent extent) {
         fault_ = "is no consolidated file: " + firstError(path).text;
         return Readable::Not;
     }
-    const Fault fault = firstError(path);
-    fault_ = "is damaged at " + inHex(fault.offset) + ": " + fault.text +
+    const Finding first = firstError(path);
+    fault_ = "is damaged at " + inHex(first.offset) + ": " + first.text +
              "; what could be read is shown";
     return Readable::InPart;
 }

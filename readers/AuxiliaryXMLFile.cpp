@@ -31,7 +31,8 @@ bool AuxiliaryXMLFile::parse() {
         scanLine(text, kernel);
     }
     if (!hasMap_) {
-        diagnostic_.remark(0, "no line begins with \"<vd:acceleratorMap\": the kernel has no name");
+        diagnostic_.remark(0, Code::NoAcceleratorMap,
+                           "no line begins with \"<vd:acceleratorMap\": the kernel has no name");
     }
     kernels_.push_back(std::move(kernel));
     return true;
@@ -60,10 +61,12 @@ void AuxiliaryXMLFile::scanArgument(std::string_view words, Kernel& kernel) {
     const std::size_t before = kernel.arguments().size();
     kernel.addArgument(sourceName, hardwareName, type);
     if (kernel.arguments().size() == before) {
-        diagnostic_.remark(lineNumber_, "argument " + inQuotes(sourceName) +
-                                            " came before; this one is passed over");
+        diagnostic_.remark(lineNumber_, Code::RepeatedArgument,
+                           "argument " + inQuotes(sourceName) +
+                               " came before; this one is passed over");
     } else if (hardwareName.empty()) {
-        diagnostic_.remark(lineNumber_, "an argument without a name is made");
+        diagnostic_.remark(lineNumber_, Code::NamelessArgument,
+                           "an argument without a name is made");
     }
 }
 
@@ -75,7 +78,7 @@ void AuxiliaryXMLFile::scanAcceleratorMap(std::string_view words, Kernel& kernel
         }
     }
     if (name.empty()) {
-        diagnostic_.remark(lineNumber_, "the accelerator map names no function");
+        diagnostic_.remark(lineNumber_, Code::NamelessMap, "the accelerator map names no function");
     }
     kernel.setName(name);
     hasMap_ = true;

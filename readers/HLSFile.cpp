@@ -59,8 +59,9 @@ bool HLSFile::parse() {
         return false;
     }
     if (entries_.empty()) {
-        diagnostic_.remark(0, "no line begins with \"RTL\": the kernel has no variables and no "
-                              "source lines (lines that begin with a blank or a tab are skipped)");
+        diagnostic_.remark(0, Code::NoEntry,
+                           "no line begins with \"RTL\": the kernel has no variables and no "
+                           "source lines (lines that begin with a blank or a tab are skipped)");
     }
     Kernel kernel;
     kernel.setName(kernelName());
@@ -183,13 +184,14 @@ void HLSFile::convertEntries(Kernel& kernel) {
     std::set<std::uint32_t> seen; // a hash table could be made slow by chosen numbers
     for (const RtlEntry& entry : entries_) {
         if (entry.files.empty()) {
-            diagnostic_.note(entry.lineNumber, "the entry has no source line and is passed over");
+            diagnostic_.note(entry.lineNumber, Code::NoSourceLine,
+                             "the entry has no source line and is passed over");
             continue;
         }
         if (!seen.insert(entry.lines.front()).second) {
-            diagnostic_.note(entry.lineNumber, "an entry for source line " +
-                                                   std::to_string(entry.lines.front()) +
-                                                   " came before; this one is passed over");
+            diagnostic_.note(entry.lineNumber, Code::RepeatedSourceLine,
+                             "an entry for source line " + std::to_string(entry.lines.front()) +
+                                 " came before; this one is passed over");
             continue;
         }
         BreakableCondition condition(BreakableCondition::FileLine, entry.condition);

@@ -125,8 +125,9 @@ bool HierarchyFile::readInstance(std::string& word) {
         return stop(wordLine_, "expected \"path:\" after \"instance\"");
     }
     if (stream_.eof()) {
-        diagnostic_.remark(wordLine_, "the file ends after \"instance path:\"; the path is taken "
-                                      "to be \"path:\"");
+        diagnostic_.remark(wordLine_, Code::MissingPath,
+                           "the file ends after \"instance path:\"; the path is taken "
+                           "to be \"path:\"");
     }
     stream_ >> std::ws >> word >> std::ws;
     current_.addInstancePath(word);
@@ -137,15 +138,17 @@ void HierarchyFile::readType(std::string& word) {
     stream_ >> std::ws >> word >> std::ws;
     current_.setType(typeOf(word));
     if (current_.type() == KernelType::Unknown) {
-        diagnostic_.remark(wordLine_, "type " + inQuotes(word) + " is none of " +
-                                          std::string(typeWords) + " and counts as unknown");
+        diagnostic_.remark(wordLine_, Code::UnknownType,
+                           "type " + inQuotes(word) + " is none of " + std::string(typeWords) +
+                               " and counts as unknown");
     }
 }
 
 void HierarchyFile::beginKernel(const std::string& name) {
     if (name == "instance:") {
-        diagnostic_.remark(wordLine_, "\"instance:\" is taken for the name of a kernel; is "
-                                      "\"instance path:\" meant?");
+        diagnostic_.remark(wordLine_, Code::InstanceAsKernel,
+                           "\"instance:\" is taken for the name of a kernel; is "
+                           "\"instance path:\" meant?");
     }
     if (!current_.name().empty()) {
         appendCurrent();
@@ -162,11 +165,13 @@ void HierarchyFile::appendCurrent() {
 
 void HierarchyFile::remarkOnRepeatedWord(const std::string& word) {
     if (word.empty()) {
-        diagnostic_.remark(wordLine_, "the file holds no word; a kernel without a name is made");
+        diagnostic_.remark(wordLine_, Code::NoWord,
+                           "the file holds no word; a kernel without a name is made");
     } else if (!word.starts_with('#')) {
-        diagnostic_.remark(wordLine_, "kernel name " + inQuotes(word) +
-                                          " ends the file; a second, empty "
-                                          "record of that name is made");
+        diagnostic_.remark(wordLine_, Code::NameAtEnd,
+                           "kernel name " + inQuotes(word) +
+                               " ends the file; a second, empty "
+                               "record of that name is made");
     }
 }
 

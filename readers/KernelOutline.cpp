@@ -103,7 +103,7 @@ void KernelOutline::remarkOnRepeat(std::string_view source) {
         }
         const bool isRenamed = known.hardwareName != argumentName_.value;
         if (isRenamed || known.typeText != argumentType_.value) {
-            diagnostic_.remark(0,
+            diagnostic_.remark(0, Code::RepeatedArgument,
                                "argument " + inQuotes(source) + " of kernel " +
                                    inQuotes(kernelName_.value) + " is passed over: " +
                                    (isRenamed ? "hardware name " + inQuotes(argumentName_.value) +

@@ -129,7 +129,8 @@ bool LLFile::Reading::readLines() {
             const std::string text(file_.readLine(buffer));
             if (stream.eof()) { // it takes usual lines only up to their newlines
                 file_.diagnostic_.remark(
-                    lineNumber_, "the last line has no newline at its end: was the file cut off?");
+                    lineNumber_, Code::NoFinalNewline,
+                    "the last line has no newline at its end: was the file cut off?");
             }
             if (!stream.bad() && !handleLine(text)) {
                 return false;
@@ -220,7 +221,8 @@ void LLFile::Reading::handleBit(const std::string& text, std::size_t net,
                                 std::string_view knownNet) {
     const std::optional<BitLine> bit = BitLine::read(text);
     if (!bit) {
-        file_.diagnostic_.remark(lineNumber_, "the numbers of the line cannot be read");
+        file_.diagnostic_.remark(lineNumber_, Code::UnreadableNumbers,
+                                 "the numbers of the line cannot be read");
         if (!knownNet.empty()) {
             tellOf(knownNet);
         }
@@ -269,23 +271,23 @@ void LLFile::Reading::remarkOnOddIndex(const BitLine& bit, std::string_view text
     text.remove_prefix(1);
     const std::string_view index = text.substr(0, text.find(']'));
     if (index.empty() || index.find_first_not_of("0123456789") != std::string_view::npos) {
-        file_.diagnostic_.remark(lineNumber_, "bit index " + inQuotes(index) +
-                                                  " is no number and is read as " +
-                                                  std::to_string(bit.bitIndex));
+        file_.diagnostic_.remark(lineNumber_, Code::OddBitIndex,
+                                 "bit index " + inQuotes(index) + " is no number and is read as " +
+                                     std::to_string(bit.bitIndex));
     }
 }
 
 void LLFile::Reading::remarkOnTallies() {
     if (strangers_.count > 0) {
-        file_.diagnostic_.note(strangers_.first, strangers_.count == 1
-                                                     ? "its net belongs to no kernel"
-                                                     : "the first of " +
-                                                           std::to_string(strangers_.count) +
-                                                           " lines whose net belongs to no kernel");
+        file_.diagnostic_.note(strangers_.first, Code::NetOfNoKernel,
+                               strangers_.count == 1
+                                   ? "its net belongs to no kernel"
+                                   : "the first of " + std::to_string(strangers_.count) +
+                                         " lines whose net belongs to no kernel");
     }
     if (lostNets_.count > 0) {
         file_.diagnostic_.remark(
-            lostNets_.first,
+            lostNets_.first, Code::BlankNet,
             (lostNets_.count == 1
                  ? ""
                  : "the first of " + std::to_string(lostNets_.count) + " lines without a net: ") +

@@ -156,8 +156,9 @@ void RegisterWriter::payFor(std::uint64_t bytesWithNets) {
 
 bool RegisterWriter::mayHave(const NetLine& line) {
     if (line.bit.bitIndex >= LLFile::bitLimit) {
-        remarkOnSkipped(line, "registers of up to " + std::to_string(LLFile::bitLimit) +
-                                  " bits are kept");
+        remarkOnSkipped(line, Code::BitTooHigh,
+                        "registers of up to " + std::to_string(LLFile::bitLimit) +
+                            " bits are kept");
         return false;
     }
     return true;
@@ -166,8 +167,9 @@ bool RegisterWriter::mayHave(const NetLine& line) {
 bool RegisterWriter::mayShare(const NetLine& line) {
     if (!with_.budget.mayShare()) {
         remarkOnSkipped(
-            line, "so many nets belong to several kernels that only the first kernels of this "
-                  "one get it");
+            line, Code::NetOfTooMany,
+            "so many nets belong to several kernels that only the first kernels of this "
+            "one get it");
         return false;
     }
     with_.budget.shareLocation();
@@ -176,18 +178,19 @@ bool RegisterWriter::mayShare(const NetLine& line) {
 
 bool RegisterWriter::mayLeaveEmpty(const NetLine& line, std::uint32_t emptyBits) {
     if (!with_.budget.takeEmptyBits(emptyBits)) {
-        remarkOnSkipped(line,
+        remarkOnSkipped(line, Code::TooManyEmptyBits,
                         "the registers of this file have too many bits that it does not name");
         return false;
     }
     return true;
 }
 
-void RegisterWriter::remarkOnSkipped(const NetLine& line, const std::string& reason) {
+void RegisterWriter::remarkOnSkipped(const NetLine& line, Code code, const std::string& reason) {
     std::string net = "/";
     net += line.bit.net;
-    with_.diagnostic.remark(line.number, "bit " + std::to_string(line.bit.bitIndex) + " of " +
-                                             inQuotes(net) + " is skipped: " + reason);
+    with_.diagnostic.remark(line.number, code,
+                            "bit " + std::to_string(line.bit.bitIndex) + " of " + inQuotes(net) +
+                                " is skipped: " + reason);
 }
 
 } // namespace consolidator

@@ -94,7 +94,7 @@ private:
     bool mayShare(const NetLine& line);
     bool mayLeaveEmpty(const NetLine& line, std::uint32_t emptyBits);
 
-    void remarkOnSkipped(const NetLine& line, const std::string& reason);
+    void remarkOnSkipped(const NetLine& line, Code code, const std::string& reason);
 
     Surroundings with_;
     KnownNets knownNets_;

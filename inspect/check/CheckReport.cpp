@@ -134,7 +134,7 @@ void writeFinding(Writer& json, const Finding& finding) {
     json.StartObject();
     writePlace(json, finding.file, finding.line);
     writeText(json, "severity", std::string(label(finding.severity)));
-    writeText(json, "code", finding.code);
+    writeText(json, "code", std::string(word(finding.code)));
     writeText(json, "text", finding.text);
     json.EndObject();
 }

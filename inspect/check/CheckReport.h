@@ -2,7 +2,7 @@
 #pragma once
 
 #include "inspect/check/Coverage.h"
-#include "inspect/check/Finding.h"
+#include "inspect/check/Findings.h"
 #include "inspect/commands/Console.h"
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 #include "inspect/check/ConditionCheck.h"
 
-#include "inspect/check/Finding.h"
+#include "inspect/check/Findings.h"
 #include "model/ConditionTranslation.h"
 #include "shared/Words.h"
 

@@ -41,16 +41,15 @@ public:
     }
 
 private:
-    void add(const HLSFile::RtlEntry& entry, std::string code, std::string text) {
-        findings_.add(
-            {path_, entry.lineNumber, Severity::Warning, std::move(code), std::move(text)});
+    void add(const HLSFile::RtlEntry& entry, Code code, std::string text) {
+        findings_.add({path_, entry.lineNumber, Severity::Warning, code, std::move(text)});
     }
 
     void reportSourceLine(const HLSFile::RtlEntry& entry, const HLSFile::RtlEntry& first) {
         const std::string_view file = entry.files.front();
         const std::uint32_t line = entry.lines.front();
         if (file != first.files.front() && lostLines_.emplace(file, line).second) {
-            add(entry, "lost-source-line",
+            add(entry, Code::LostSourceLine,
                 "source line " + std::to_string(line) + " of " + quotedName(file) +
                     " is lost: entries are told apart by the line's number alone, and the entry in "
                     "line " +
@@ -64,12 +63,12 @@ private:
         for (const HLSFile::HlsVariable& variable : entry.variables) {
             const auto [kept, isLost] = registers_.emplace(variable.name, variable.rtlName);
             if (isLost) {
-                add(entry, "lost-variable",
+                add(entry, Code::LostVariable,
                     "variable " + quotedName(variable.name) + " is lost with its entry, which " +
                         std::string(reason));
             } else if (kept->second != variable.rtlName &&
                        lostRegisters_.emplace(variable.name, variable.rtlName).second) {
-                add(entry, "repeated-variable",
+                add(entry, Code::RepeatedVariable,
                     "variable " + quotedName(variable.name) + " has hardware name " +
                         quotedName(variable.rtlName) + " here and " + quotedName(kept->second) +
                         " before, and the first one counts");

@@ -1,7 +1,7 @@
 // What of an HLS file does not reach its kernel.
 #pragma once
 
-#include "inspect/check/Finding.h"
+#include "inspect/check/Findings.h"
 #include "readers/HLSFile.h"
 
 #include <string>

@@ -81,8 +81,8 @@ std::string_view typeWord(KernelType type) {
     return "unknown";
 }
 
-void InputCheck::add(std::uint64_t line, Severity severity, std::string code, std::string text) {
-    findings_.add({path_, line, severity, std::move(code), std::move(text)});
+void InputCheck::add(std::uint64_t line, Severity severity, Code code, std::string text) {
+    findings_.add({path_, line, severity, code, std::move(text)});
 }
 
 void InputCheck::addOldDatabase(const std::string& path) {
@@ -120,7 +120,7 @@ void InputCheck::reportTranslatedAgain(const std::string& path) {
     }
     if (first != nullptr) {
         path_ = path;
-        add(0, isChanged ? Severity::Warning : Severity::Note, "translated-again",
+        add(0, isChanged ? Severity::Warning : Severity::Note, Code::TranslatedAgain,
             inWords(count, "condition") + " translated by the run before " +
                 (count == 1 ? "is" : "are") + " translated again: " + quotedName(first->condition) +
                 " becomes " + quotedName(translatedCondition(first->condition)));
@@ -136,28 +136,28 @@ void InputCheck::beforeDwarf(const std::string& path) {
     if (database_.dwarf()) {
         const bool isSame =
             look_.size == database_.dwarf()->size() && bytesOf(path) == *database_.dwarf();
-        add(0, isSame ? Severity::Note : Severity::Warning, "dwarf-ignored",
+        add(0, isSame ? Severity::Note : Severity::Warning, Code::DwarfIgnored,
             isSame ? "the database has this DWARF already"
                    : "is ignored: the database has DWARF already, which stays (only a run with "
                      "--create replaces it)");
         return;
     }
     if (look_.isFolder) {
-        add(0, Severity::Error, "unreadable", "is a folder" + std::string(nothing));
+        add(0, Severity::Error, Code::Unreadable, "is a folder" + std::string(nothing));
         return;
     }
     const std::ifstream file(path);
     if (!file.is_open()) {
-        add(0, Severity::Error, "unreadable", "cannot be opened" + std::string(nothing));
+        add(0, Severity::Error, Code::Unreadable, "cannot be opened" + std::string(nothing));
         return;
     }
     if (!look_.isRegular || look_.size == 0) {
-        add(0, Severity::Warning, "empty",
+        add(0, Severity::Warning, Code::Empty,
             (look_.isRegular ? "is empty" : "has no length") + std::string(nothing));
         return;
     }
     if (look_.size > std::numeric_limits<std::int32_t>::max()) {
-        add(0, Severity::Error, "too-large", "has 2 GiB or more" + std::string(nothing));
+        add(0, Severity::Error, Code::TooLarge, "has 2 GiB or more" + std::string(nothing));
     }
     lookAtContent(InputKind::Dwarf);
 }
@@ -170,7 +170,7 @@ void InputCheck::beforeReading(InputKind kind, const std::string& path, InputFil
     isMistaken_ = false;
     look_ = FileLook::at(path);
     if (!given_.insert(optionFor(kind) + wholePathOf(path)).second) {
-        add(0, Severity::Warning, "given-twice", "is given twice");
+        add(0, Severity::Warning, Code::GivenTwice, "is given twice");
     }
     if (wasOpened_) {
         lookAtFile(kind);
@@ -185,7 +185,7 @@ void InputCheck::beforeReading(InputKind kind, const std::string& path, InputFil
 
 void InputCheck::lookAtFile(InputKind kind) {
     if ((look_.isRegular && look_.size == 0) || look_.isEmptyDevice) {
-        add(0, Severity::Warning, "empty", "is empty");
+        add(0, Severity::Warning, Code::Empty, "is empty");
     }
     lookAtContent(kind);
     lookAtText(kind);
@@ -197,7 +197,7 @@ void InputCheck::lookAtFile(InputKind kind) {
 void InputCheck::lookAtContent(InputKind kind) {
     const std::string_view compression = compressionOf(look_.head);
     if (!compression.empty()) {
-        add(0, Severity::Error, "compressed",
+        add(0, Severity::Error, Code::Compressed,
             "is compressed (" + std::string(compression) + "): it must be unpacked first");
         isMistaken_ = true;
         return;
@@ -212,7 +212,7 @@ void InputCheck::lookAtContent(InputKind kind) {
         text += ", which belongs to " + optionFor(content);
     }
     text += ", but is given with " + optionFor(kind) + " as " + std::string(describe(kind));
-    add(0, Severity::Warning, "wrong-kind", std::move(text));
+    add(0, Severity::Warning, Code::WrongKind, std::move(text));
     // XML that nobody knows may be meant: then the reader knows better what is wrong with it.
     isMistaken_ = content != Content(OtherContent::Xml);
 }
@@ -220,12 +220,12 @@ void InputCheck::lookAtContent(InputKind kind) {
 void InputCheck::lookAtText(InputKind kind) {
     const std::string_view mark = byteOrderMarkOf(look_.head);
     if (!mark.empty() && kind != InputKind::KernelXml) {
-        add(1, Severity::Warning, "byte-order-mark",
+        add(1, Severity::Warning, Code::ByteOrderMark,
             "the file begins with a byte order mark (" + std::string(mark) +
                 "), which is read as a part of its first word");
     }
     if (mindsCarriageReturns(kind) && hasCarriageReturns(look_.head)) {
-        add(1, Severity::Warning, "carriage-returns",
+        add(1, Severity::Warning, Code::CarriageReturns,
             kind == InputKind::Hls ? "lines end with a carriage return and a newline (CRLF): "
                                      "conditions are cut off at "
                                      "the wrong place, and empty lines are not accepted"
@@ -240,7 +240,7 @@ void InputCheck::lookAtHlsName() {
     if (name.size() <= extension || name[name.size() - extension] != '.') {
         const std::string kernel =
             name.size() < extension ? name : name.substr(0, name.size() - extension);
-        add(0, Severity::Warning, "kernel-name",
+        add(0, Severity::Warning, Code::KernelName,
             "the kernel's name is the file's name without its last four characters, here " +
                 quotedName(kernel));
     }
@@ -263,7 +263,7 @@ void InputCheck::afterReading(InputKind kind, const std::string& path, const Inp
     }
     if (kind == InputKind::LogicLocations) {
         if (database_.kernels().empty()) {
-            add(0, Severity::Warning, "before-any-kernel",
+            add(0, Severity::Warning, Code::BeforeAnyKernel,
                 "no kernel is known when it is read, so that none of its nets belongs to one");
         }
         reportIgnoredLocations(reader);
@@ -280,34 +280,33 @@ void InputCheck::afterReading(InputKind kind, const std::string& path, const Inp
     }
 }
 
-void InputCheck::reportStop(const Diagnostic::Remark& stop, InputKind kind, bool isUsable) {
+void InputCheck::reportStop(const Finding& stop, InputKind kind, bool isUsable) {
     std::string text = look_.isFolder ? "is a folder" : stop.text;
     text += ": ";
     if (!wasOpened_ || look_.isFolder) {
-        add(0, Severity::Error, "unreadable", text + std::string(nothingMerged));
+        add(0, Severity::Error, Code::Unreadable, text + std::string(nothingMerged));
         return;
     }
     if (kind == InputKind::RamReport && isUsable) {
-        add(stop.line, Severity::Error, "reading-stopped", text + "reading stops here");
+        add(stop.line, Severity::Error, Code::ReadingStopped, text + "reading stops here");
         return;
     }
-    add(stop.line, Severity::Error, "not-merged",
+    add(stop.line, Severity::Error, Code::NotMerged,
         text + (stop.line > 0 ? "reading stops here and " : "") + std::string(nothingMerged));
 }
 
 void InputCheck::reportRemarks(const Diagnostic& diagnostic) {
-    std::vector<const Diagnostic::Remark*> remarks;
-    for (const Diagnostic::Remark& remark : diagnostic.remarks()) {
+    std::vector<const Finding*> remarks;
+    for (const Finding& remark : diagnostic.remarks()) {
         remarks.push_back(&remark);
     }
     // Some are made at the end of the file, about its middle.
     std::ranges::stable_sort(remarks, {}, [](const auto* remark) { return remark->line; });
-    for (const Diagnostic::Remark* const remark : remarks) {
-        add(remark->line, remark->isNote ? Severity::Note : Severity::Warning, "remark",
-            remark->text);
+    for (const Finding* const remark : remarks) {
+        add(remark->line, remark->severity, remark->code, remark->text);
     }
     if (diagnostic.remarkCount() > remarks.size()) {
-        add(0, Severity::Note, "remark",
+        add(0, Severity::Note, Code::MoreRemarks,
             "there are " + std::to_string(diagnostic.remarkCount() - remarks.size()) +
                 " more remarks like these");
     }
@@ -316,7 +315,7 @@ void InputCheck::reportRemarks(const Diagnostic& diagnostic) {
 void InputCheck::reportKernels(InputKind kind, const InputFile& reader) {
     const std::vector<Kernel>& kernels = reader.kernels();
     if (kernels.empty()) {
-        add(0, Severity::Warning, "no-kernel", "no kernel is found in it");
+        add(0, Severity::Warning, Code::NoKernel, "no kernel is found in it");
         return;
     }
     const auto number = static_cast<std::uint32_t>(inputs_.size());
@@ -339,7 +338,7 @@ void InputCheck::reportKernels(InputKind kind, const InputFile& reader) {
     for (const Kernel& kernel : kernels) {
         const bool saysSo = kind == InputKind::Hierarchy || kind == InputKind::AuxiliaryXml;
         if (kernel.name().empty() && !saysSo) {
-            add(0, Severity::Warning, "nameless", "a kernel in it has no name");
+            add(0, Severity::Warning, Code::Nameless, "a kernel in it has no name");
         }
         reportIgnored(kind, kernel, origins_.add(number, kernel));
         reportConditions(kernel);
@@ -354,7 +353,7 @@ void InputCheck::reportRepeatedKernels(const std::vector<Kernel>& kernels) {
     std::set<std::string_view> repeated;
     for (const Kernel& kernel : kernels) {
         if (!names.insert(kernel.name()).second && repeated.insert(kernel.name()).second) {
-            add(0, Severity::Warning, "repeated-kernel",
+            add(0, Severity::Warning, Code::RepeatedKernel,
                 "kernel " + quotedName(kernel.name()) +
                     " comes more than once; all of them become one");
         }
@@ -365,7 +364,7 @@ void InputCheck::reportCarriedArguments(const std::vector<Kernel>& kernels) {
     for (std::size_t i = 1; i < kernels.size(); ++i) {
         const std::size_t carried = kernels[i - 1].arguments().size();
         if (carried > 0) {
-            add(0, Severity::Note, "carried-arguments",
+            add(0, Severity::Note, Code::CarriedArguments,
                 "kernel " + quotedName(kernels[i].name()) + " takes over the " +
                     inWords(carried, "argument") + " of the kernels before it in this file");
         }
@@ -376,7 +375,7 @@ void InputCheck::reportIgnored(InputKind kind, const Kernel& kernel,
                                const KernelOrigins::Ignored& ignored) {
     const std::string ofKernel = " of kernel " + quotedName(kernel.name());
     for (const IgnoredType& type : ignored.types) {
-        add(0, Severity::Warning, "ignored-type",
+        add(0, Severity::Warning, Code::IgnoredType,
             "type \"" + std::string(typeWord(type.type)) + "\"" + ofKernel +
                 " is ignored: it is \"" + std::string(typeWord(type.firstType)) + "\" in " +
                 inputs_[type.firstInput].path + ", and the first known type counts");
@@ -385,7 +384,7 @@ void InputCheck::reportIgnored(InputKind kind, const Kernel& kernel,
         const bool isRenamed = description.hardwareName != description.firstHardwareName;
         // Auxiliary XML knows no types but "int" and a pointer to it.
         const bool isExpected = kind == InputKind::AuxiliaryXml && !isRenamed;
-        add(0, isExpected ? Severity::Note : Severity::Warning, "ignored-description",
+        add(0, isExpected ? Severity::Note : Severity::Warning, Code::IgnoredDescription,
             (description.isArgument ? "argument " : "variable ") +
                 quotedName(description.sourceName) + ofKernel + " is ignored: " +
                 (isRenamed ? "hardware name " + quotedName(description.hardwareName) + " here, " +
@@ -409,11 +408,11 @@ void InputCheck::reportConditions(const Kernel& kernel) {
         std::string text = "condition of " + condition.file;
         text += ':' + std::to_string(condition.line) + ' ';
         if (fault->isDropped) {
-            add(0, Severity::Note, "condition-dropped",
+            add(0, Severity::Note, Code::ConditionDropped,
                 text + "is always true and is left out: one cannot stop there");
             continue;
         }
-        add(0, Severity::Warning, "condition-mangled",
+        add(0, Severity::Warning, Code::ConditionMangled,
             text + quotedName(condition.condition) + " becomes " + quotedName(fault->result) +
                 ": " + fault->reason);
     }
@@ -446,7 +445,7 @@ void InputCheck::reportRepeatedConditions(const Kernel& kernel, const Kernel& kn
                       : inWords(lines, "source line") + " of this file";
     }
     if (!places.empty()) {
-        add(0, Severity::Warning, "repeated-condition",
+        add(0, Severity::Warning, Code::RepeatedCondition,
             "kernel " + quotedName(kernel.name()) + " has other conditions for " + places +
                 " already and keeps both: was the file added before?");
     }
@@ -480,18 +479,18 @@ void InputCheck::reportIgnoredLocations(const InputFile& reader) {
     text += count > 1 ? " (and " + std::to_string(count - 1) + " more)" : "";
     text += " are ignored: the database has others already, which stay";
     text += isAdded ? " (only a run with --create replaces them)" : "";
-    add(0, Severity::Warning, "ignored-locations", std::move(text));
+    add(0, Severity::Warning, Code::IgnoredLocations, std::move(text));
 }
 
 void InputCheck::reportRamReport(const InputFile& reader) {
     const auto& report = dynamic_cast<const RAMFile&>(reader);
     if (!report.hasTable()) {
-        add(0, Severity::Warning, "no-table",
+        add(0, Severity::Warning, Code::NoTable,
             "no table of block RAMs is found: the heading \"3. Memory Utilization - Inferred\" or "
             "\"6. Memory Utilization - Instantiated\" must come after the one of section 8 in the "
             "table of contents, to the letter");
     } else if (report.blockRamCount() > 0 && report.diagnostic().remarkCount() == 0) {
-        add(0, Severity::Warning, "no-match",
+        add(0, Severity::Warning, Code::NoMatch,
             "none of its block RAMs (" + std::to_string(report.blockRamCount()) +
                 ") lies in an instance of a kernel");
     }

@@ -3,7 +3,7 @@
 
 #include "driver/Inputs.h"
 #include "inspect/check/FileLook.h"
-#include "inspect/check/Finding.h"
+#include "inspect/check/Findings.h"
 #include "inspect/check/KernelOrigins.h"
 #include "inspect/check/RepeatedBits.h"
 #include "inspect/text/Progress.h"
@@ -63,14 +63,14 @@ private:
         RepeatedBits repeatedBits;
     };
 
-    void add(std::uint64_t line, Severity severity, std::string code, std::string text);
+    void add(std::uint64_t line, Severity severity, Code code, std::string text);
 
     void lookAtFile(InputKind kind);
     void lookAtContent(InputKind kind);
     void lookAtText(InputKind kind);
     void lookAtHlsName();
 
-    void reportStop(const Diagnostic::Remark& stop, InputKind kind, bool isUsable);
+    void reportStop(const Finding& stop, InputKind kind, bool isUsable);
     void reportRemarks(const Diagnostic& diagnostic);
     void reportKernels(InputKind kind, const InputFile& reader);
     void reportRepeatedKernels(const std::vector<Kernel>& kernels);

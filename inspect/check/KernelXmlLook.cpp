@@ -110,10 +110,11 @@ public:
             const auto& [name, seen] = *oddity;
             const bool isMissing = std::get<Oddity>(name) == Oddity::MissingAttribute;
             findings.add({path, seen.line, severityOf(name, seen.meant),
-                          isMissing ? "missing-attribute" : "unknown-xml", textOf(name, seen)});
+                          isMissing ? Code::MissingAttribute : Code::UnknownXml,
+                          textOf(name, seen)});
         }
         if (others_ > 0) {
-            findings.add({path, 0, Severity::Note, "unknown-xml",
+            findings.add({path, 0, Severity::Note, Code::UnknownXml,
                           "elements and attributes of more names are unknown or missing (" +
                               timesText(others_) + ')'});
         }

@@ -2,7 +2,7 @@
 // there.
 #pragma once
 
-#include "inspect/check/Finding.h"
+#include "inspect/check/Findings.h"
 
 #include <cstddef>
 #include <string>

@@ -24,7 +24,7 @@ std::string folderOf(const std::string& path) {
 }
 
 void reportUnwritable(const std::string& path, const std::string& fault, Findings& findings) {
-    findings.add({path, 0, Severity::Error, "not-writable",
+    findings.add({path, 0, Severity::Error, Code::NotWritable,
                   fault + ": a run cannot open it and does nothing"});
 }
 
@@ -35,7 +35,7 @@ bool OldDatabase::read(const std::string& path, const std::string& project, Find
     if (!std::filesystem::exists(path, error) && !error) {
         if (checkWritable(path, findings)) {
             findings.add(
-                {path, 0, Severity::Note, "new-database", "does not exist: a run makes it"});
+                {path, 0, Severity::Note, Code::NewDatabase, "does not exist: a run makes it"});
         }
         return true;
     }
@@ -49,11 +49,11 @@ bool OldDatabase::read(const std::string& path, const std::string& project, Find
     }
     checkWritable(path, findings);
     if (readable == Database::Readable::InPart) {
-        findings.add({path, 0, Severity::Error, "damaged-database",
+        findings.add({path, 0, Severity::Error, Code::DamagedDatabase,
                       database_.fault() + "; what could not be read is lost after a run"});
     }
     if (!project.empty() && !database_.project().empty() && project != database_.project()) {
-        findings.add({path, 0, Severity::Error, "other-project",
+        findings.add({path, 0, Severity::Error, Code::OtherProject,
                       "is of project " + quotedName(database_.project()) + ", not " +
                           quotedName(project) + ": a run refuses it and does nothing"});
     }
@@ -78,7 +78,7 @@ bool OldDatabase::checkWritable(const std::string& path, Findings& findings) {
 void OldDatabase::reportUnusable(Findings& findings) {
     const std::string path = database_.path();
     const bool isNewer = database_.content().isNewer();
-    findings.add({path, 0, Severity::Error, isNewer ? "newer-version" : "no-database",
+    findings.add({path, 0, Severity::Error, isNewer ? Code::NewerVersion : Code::NoDatabase,
                   isNewer ? database_.fault() + ": a run refuses it and does nothing"
                           : "is no consolidated file: a run replaces all of its content"});
     database_ = Database(); // the inputs are looked at all the same

@@ -1,7 +1,7 @@
 // The database that a run would add to, as `check` finds it.
 #pragma once
 
-#include "inspect/check/Finding.h"
+#include "inspect/check/Findings.h"
 #include "query/Database.h"
 
 #include <string>

@@ -115,13 +115,13 @@ void ProjectCheck::reportLonely(const Kernel& kernel, const InputCheck::Input& i
         text += ": it has instances, but no arguments, variables or conditions";
     }
     text += nearestKernel(kernel);
-    findings_.add({input.path, 0, isRtl ? Severity::Note : Severity::Warning, "one-input-only",
+    findings_.add({input.path, 0, isRtl ? Severity::Note : Severity::Warning, Code::OneInputOnly,
                    std::move(text)});
 }
 
 void ProjectCheck::reportWithoutInstance(const Kernel& kernel) {
     const std::uint32_t first = inputs_.origins().inputsOf(kernel.name()).front();
-    findings_.add({inputs_.inputs()[first].path, 0, Severity::Warning, "no-instance",
+    findings_.add({inputs_.inputs()[first].path, 0, Severity::Warning, Code::NoInstance,
                    "kernel " + quotedName(kernel.name()) +
                        " has no instances, and no net belongs to it: no hierarchy file names it"});
 }
@@ -193,7 +193,7 @@ bool ProjectCheck::reportOtherPath(const KernelCoverage& kernel) {
                        nameOf(*first);
     text += furtherNames(count);
     text += ": its first instance path is " + quotedName(kernel.kernel->instancePaths().front());
-    findings_.add({net.file, net.line, Severity::Warning, "other-path", std::move(text)});
+    findings_.add({net.file, net.line, Severity::Warning, Code::OtherPath, std::move(text)});
     return true;
 }
 
@@ -204,7 +204,7 @@ bool ProjectCheck::reportOtherName(const KernelCoverage& kernel) {
     }
     const auto count = std::ranges::count_if(kernel.missing, isRenamed);
     const NearNet& net = *first->nearest;
-    findings_.add({net.file, net.line, Severity::Warning, "other-name",
+    findings_.add({net.file, net.line, Severity::Warning, Code::OtherName,
                    "net " + quotedName(net.net) + " of kernel " +
                        quotedName(kernel.kernel->name()) + " has almost the name of its " +
                        nameOf(*first) + furtherNames(count) +
@@ -222,14 +222,14 @@ void ProjectCheck::reportInstances(const KernelCoverage& kernel) {
         reportBare(kernel);
     }
     if (faults.cut > 0) {
-        findings_.add({hierarchyOf(*kernel.kernel), 0, Severity::Warning, "path-cut",
+        findings_.add({hierarchyOf(*kernel.kernel), 0, Severity::Warning, Code::PathCut,
                        "instance path " + quotedName(paths[faults.cutInstance]) + ofKernel +
                            " begins or ends inside a component of net " +
                            quotedName(nets[faults.firstCut].name) + furtherNets(faults.cut) +
                            ", which counts as one of the kernel all the same"});
     }
     if (faults.repeated > 0) {
-        findings_.add({hierarchyOf(*kernel.kernel), 0, Severity::Warning, "repeated-net",
+        findings_.add({hierarchyOf(*kernel.kernel), 0, Severity::Warning, Code::RepeatedNet,
                        "instance path " + quotedName(paths[faults.repeatedInstance]) + ofKernel +
                            " occurs in both " + quotedName(nets[faults.firstOfRepeated].name) +
                            " and " + quotedName(nets[faults.repetition].name) +
@@ -249,7 +249,7 @@ void ProjectCheck::reportBare(const KernelCoverage& kernel) {
     if (kernel.nearestToBare) {
         text += ", and net " + quotedName(kernel.nearestToBare->net) + " to none of its paths";
     }
-    findings_.add({hierarchyOf(*kernel.kernel), 0, Severity::Warning, "instance-without-net",
+    findings_.add({hierarchyOf(*kernel.kernel), 0, Severity::Warning, Code::InstanceWithoutNet,
                    std::move(text)});
 }
 
@@ -272,7 +272,7 @@ void ProjectCheck::reportNothingLocated(const KernelCoverage& kernel) {
         return;
     }
     findings_.add({inputs_.readLogicLocations().front().path, 0, Severity::Warning,
-                   "nothing-located",
+                   Code::NothingLocated,
                    "no net has the name of an argument or variable of kernel " +
                        quotedName(kernel.kernel->name())});
 }

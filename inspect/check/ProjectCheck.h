@@ -3,7 +3,7 @@
 #pragma once
 
 #include "inspect/check/Coverage.h"
-#include "inspect/check/Finding.h"
+#include "inspect/check/Findings.h"
 #include "inspect/check/InputCheck.h"
 #include "inspect/text/Progress.h"
 

@@ -27,7 +27,7 @@ void RepeatedBits::report(const std::string& path, Findings& findings) const {
     // It is not found again if the file has changed in between.
     const std::string earlier =
         lineBefore_ == 0 ? "an earlier line" : "line " + std::to_string(lineBefore_);
-    findings.add({path, line_, Severity::Warning, "repeated-bit",
+    findings.add({path, line_, Severity::Warning, Code::RepeatedBit,
                   earlier + " places the same bit elsewhere, and the later line counts" +
                       (count_ > 1 ? "; there are " + inWords(count_ - 1, "more such line") : "")});
 }

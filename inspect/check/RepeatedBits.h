@@ -2,7 +2,7 @@
 // one. The reader takes the later line without a word.
 #pragma once
 
-#include "inspect/check/Finding.h"
+#include "inspect/check/Findings.h"
 #include "readers/LogicLocationObserver.h"
 
 #include <cstdint>

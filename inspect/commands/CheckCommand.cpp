@@ -121,7 +121,7 @@ Status CheckCommand::check(Console& console) {
     }
     for (std::size_t i = 1; i < dwarfFiles_.size(); ++i) {
         findings.add(
-            {dwarfFiles_[i], 0, Severity::Error, "repeated-option",
+            {dwarfFiles_[i], 0, Severity::Error, Code::RepeatedOption,
              "-d is given more than once: the consolidator refuses the whole command line, "
              "and only the first one is looked at here"});
     }
@@ -151,7 +151,7 @@ void CheckCommand::reportDatabaseAsInput(Findings& findings) const {
         for (const std::string& path : inputs_.of(input)) {
             std::error_code error;
             if (!databasePath_.empty() && std::filesystem::equivalent(path, databasePath_, error)) {
-                findings.add({path, 0, Severity::Error, "database-is-input",
+                findings.add({path, 0, Severity::Error, Code::DatabaseIsInput,
                               "is given with -f too: a run empties it before it is read"});
             }
         }

@@ -10,7 +10,7 @@
 #pragma once
 
 #include "driver/Inputs.h"
-#include "inspect/check/Finding.h"
+#include "inspect/check/Findings.h"
 #include "inspect/commands/Command.h"
 
 #include <string>

@@ -15,10 +15,10 @@ namespace consolidator::inspect {
 namespace {
 
 /// "2 errors, 1 warning"; "no faults found", if there is nothing but notes.
-std::string summary(const Faults& faults) {
+std::string summary(const DatabaseFindings& findings) {
     std::string result;
     for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Note}) {
-        const std::uint64_t count = faults.count(severity);
+        const std::uint64_t count = findings.count(severity);
         if (severity == Severity::Note && result.empty()) {
             result = "no faults found";
         }
@@ -30,19 +30,20 @@ std::string summary(const Faults& faults) {
     return result;
 }
 
-void print(const Faults& faults, const std::string& path, Console& console) {
-    for (const Fault& fault : faults.kept()) {
-        console.out << path << ':' << inHex(fault.offset) << ": "
-                    << styledLabel(fault.severity, console.colour) << ": " << fault.text << '\n';
+void print(const DatabaseFindings& findings, const std::string& path, Console& console) {
+    for (const Finding& finding : findings.kept()) {
+        console.out << path << ':' << inHex(finding.offset) << ": "
+                    << styledLabel(finding.severity, console.colour) << ": " << finding.text
+                    << '\n';
     }
     for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Note}) {
-        const std::uint64_t count = faults.count(severity);
-        if (count > Faults::mostKept) {
-            console.out << path << ": the first " << Faults::mostKept << " of "
+        const std::uint64_t count = findings.count(severity);
+        if (count > DatabaseFindings::mostKept) {
+            console.out << path << ": the first " << DatabaseFindings::mostKept << " of "
                         << inWords(count, label(severity)) << " are shown\n";
         }
     }
-    console.out << path << ": " << summary(faults) << '\n';
+    console.out << path << ": " << summary(findings) << '\n';
 }
 
 } // namespace
@@ -57,7 +58,7 @@ VerifyCommand::VerifyCommand(CLI::App& commandLine) {
 
 Status VerifyCommand::run(Console& console) {
     const std::string path = printable(path_);
-    Faults found;
+    DatabaseFindings found;
     std::string fault = openingFault(path_);
     if (fault.empty() && !ContainerCheck(found).check(path_)) {
         fault = "is no regular file";

@@ -1,7 +1,7 @@
 // Colour for terminals, by the control sequences of ECMA-48 (SGR).
 #pragma once
 
-#include "query/Severity.h"
+#include "shared/Severity.h"
 
 #include <string>
 #include <string_view>

@@ -138,7 +138,7 @@ void ContainerCheck::checkEntry(std::size_t number) {
     for (const auto& [padding, place] : {std::pair(entry.padding1, firstPaddingPlace),
                                          std::pair(entry.padding2, secondPaddingPlace)}) {
         if (padding != 0) {
-            faults_->add(Severity::Note, row + place, [&, value = padding] {
+            findings_->add(Severity::Note, row + place, [&, value = padding] {
                 return name(number) + ": the padding is " + inHex(value, 8) + ", not zero";
             });
         }
@@ -147,7 +147,7 @@ void ContainerCheck::checkEntry(std::size_t number) {
         checkPlace(number);
         return;
     }
-    faults_->add(Severity::Error, row, [&] {
+    findings_->add(Severity::Error, row, [&] {
         return name(number) + ": the type is unknown: reading ends here, and what comes behind it "
                               "in the table is not read";
     });
@@ -160,7 +160,7 @@ void ContainerCheck::checkPlace(std::size_t number) {
     const std::uint64_t row = rowOf(number);
     const std::uint64_t end = endOf(entry);
     const auto addAt = [&](Severity severity, std::uint64_t place, const auto& makeText) {
-        faults_->add(severity, row + place, [&] { return name(number) + ": " + makeText(); });
+        findings_->add(severity, row + place, [&] { return name(number) + ": " + makeText(); });
     };
     if (entry.offset >= positionsEnd) {
         addAt(Severity::Error, offsetPlace, [&] {
@@ -215,7 +215,7 @@ void ContainerCheck::checkLayout() {
             if (section.entry.offset < covered) {
                 section.overlaps = true;
                 section.isReadable = false;
-                faults_->add(Severity::Error, rowOf(number) + offsetPlace, [&] {
+                findings_->add(Severity::Error, rowOf(number) + offsetPlace, [&] {
                     return name(number) + ": it begins at " + inHex(section.entry.offset) + " in " +
                            (last ? name(*last) : "the section table") + ", which ends at " +
                            inHex(covered) + ": its content is not checked";
@@ -233,7 +233,7 @@ void ContainerCheck::checkLayout() {
 
 void ContainerCheck::reportGap(std::uint64_t begin, std::uint64_t end) {
     if (begin < end) {
-        faults_->add(Severity::Warning, begin, [&] {
+        findings_->add(Severity::Warning, begin, [&] {
             return inWords(end - begin, "byte") + " from here on without a section";
         });
     }
@@ -248,7 +248,7 @@ void ContainerCheck::checkOrder() {
             continue;
         }
         if (before && section.entry.offset < sections_[*before].entry.offset) {
-            faults_->add(Severity::Warning, rowOf(number) + offsetPlace, [&] {
+            findings_->add(Severity::Warning, rowOf(number) + offsetPlace, [&] {
                 return name(number) + ": it lies in front of " + name(*before) +
                        ", which comes first in the table";
             });
@@ -271,7 +271,7 @@ void ContainerCheck::checkRepeatedKinds() {
         for (std::size_t number = one.value_or(sections_.size()) + 1; number < sections_.size();
              ++number) {
             if (sections_[number].entry.is(kind.type)) {
-                faults_->add(Severity::Warning, rowOf(number), [&] {
+                findings_->add(Severity::Warning, rowOf(number), [&] {
                     return name(number) + ": there is another one, " + name(*one) + ": " +
                            kind.consequence;
                 });
@@ -288,8 +288,8 @@ void ContainerCheck::checkContent(std::size_t number) {
     } else if (entry.is(SectionType::ProjectName)) {
         checkProject(number);
     } else if (entry.is(SectionType::Dwarf) && entry.size == 0) {
-        faults_->add(Severity::Note, rowOf(number) + sizePlace,
-                     [&] { return name(number) + ": it is empty"; });
+        findings_->add(Severity::Note, rowOf(number) + sizePlace,
+                       [&] { return name(number) + ": it is empty"; });
     }
 }
 
@@ -301,8 +301,8 @@ void ContainerCheck::checkProject(std::size_t number) {
     ByteRange bytes(file_, section.entry.offset, endOf(section.entry));
     const StoredText project(bytes, section.entry.size);
     const auto addHere = [&](Severity severity, const auto& makeText) {
-        faults_->add(severity, section.entry.offset,
-                     [&] { return name(number) + ": " + makeText(); });
+        findings_->add(severity, section.entry.offset,
+                       [&] { return name(number) + ": " + makeText(); });
     };
     if (project.hasZero()) {
         addHere(Severity::Warning,
@@ -329,7 +329,7 @@ void ContainerCheck::checkKernelData(std::size_t number) {
         return;
     }
     const std::uint64_t end = std::min(endOf(section.entry), file_.size());
-    KernelDataCheck content(file_, section.entry.offset, end, name(number), *faults_);
+    KernelDataCheck content(file_, section.entry.offset, end, name(number), *findings_);
     section.isWhole = content.check() && section.isReadable;
     section.hasZeroBytes = content.hasZeroBytes();
     kernels_ += content.kernels();

@@ -6,7 +6,8 @@
 #pragma once
 
 #include "consolidated/SectionEntry.h"
-#include "query/integrity/Faults.h"
+#include "query/integrity/ByteRange.h"
+#include "query/integrity/DatabaseFindings.h"
 #include "query/integrity/FileBytes.h"
 
 #include <cstdint>
@@ -24,8 +25,8 @@ namespace consolidator {
 /// kernel data and JSON, the largest kernel.
 class ContainerCheck {
 public:
-    /// Findings are added to `faults`, which must outlive the check.
-    explicit ContainerCheck(Faults& faults) : faults_(&faults) {}
+    /// What is found is added to `findings`, which must outlive the check.
+    explicit ContainerCheck(DatabaseFindings& findings) : findings_(&findings) {}
 
     /// Checks the file at `path`, which is only read. To be called once. False if the file cannot
     /// be opened or has no length; then nothing was checked, and nothing is said.
@@ -66,10 +67,10 @@ private:
     std::string name(std::size_t number) const;
     std::uint64_t tableEnd() const;
     void add(Severity severity, std::uint64_t offset, const std::string& text) {
-        faults_->add(severity, offset, text);
+        findings_->add(severity, offset, text);
     }
 
-    Faults* faults_;
+    DatabaseFindings* findings_;
     std::string path_;
     FileBytes file_;
     std::vector<Section> sections_;

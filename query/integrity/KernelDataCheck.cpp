@@ -26,12 +26,12 @@ std::string_view asPiece(const std::uint64_t& hash) {
 } // namespace
 
 KernelDataCheck::KernelDataCheck(const FileBytes& file, std::uint64_t begin, std::uint64_t end,
-                                 std::string section, Faults& faults)
+                                 std::string section, DatabaseFindings& findings)
     : file_(&file),
       bytes_(file, begin, end),
       end_(end),
       section_(std::move(section)),
-      faults_(&faults) {}
+      findings_(&findings) {}
 
 bool KernelDataCheck::check() {
     if (!checkList({.element = "kernel", .countName = "number of kernels"},
@@ -254,7 +254,7 @@ std::optional<StoredText> KernelDataCheck::text(std::string_view what) {
 
 template <typename Text>
 void KernelDataCheck::add(Severity severity, std::uint64_t offset, Text makeText) {
-    faults_->add(severity, offset, [&] { return here() + ": " + makeText(); });
+    findings_->add(severity, offset, [&] { return here() + ": " + makeText(); });
 }
 
 /// Where the check is: "section 3 (kernel data), kernel 1 of 2 ("scale"), argument 3 of 4".

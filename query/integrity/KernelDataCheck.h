@@ -14,7 +14,7 @@
 #pragma once
 
 #include "query/integrity/ByteRange.h"
-#include "query/integrity/Faults.h"
+#include "query/integrity/DatabaseFindings.h"
 #include "query/integrity/Repeats.h"
 #include "query/integrity/StoredText.h"
 
@@ -32,9 +32,9 @@ namespace consolidator {
 /// Memory grows with the longest list, by 16 bytes for each of its elements.
 class KernelDataCheck {
 public:
-    /// The section's payload stands from `begin` to `end`; `section` names it in faults.
+    /// The section's payload stands from `begin` to `end`; `section` names it in findings.
     KernelDataCheck(const FileBytes& file, std::uint64_t begin, std::uint64_t end,
-                    std::string section, Faults& faults);
+                    std::string section, DatabaseFindings& findings);
 
     /// To be called once. False if there is a record that cannot be read, which ends the check.
     bool check();
@@ -89,7 +89,7 @@ private:
     ByteRange bytes_;
     std::uint64_t end_;
     std::string section_;
-    Faults* faults_;
+    DatabaseFindings* findings_;
     std::vector<Level> levels_; ///< The innermost one last.
     std::uint64_t kernels_ = 0;
     bool hasZeroBytes_ = false;

@@ -1,9 +1,8 @@
-// What `check` has to say about an input.
+// What `check` has to say about inputs: all its findings, so many of a file.
 #pragma once
 
-#include "query/Severity.h"
+#include "shared/Finding.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -13,18 +12,8 @@
 
 namespace consolidator::inspect {
 
-/// One statement about a place, as compilers make them.
-struct Finding {
-    std::string file;       ///< Empty when it is about no file.
-    std::uint64_t line = 0; ///< Counted from 1; 0 when it is about no line.
-    Severity severity = Severity::Warning;
-    std::string code; ///< For scripts: "wrong-kind". The codes are listed in docs/inspector.md.
-    std::string text; ///< For users. As it comes, not printable() yet.
-
-    bool operator==(const Finding&) const = default;
-};
-
-/// All findings of one check, in the order in which they were made.
+/// All findings of one check, in the order in which they were made. Each names its file, if it is
+/// about one.
 class Findings {
 public:
     /// So many are kept of a file, beside errors, of which there are few: a file full of mistakes
@@ -37,7 +26,7 @@ public:
     const std::vector<Finding>& kept() const { return kept_; }
 
     /// How many were made of this severity, those included that were not kept.
-    std::uint64_t count(Severity severity) const;
+    std::uint64_t count(Severity severity) const { return counts_.of(severity); }
 
     /// How many were made and not kept.
     std::uint64_t dropped() const { return dropped_; }
@@ -45,7 +34,7 @@ public:
 private:
     std::vector<Finding> kept_;
     std::unordered_map<std::string, std::size_t> keptOf_; ///< By file; their number is the user's.
-    std::array<std::uint64_t, 3> counts_{};
+    SeverityCounts counts_;
     std::uint64_t dropped_ = 0;
 };
 

@@ -1,6 +1,6 @@
 // Findings are counted by severity, and only so many of a file are kept.
 
-#include "inspect/check/Finding.h"
+#include "inspect/check/Findings.h"
 
 #include <gtest/gtest.h>
 

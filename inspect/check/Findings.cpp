@@ -1,4 +1,4 @@
-#include "inspect/check/Finding.h"
+#include "inspect/check/Findings.h"
 
 #include "consolidated/Diagnostic.h"
 #include "shared/Utf8.h"
@@ -8,7 +8,7 @@
 namespace consolidator::inspect {
 
 void Findings::add(Finding finding) {
-    ++counts_.at(static_cast<std::size_t>(finding.severity));
+    counts_.add(finding.severity);
     if (finding.severity != Severity::Error) {
         std::size_t& kept = keptOf_[finding.file];
         if (kept == mostOfAFile) {
@@ -18,10 +18,6 @@ void Findings::add(Finding finding) {
         ++kept;
     }
     kept_.push_back(std::move(finding));
-}
-
-std::uint64_t Findings::count(Severity severity) const {
-    return counts_.at(static_cast<std::size_t>(severity));
 }
 
 std::string quotedName(std::string_view text) {

@@ -1,4 +1,4 @@
-#include "query/Severity.h"
+#include "shared/Severity.h"
 
 namespace consolidator {
 
