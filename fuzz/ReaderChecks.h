@@ -25,8 +25,8 @@ struct Reading {
     bool succeeded = false;
     bool threw = false;
     std::vector<Kernel> kernels;
-    std::optional<Diagnostic::Remark> stopped;
-    std::vector<Diagnostic::Remark> remarks;
+    std::optional<Finding> stopped;
+    std::vector<Finding> remarks;
     std::uint64_t remarkCount = 0;
 };
 

@@ -4,6 +4,7 @@
 
 #include "consolidated/ConsolidatedFile.h"
 #include "tests/support/Kernels.h"
+#include "tests/support/ReaderFindings.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -90,7 +91,7 @@ TEST(InputFile, IsNotOpenWhenTheFileIsMissing) {
     EXPECT_FALSE(reader.isOpen());
     EXPECT_EQ(reader.fileName(), directory.path("missing"));
     EXPECT_EQ(reader.diagnostic().stopped(),
-              (Diagnostic::Remark{0, "cannot be opened: No such file or directory"}));
+              stopAt(0, "cannot be opened: No such file or directory"));
 }
 
 TEST(InputFile, KeepsThePathAsItWasGiven) {
@@ -159,7 +160,7 @@ TEST(InputFile, PassesMessagesToTheGivenStream) {
 TEST(InputFile, StopsWithFalseAndTheReason) {
     FakeReader reader(textOf(""));
     EXPECT_FALSE(reader.stop(12, "expected a number"));
-    EXPECT_EQ(reader.diagnostic().stopped(), (Diagnostic::Remark{12, "expected a number"}));
+    EXPECT_EQ(reader.diagnostic().stopped(), stopAt(12, "expected a number"));
 }
 
 TEST(InputFile, TriesToParse) {
@@ -168,7 +169,7 @@ TEST(InputFile, TriesToParse) {
 
     FakeReader throwing([](FakeReader&) -> bool { throw std::out_of_range("too short"); });
     EXPECT_FALSE(throwing.tryToParse());
-    EXPECT_EQ(throwing.diagnostic().stopped(), (Diagnostic::Remark{0, "too short"}));
+    EXPECT_EQ(throwing.diagnostic().stopped(), stopAt(0, "too short"));
 
     FakeReader exhausted([](FakeReader&) -> bool { throw std::bad_alloc(); });
     EXPECT_THROW(exhausted.tryToParse(), std::bad_alloc);

@@ -27,7 +27,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Remark = Diagnostic::Remark;
 
 const std::string heading3 = "3. Memory Utilization - Inferred";
 const std::string heading4 = "4. Memory Performance - Inferred";
@@ -45,21 +44,19 @@ const std::vector<Kernel> oneKernel = {kernelAt("scale_rows", {"top/k_1"})};
 const std::string matchingRow = "|top/k_1|RAMB|";
 
 /// The remark on a match.
-Remark match(std::uint64_t line, const std::string& cell,
-             const std::string& kernel = "scale_rows") {
-    return {line,
-            "block RAM \"" + cell + "\" belongs to kernel \"" + kernel +
-                "\"; its name is not stored",
-            true};
+Finding match(std::uint64_t line, const std::string& cell,
+              const std::string& kernel = "scale_rows") {
+    return noteAt(line, Code::BlockRam,
+                  "block RAM \"" + cell + "\" belongs to kernel \"" + kernel +
+                      "\"; its name is not stored");
 }
 
 /// The remark on a match with a kernel and others.
-Remark matchOfSeveral(std::uint64_t line, const std::string& cell, const std::string& kernel,
-                      const std::string& others) {
-    return {line,
-            "block RAM \"" + cell + "\" belongs to kernel \"" + kernel + "\" and " + others +
-                "; its name is not stored",
-            true};
+Finding matchOfSeveral(std::uint64_t line, const std::string& cell, const std::string& kernel,
+                       const std::string& others) {
+    return noteAt(line, Code::BlockRam,
+                  "block RAM \"" + cell + "\" belongs to kernel \"" + kernel + "\" and " + others +
+                      "; its name is not stored");
 }
 
 /// A report, of which the rows begin at line 3.
@@ -76,16 +73,16 @@ Reading readReport(const std::string& text, const std::vector<Kernel>& kernels =
 }
 
 /// The matches in a report that must be read to its end.
-std::vector<Remark> matchesIn(const std::string& text,
-                              const std::vector<Kernel>& kernels = oneKernel) {
+std::vector<Finding> matchesIn(const std::string& text,
+                               const std::vector<Kernel>& kernels = oneKernel) {
     const Reading reading = readReport(text, kernels);
     EXPECT_FALSE(reading.diagnostic.stopped()) << text;
     return reading.diagnostic.remarks();
 }
 
 /// The matches of one row of a wanted table, which stands at line 3.
-std::vector<Remark> matchesOf(const std::string& row,
-                              const std::vector<Kernel>& kernels = oneKernel) {
+std::vector<Finding> matchesOf(const std::string& row,
+                               const std::vector<Kernel>& kernels = oneKernel) {
     return matchesIn(report(row + "\n"), kernels);
 }
 
@@ -138,9 +135,9 @@ const std::string typicalReport = "RAM Utilization Report\n"
 const std::vector<Kernel> twoKernels = {kernelAt("scale_rows", {"top/k_1", "top/k_2"}),
                                         kernelAt("checksum", {"top/c_1"})};
 
-const std::vector<Remark> typicalMatches = {match(17, " top/k_1/ram_reg "),
-                                            match(19, " top/k_2/ram_reg "),
-                                            match(25, " top/c_1/table   ", "checksum")};
+const std::vector<Finding> typicalMatches = {match(17, " top/k_1/ram_reg "),
+                                             match(19, " top/k_2/ram_reg "),
+                                             match(25, " top/c_1/table   ", "checksum")};
 
 // The whole
 
@@ -196,7 +193,7 @@ TEST(RAMFile, FailsWhenTheFileIsNotOpen) {
     EXPECT_FALSE(reader.parse());
     EXPECT_EQ(errors.str(), "");
     EXPECT_EQ(reader.diagnostic().stopped(),
-              (Remark{0, "cannot be opened: No such file or directory"}));
+              stopAt(0, "cannot be opened: No such file or directory"));
 }
 
 TEST(RAMFile, TellsHowManyBlockRamsItHasSeenInTables) {
@@ -515,7 +512,7 @@ TEST(RAMFile, ReadsLinesOfUpTo2046Characters) {
 void expectEndAt(const std::string& line, const std::string& behind = "") {
     const Reading reading = readReport(report(matchingRow + "\n" + line + behind));
     EXPECT_THAT(reading.diagnostic.remarks(), ElementsAre(match(3, "top/k_1")));
-    EXPECT_EQ(reading.stop(), (Remark{4, "the line has more than 2046 characters"}));
+    EXPECT_EQ(reading.stop(), stopAt(4, "the line has more than 2046 characters"));
 }
 
 TEST(RAMFile, EndsTheReadingWithSuccessAtALongerLine) {
@@ -533,14 +530,14 @@ TEST(RAMFile, EndsTheReadingWithSuccessAtALongerLine) {
 TEST(RAMFile, EndsTheReadingAtALongerFirstLine) {
     const Reading reading = readReport(std::string(2047, ' ') + "\n" + report(matchingRow));
     EXPECT_THAT(reading.diagnostic.remarks(), IsEmpty());
-    EXPECT_EQ(reading.stop(), (Remark{1, "the line has more than 2046 characters"}));
+    EXPECT_EQ(reading.stop(), stopAt(1, "the line has more than 2046 characters"));
 }
 
 TEST(RAMFile, CountsACarriageReturnAsACharacterOfTheLine) {
     const LongRow row(2045);
     EXPECT_THAT(matchesIn(report(row.text + "\r\n")), ElementsAre(match(3, row.cell)));
     EXPECT_EQ(readReport(report(LongRow(2046).text + "\r\n")).stop(),
-              (Remark{3, "the line has more than 2046 characters"}));
+              stopAt(3, "the line has more than 2046 characters"));
 }
 
 TEST(RAMFile, DoesNotCountTheBlanksBeforeALine) {
@@ -557,14 +554,14 @@ TEST(RAMFile, SucceedsInSilenceOnADirectory) {
     const Reading reading = readFile<RAMFile>(directory.path("."), oneKernel);
     EXPECT_TRUE(reading.succeeded);
     EXPECT_THAT(reading.kernels, IsEmpty());
-    EXPECT_EQ(reading.stop(), (Remark{1, "the file cannot be read"}));
+    EXPECT_EQ(reading.stop(), stopAt(1, "the file cannot be read"));
 }
 
 TEST(RAMFile, SucceedsInSilenceWhereReadingBreaksOff) {
     const Reading reading = readBroken<RAMFile>(report(matchingRow + "\n|a"), oneKernel);
     EXPECT_TRUE(reading.succeeded);
     EXPECT_THAT(reading.diagnostic.remarks(), ElementsAre(match(3, "top/k_1")));
-    EXPECT_EQ(reading.stop(), (Remark{4, "the file cannot be read"}));
+    EXPECT_EQ(reading.stop(), stopAt(4, "the file cannot be read"));
 }
 
 // Damaged and large files

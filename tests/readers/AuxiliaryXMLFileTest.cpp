@@ -72,7 +72,7 @@ void expectSilentFailure(const std::string& text) {
 }
 
 /// That parsing throws, says why and leaves no kernel.
-void expectThrown(const std::string& text, const Diagnostic::Remark& reason) {
+void expectThrown(const std::string& text, const Finding& reason) {
     std::ostringstream errors;
     AuxiliaryXMLFile reader(std::make_unique<std::stringbuf>(text), errors);
     EXPECT_THROW(reader.parse(), std::out_of_range) << text;
@@ -81,7 +81,7 @@ void expectThrown(const std::string& text, const Diagnostic::Remark& reason) {
     EXPECT_EQ(errors.str(), "") << text;
 }
 
-std::vector<Diagnostic::Remark> remarksOn(const std::string& text) {
+std::vector<Finding> remarksOn(const std::string& text) {
     const Reading reading = readAux(text);
     EXPECT_TRUE(reading.succeeded) << text;
     return reading.diagnostic.remarks();
@@ -327,21 +327,22 @@ TEST(AuxiliaryXMLFile, EndsABusTypeAtItsFirstBlank) {
 // Attributes without a value
 
 TEST(AuxiliaryXMLFile, ThrowsOnAnAttributeThatEndsBeforeItsValue) {
-    expectThrown("<vd:arg vd:originalName=", {1, "\"vd:originalName=\" has no value"});
-    expectThrown("<vd:arg vd:busTypeRef=\n", {1, "\"vd:busTypeRef=\" has no value"});
-    expectThrown("<vd:acceleratorMap vd:functionName=\n", {1, "\"vd:functionName=\" has no value"});
+    expectThrown("<vd:arg vd:originalName=", stopAt(1, "\"vd:originalName=\" has no value"));
+    expectThrown("<vd:arg vd:busTypeRef=\n", stopAt(1, "\"vd:busTypeRef=\" has no value"));
+    expectThrown("<vd:acceleratorMap vd:functionName=\n",
+                 stopAt(1, "\"vd:functionName=\" has no value"));
 }
 
 TEST(AuxiliaryXMLFile, ThrowsAwayAllThatCameBeforeSuchAnAttribute) {
     expectThrown(typicalText + "\n <vd:arg vd:originalName=\"n\" vd:busTypeRef= \"bus\" />\n",
-                 {10, "\"vd:busTypeRef=\" has no value"});
+                 stopAt(10, "\"vd:busTypeRef=\" has no value"));
 }
 
 TEST(AuxiliaryXMLFile, ThrowsBeforeALaterWordCanMendIt) {
     expectThrown("<vd:arg vd:originalName= vd:originalName=\"n\"\n",
-                 {1, "\"vd:originalName=\" has no value"});
+                 stopAt(1, "\"vd:originalName=\" has no value"));
     expectThrown("<vd:acceleratorMap vd:functionName= vd:functionName=\"k\"\n",
-                 {1, "\"vd:functionName=\" has no value"});
+                 stopAt(1, "\"vd:functionName=\" has no value"));
 }
 
 TEST(AuxiliaryXMLFile, DoesNotThrowOnLinesThatTheAttributeDoesNotBelongTo) {
@@ -414,7 +415,7 @@ TEST(AuxiliaryXMLFile, EndsALineAtItsFirstZeroByte) {
 
 TEST(AuxiliaryXMLFile, ThrowsWhenAZeroByteCutsAnAttributeOff) {
     expectThrown(bytes("<vd:arg vd:originalName=\0\"n\"\n"),
-                 {1, "\"vd:originalName=\" has no value"});
+                 stopAt(1, "\"vd:originalName=\" has no value"));
 }
 
 TEST(AuxiliaryXMLFile, TakesHighBytesAsPartsOfNames) {
@@ -474,7 +475,7 @@ TEST(AuxiliaryXMLFile, FailsInSilenceOnADirectory) {
     const Reading reading = readFile<AuxiliaryXMLFile>(directory.path("."));
     EXPECT_FALSE(reading.succeeded);
     EXPECT_THAT(reading.kernels, IsEmpty());
-    EXPECT_EQ(reading.stop(), (Diagnostic::Remark{1, "the file cannot be read"}));
+    EXPECT_EQ(reading.stop(), stopAt(1, "the file cannot be read"));
 }
 
 TEST(AuxiliaryXMLFile, FailsInSilenceWhereReadingBreaksOff) {
@@ -490,33 +491,36 @@ TEST(AuxiliaryXMLFile, FailsInSilenceWhereReadingBreaksOff) {
 
 TEST(AuxiliaryXMLFile, ExplainsThatALineIsTooLong) {
     EXPECT_EQ(readAux("\n<vd:arg\n" + std::string(1024, 'x') + "\n<vd:arg\n").stop(),
-              (Diagnostic::Remark{3, "the line has more than 1023 characters"}));
+              stopAt(3, "the line has more than 1023 characters"));
 }
 
 TEST(AuxiliaryXMLFile, ExplainsThatTheFileCannotBeOpened) {
     const TemporaryDirectory directory;
     EXPECT_EQ(AuxiliaryXMLFile(directory.path("missing")).diagnostic().stopped(),
-              (Diagnostic::Remark{0, "cannot be opened: No such file or directory"}));
+              stopAt(0, "cannot be opened: No such file or directory"));
 }
 
 TEST(AuxiliaryXMLFile, StatesTheLineOfAnAttributeWithoutAValue) {
-    expectThrown("\n\n<vd:arg\n<vd:arg vd:busTypeRef=\n", {4, "\"vd:busTypeRef=\" has no value"});
+    expectThrown("\n\n<vd:arg\n<vd:arg vd:busTypeRef=\n",
+                 stopAt(4, "\"vd:busTypeRef=\" has no value"));
 }
 
 TEST(AuxiliaryXMLFile, RemarksOnNamesThatAreMissing) {
-    using Remark = Diagnostic::Remark;
-    EXPECT_THAT(remarksOn("<vd:arg\n\n<vd:acceleratorMap\n<vd:arg vd:originalName=\"\"\n"
-                          "<vd:acceleratorMap vd:functionName=\"\n"),
-                ElementsAre(Remark{1, "an argument without a name is made"},
-                            Remark{3, "the accelerator map names no function"},
-                            Remark{4, "argument \"\" came before; this one is passed over"},
-                            Remark{5, "the accelerator map names no function"}));
+    EXPECT_THAT(
+        remarksOn("<vd:arg\n\n<vd:acceleratorMap\n<vd:arg vd:originalName=\"\"\n"
+                  "<vd:acceleratorMap vd:functionName=\"\n"),
+        ElementsAre(warningAt(1, Code::NamelessArgument, "an argument without a name is made"),
+                    warningAt(3, Code::NamelessMap, "the accelerator map names no function"),
+                    warningAt(4, Code::RepeatedArgument,
+                              "argument \"\" came before; this one is passed over"),
+                    warningAt(5, Code::NamelessMap, "the accelerator map names no function")));
 }
 
 TEST(AuxiliaryXMLFile, RemarksOnAFileWithoutAnAcceleratorMap) {
     EXPECT_THAT(remarksOn("<vd:arg vd:originalName=\"n\"\n<vd:acceleratorMap>\n"),
-                ElementsAre(Diagnostic::Remark{
-                    0, "no line begins with \"<vd:acceleratorMap\": the kernel has no name"}));
+                ElementsAre(warningAt(
+                    0, Code::NoAcceleratorMap,
+                    "no line begins with \"<vd:acceleratorMap\": the kernel has no name")));
 }
 
 // Damaged files

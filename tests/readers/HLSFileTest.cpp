@@ -28,7 +28,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Remark = Diagnostic::Remark;
 
 Reading readHls(const std::string& text) {
     return readText<HLSFile>(text);
@@ -98,11 +97,11 @@ void expectSilentFailure(const std::string& text) {
     EXPECT_THAT(reading.kernels, IsEmpty()) << text;
 }
 
-Remark stopOf(const std::string& text) {
+Finding stopOf(const std::string& text) {
     return readHls(text).stop();
 }
 
-std::vector<Remark> remarksOn(const std::string& text) {
+std::vector<Finding> remarksOn(const std::string& text) {
     const Reading reading = readHls(text);
     EXPECT_TRUE(reading.succeeded) << text;
     return reading.diagnostic.remarks();
@@ -687,7 +686,7 @@ TEST(HLSFile, FailsInSilenceOnADirectory) {
         const Reading reading = readFile<HLSFile>(directory.path(name));
         EXPECT_FALSE(reading.succeeded);
         EXPECT_THAT(reading.kernels, IsEmpty());
-        EXPECT_EQ(reading.stop(), (Remark{1, "the file cannot be read"}));
+        EXPECT_EQ(reading.stop(), stopAt(1, "the file cannot be read"));
     }
 }
 
@@ -705,21 +704,21 @@ TEST(HLSFile, FailsInSilenceWhereReadingBreaksOff) {
 
 TEST(HLSFile, ExplainsWhyItStoppedAndWhere) {
     EXPECT_EQ(stopOf("\nBegin Function f\nBegin\n"),
-              (Remark{3, "a line cannot begin with \"Begin\""}));
-    EXPECT_EQ(stopOf(" \n\r\n"), (Remark{2, "the line is empty but for a carriage return"}));
-    EXPECT_EQ(stopOf("\n\nEnd Function f\n"), (Remark{3, "a function ends that has not begun"}));
+              stopAt(3, "a line cannot begin with \"Begin\""));
+    EXPECT_EQ(stopOf(" \n\r\n"), stopAt(2, "the line is empty but for a carriage return"));
+    EXPECT_EQ(stopOf("\n\nEnd Function f\n"), stopAt(3, "a function ends that has not begun"));
     EXPECT_EQ(stopOf("Begin Function f\nBegin Function g\nEnd Function g\n"),
-              (Remark{1, "function \"f\" begins and does not end"}));
-    EXPECT_EQ(stopOf("\nlocal v\n"), (Remark{2, "\"local\" comes before the first \"RTL\""}));
+              stopAt(1, "function \"f\" begins and does not end"));
+    EXPECT_EQ(stopOf("\nlocal v\n"), stopAt(2, "\"local\" comes before the first \"RTL\""));
 }
 
 TEST(HLSFile, CountsTheLinesOfBlocks) {
     EXPECT_EQ(stopOf(openBlock + " \n\nend v_reg 1\n"),
-              (Remark{6, "a line cannot begin with \"end\""}));
+              stopAt(6, "a line cannot begin with \"end\""));
 }
 
 TEST(HLSFile, ExplainsThatALineIsTooLong) {
-    const Remark reason{5, "the line has more than 1022 characters"};
+    const Finding reason = stopAt(5, "the line has more than 1022 characters");
     EXPECT_EQ(stopOf(openBlock + "\nRTL " + std::string(1019, 'c') + "\n"), reason);
     EXPECT_EQ(stopOf(openBlock + "\n " + std::string(1022, 'c') + "\n"), reason);
     EXPECT_EQ(stopOf(openBlock + "at: f:2\n " + std::string(1022, 'c') + "\n"), reason);
@@ -729,26 +728,27 @@ TEST(HLSFile, ExplainsThatALineIsTooLong) {
 TEST(HLSFile, ExplainsThatTheFileCannotBeOpened) {
     const TemporaryDirectory directory;
     EXPECT_EQ(HLSFile(directory.path("missing")).diagnostic().stopped(),
-              (Remark{0, "cannot be opened: No such file or directory"}));
+              stopAt(0, "cannot be opened: No such file or directory"));
 }
 
 TEST(HLSFile, RemarksOnEntriesThatArePassedOver) {
     EXPECT_THAT(
         remarksOn("RTL 1 s (x)\n\n" + entryAt("f:7") + "RTL 1 s (x)\nlocal v\n\n" + entryAt("g:7")),
         ElementsAre(
-            Remark{1, "the entry has no source line and is passed over", true},
-            Remark{7, "the entry has no source line and is passed over", true},
-            Remark{10, "an entry for source line 7 came before; this one is passed over", true}));
+            noteAt(1, Code::NoSourceLine, "the entry has no source line and is passed over"),
+            noteAt(7, Code::NoSourceLine, "the entry has no source line and is passed over"),
+            noteAt(10, Code::RepeatedSourceLine,
+                   "an entry for source line 7 came before; this one is passed over")));
 }
 
 TEST(HLSFile, RemarksOnAFileWithoutEntries) {
     for (const char* text :
          {"", " RTL 1 s (x)\n", "Begin Function f\n\tRTL 1 s (x)\nEnd Function f\n"}) {
-        EXPECT_THAT(
-            remarksOn(text),
-            ElementsAre(Remark{0, "no line begins with \"RTL\": the kernel has no variables "
-                                  "and no source lines (lines that begin with a blank or a "
-                                  "tab are skipped)"}))
+        EXPECT_THAT(remarksOn(text), ElementsAre(warningAt(
+                                         0, Code::NoEntry,
+                                         "no line begins with \"RTL\": the kernel has no variables "
+                                         "and no source lines (lines that begin with a blank or a "
+                                         "tab are skipped)")))
             << text;
     }
     EXPECT_THAT(remarksOn(entryAt("f:7")), IsEmpty());

@@ -135,11 +135,11 @@ void expectAcceptedVersion(const std::string& number, float version) {
     EXPECT_THAT(reading.kernels, IsEmpty());
 }
 
-Diagnostic::Remark stopOf(const std::string& text) {
-    return readText(text).diagnostic.stopped().value_or(Diagnostic::Remark{0, "not stopped"});
+Finding stopOf(const std::string& text) {
+    return readText(text).diagnostic.stopped().value_or(stopAt(0, "not stopped"));
 }
 
-std::vector<Diagnostic::Remark> remarksOn(const std::string& text) {
+std::vector<Finding> remarksOn(const std::string& text) {
     return readText(text).diagnostic.remarks();
 }
 
@@ -325,7 +325,7 @@ TEST(HierarchyFile, ReadsAFileOfManyKernels) {
     }
     EXPECT_TRUE(kernelsOf(text) == expected);
     EXPECT_EQ(stopOf(text + "instance\nwrong"),
-              (Diagnostic::Remark{4 * count + 1, "expected \"path:\" after \"instance\""}));
+              stopAt(4 * count + 1, "expected \"path:\" after \"instance\""));
 }
 
 // The end of the file
@@ -639,14 +639,13 @@ TEST(HierarchyFile, StopsInSilenceAtADirectory) {
 // Explanations
 
 TEST(HierarchyFile, ExplainsWhyItStoppedAndWhere) {
-    using Remark = Diagnostic::Remark;
     EXPECT_EQ(stopOf("k\ntype: hls\ninstance wrong\n"),
-              (Remark{3, "expected \"path:\" after \"instance\""}));
+              stopAt(3, "expected \"path:\" after \"instance\""));
     EXPECT_EQ(stopOf("k\n\n# " + std::string(254, 'c') + "\nm\n"),
-              (Remark{3, "the comment is longer than 254 characters"}));
-    EXPECT_EQ(stopOf("# one\nversion: abc\n"), (Remark{2, "expected a number after \"version:\""}));
+              stopAt(3, "the comment is longer than 254 characters"));
+    EXPECT_EQ(stopOf("# one\nversion: abc\n"), stopAt(2, "expected a number after \"version:\""));
     EXPECT_EQ(stopOf("\nversion: 2.0\nk\n"),
-              (Remark{2, "version 2 is above 1, the highest that is known"}));
+              stopAt(2, "version 2 is above 1, the highest that is known"));
 }
 
 TEST(HierarchyFile, StatesTheLineOfTheKeywordNotOfWhatFollows) {
@@ -658,33 +657,37 @@ TEST(HierarchyFile, StatesTheLineOfTheKeywordNotOfWhatFollows) {
 TEST(HierarchyFile, ExplainsThatTheFileCannotBeReadOrOpened) {
     const TemporaryDirectory directory;
     EXPECT_EQ(readFile(directory.path(".")).diagnostic.stopped(),
-              (Diagnostic::Remark{1, "the file cannot be read"}));
+              stopAt(1, "the file cannot be read"));
     EXPECT_EQ(HierarchyFile(directory.path("missing")).diagnostic().stopped(),
-              (Diagnostic::Remark{0, "cannot be opened: No such file or directory"}));
+              stopAt(0, "cannot be opened: No such file or directory"));
 }
 
 TEST(HierarchyFile, RemarksOnWhatIsNotWhatItSeems) {
-    using Remark = Diagnostic::Remark;
     EXPECT_THAT(remarksOn("k\ntype: HLS\nm\ntype:\n\tfpga\n"),
-                ElementsAre(Remark{2, "type \"HLS\" is none of clc, c, ip, hls and counts as "
-                                      "unknown"},
-                            Remark{4, "type \"fpga\" is none of clc, c, ip, hls and counts as "
-                                      "unknown"}));
+                ElementsAre(warningAt(2, Code::UnknownType,
+                                      "type \"HLS\" is none of clc, c, ip, hls and counts as "
+                                      "unknown"),
+                            warningAt(4, Code::UnknownType,
+                                      "type \"fpga\" is none of clc, c, ip, hls and counts as "
+                                      "unknown")));
     EXPECT_THAT(remarksOn("a\nk\n\n"),
-                ElementsAre(Remark{2, "kernel name \"k\" ends the file; a second, empty record of "
-                                      "that name is made"}));
+                ElementsAre(warningAt(2, Code::NameAtEnd,
+                                      "kernel name \"k\" ends the file; a second, empty record of "
+                                      "that name is made")));
     EXPECT_THAT(remarksOn("k\ninstance path:\n\n"),
-                ElementsAre(Remark{2, "the file ends after \"instance path:\"; the path is taken "
-                                      "to be \"path:\""}));
+                ElementsAre(warningAt(2, Code::MissingPath,
+                                      "the file ends after \"instance path:\"; the path is taken "
+                                      "to be \"path:\"")));
     EXPECT_THAT(remarksOn(""),
-                ElementsAre(Remark{0, "the file holds no word; a kernel without a name is made"}));
+                ElementsAre(warningAt(0, Code::NoWord,
+                                      "the file holds no word; a kernel without a name is made")));
 }
 
 TEST(HierarchyFile, RemarksOnAnInstanceThatIsTakenForAKernel) {
-    EXPECT_THAT(
-        remarksOn("k\ninstance: top/k_1\ntype: c\n"),
-        ElementsAre(Diagnostic::Remark{2, "\"instance:\" is taken for the name of a kernel; "
-                                          "is \"instance path:\" meant?"}));
+    EXPECT_THAT(remarksOn("k\ninstance: top/k_1\ntype: c\n"),
+                ElementsAre(warningAt(2, Code::InstanceAsKernel,
+                                      "\"instance:\" is taken for the name of a kernel; "
+                                      "is \"instance path:\" meant?")));
 }
 
 TEST(HierarchyFile, RemarksOnNothingInAPlainFile) {

@@ -71,9 +71,7 @@ struct Outcome {
     Diagnostic diagnostic;
 
     /// Where and why the read stopped.
-    Diagnostic::Remark stop() const {
-        return diagnostic.stopped().value_or(Diagnostic::Remark{0, "not stopped"});
-    }
+    Finding stop() const { return diagnostic.stopped().value_or(stopAt(0, "not stopped")); }
 };
 
 /// Lets a reader parse a path or a stream buffer. Either the read succeeds, or it stops, with one
@@ -495,23 +493,25 @@ std::string documentWith(const std::string& kernels) {
 }
 
 TEST(KernelFile, RemarksOnArgumentsThatComeTwiceAndDiffer) {
-    using Remark = Diagnostic::Remark;
     EXPECT_THAT(
         readDocument(
             documentWith("<kernel name='k'><arg name='a' type='int'/><arg name='b' type='int'/>"
                          "<arg name='a' type='float'/><arg name='b' type='int'/></kernel>"
                          "<kernel name='m'><arg name='b' type='char'/></kernel>"))
             .diagnostic.remarks(),
-        ElementsAre(Remark{0, "argument \"a\" of kernel \"k\" is passed over: type "
-                              "\"float\" here, \"int\" before, and the first one counts"},
-                    Remark{0, "argument \"b\" of kernel \"m\" is passed over: type "
-                              "\"char\" here, \"int\" before, and the first one counts"}));
+        ElementsAre(warningAt(0, Code::RepeatedArgument,
+                              "argument \"a\" of kernel \"k\" is passed over: type "
+                              "\"float\" here, \"int\" before, and the first one counts"),
+                    warningAt(0, Code::RepeatedArgument,
+                              "argument \"b\" of kernel \"m\" is passed over: type "
+                              "\"char\" here, \"int\" before, and the first one counts")));
     EXPECT_THAT(readDocument(documentWith("<kernel name='k'><arg name='input' type='int'/>"
                                           "<arg name='input_r' type='int'/></kernel>"))
                     .diagnostic.remarks(),
-                ElementsAre(Remark{0, "argument \"input\" of kernel \"k\" is passed over: hardware "
+                ElementsAre(warningAt(0, Code::RepeatedArgument,
+                                      "argument \"input\" of kernel \"k\" is passed over: hardware "
                                       "name \"input_r\" here, \"input\" before, and the first one "
-                                      "counts"}));
+                                      "counts")));
 }
 
 TEST(KernelFile, DoesNotCompareArgumentsWithoutEnd) {

@@ -132,7 +132,7 @@ std::string smallKernels(std::size_t count) {
 struct Limited {
     bool succeeded = false;
     std::size_t kernels = 0;
-    Diagnostic::Remark stop = {0, ""};
+    Finding stop = {};
     std::string messages = {};
 };
 
@@ -141,7 +141,7 @@ Limited readLimited(const std::string& document) {
     KernelFile reader(std::make_unique<std::stringbuf>(document), errors);
     Limited result{.succeeded = reader.parse()};
     result.kernels = reader.kernels().size();
-    result.stop = reader.diagnostic().stopped().value_or(Diagnostic::Remark{0, ""});
+    result.stop = reader.diagnostic().stopped().value_or(Finding());
     result.messages = errors.str();
     return result;
 }

@@ -757,7 +757,7 @@ TEST(LLFile, IsNotOpenWhenThereIsNoFile) {
     EXPECT_EQ(errors.str(), "");
     EXPECT_EQ(reader.kernels().size(), 1U);
     EXPECT_EQ(reader.diagnostic().stopped(),
-              (Diagnostic::Remark{0, "cannot be opened: No such file or directory"}));
+              stopAt(0, "cannot be opened: No such file or directory"));
 }
 
 TEST(LLFile, IsNotOpenAfterItsEnd) {
@@ -798,13 +798,12 @@ TEST(LLFile, FailsWhereTheFileCannotBeRead) {
 // Explanations
 
 TEST(LLFile, ExplainsWhyItStoppedAndWhere) {
-    using Remark = Diagnostic::Remark;
     EXPECT_EQ(readWith(";\n\n" + usualLine + "  word 1\n", {}).stop(),
-              (Remark{4, "line begins with \"word\", not \"Bit\""}));
+              stopAt(4, "line begins with \"word\", not \"Bit\""));
     EXPECT_EQ(readWith("\n" + usualLine, {}).stop(),
-              (Remark{1, "line begins with \"\", not \"Bit\""}));
+              stopAt(1, "line begins with \"\", not \"Bit\""));
     EXPECT_EQ(readWith(usualLine + lineOf(2047) + "\n" + usualLine, {}).stop(),
-              (Remark{2, "the line has more than 2046 characters"}));
+              stopAt(2, "the line has more than 2046 characters"));
 }
 
 TEST(LLFile, ExplainsThatTheFileCannotBeRead) {
@@ -816,13 +815,13 @@ TEST(LLFile, ExplainsThatTheFileCannotBeRead) {
     EXPECT_EQ(ofBroken.stop().text, "the file cannot be read");
 }
 
-std::vector<Diagnostic::Remark> remarksOn(const std::string& text) {
+std::vector<Finding> remarksOn(const std::string& text) {
     return readWith(text, {usual}).diagnostic.remarks();
 }
 
 auto remarkAt(std::uint64_t line, const std::string& part) {
-    return AllOf(testing::Field(&Diagnostic::Remark::line, line),
-                 testing::Field(&Diagnostic::Remark::text, HasSubstr(part)));
+    return AllOf(testing::Field(&Finding::line, line),
+                 testing::Field(&Finding::text, HasSubstr(part)));
 }
 
 TEST(LLFile, RemarksOnBitsThatItSkips) {
@@ -858,7 +857,7 @@ TEST(LLFile, RemarksOnceOnBlanksInFrontOfNets) {
                 ElementsAre(remarkAt(2, "the first of 2 lines without a net: a blank stands "
                                         "behind \"Net=\"")));
     EXPECT_THAT(remarksOn(line),
-                ElementsAre(Diagnostic::Remark{1, "a blank stands behind \"Net=\""}));
+                ElementsAre(warningAt(1, Code::BlankNet, "a blank stands behind \"Net=\"")));
     EXPECT_THAT(remarksOn("Bit 1 0x1 1 DIE0 0 Net= \nBit 1 0x1 1 DIE0 0 Net=\n"), IsEmpty());
 }
 
@@ -866,10 +865,21 @@ TEST(LLFile, RemarksOnBitIndicesThatAreNoNumbers) {
     EXPECT_THAT(
         remarksOn(bitOf("top/k_1/state_r[a]") + bitOf("top/k_1/state_r[3:1]") +
                   bitOf("top/k_1/state_r[]")),
-        ElementsAre(Diagnostic::Remark{1, "bit index \"a\" is no number and is read as 0"},
-                    Diagnostic::Remark{2, "bit index \"3:1\" is no number and is read as 3"},
-                    Diagnostic::Remark{3, "bit index \"\" is no number and is read as 0"}));
+        ElementsAre(
+            warningAt(1, Code::OddBitIndex, "bit index \"a\" is no number and is read as 0"),
+            warningAt(2, Code::OddBitIndex, "bit index \"3:1\" is no number and is read as 3"),
+            warningAt(3, Code::OddBitIndex, "bit index \"\" is no number and is read as 0")));
     EXPECT_THAT(remarksOn(bitOf("top/k_1/state_r[007]")), IsEmpty());
+}
+
+TEST(LLFile, TellsItsRemarksApartByCodes) {
+    EXPECT_THAT(
+        remarksOn(bitOf("top/k_1/state_r[16777216]") + withFields("1 0x 64 DIE0 0") +
+                  bitOf("top/k_2/state_r") + "Bit"),
+        testing::UnorderedElementsAre(testing::Field(&Finding::code, Code::BitTooHigh),
+                                      testing::Field(&Finding::code, Code::UnreadableNumbers),
+                                      testing::Field(&Finding::code, Code::NetOfNoKernel),
+                                      testing::Field(&Finding::code, Code::NoFinalNewline)));
 }
 
 TEST(LLFile, RemarksOnceOnNetsThatBelongToNoKernel) {

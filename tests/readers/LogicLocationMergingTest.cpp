@@ -70,7 +70,7 @@ struct LogicLocationMerging : testing::Test {
             reader->setBudget(budget);
             database.addInputFile(*reader);
             budget = reader->budget();
-            for (const Diagnostic::Remark& remark : reader->diagnostic().remarks()) {
+            for (const Finding& remark : reader->diagnostic().remarks()) {
                 left.remarks.push_back(describe(remark));
             }
         }

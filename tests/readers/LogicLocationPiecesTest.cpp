@@ -29,8 +29,8 @@ namespace {
 struct Left {
     bool succeeded = false;
     std::vector<std::string> kernels = {}; ///< Their binary forms.
-    std::optional<Diagnostic::Remark> stopped = {};
-    std::vector<Diagnostic::Remark> remarks = {};
+    std::optional<Finding> stopped = {};
+    std::vector<Finding> remarks = {};
     std::uint64_t remarkCount = 0;
 
     bool operator==(const Left&) const = default;

@@ -8,6 +8,7 @@
 #include "model/Kernel.h"
 #include "model/Variable.h"
 #include "tests/support/FailingSource.h"
+#include "tests/support/ReaderFindings.h"
 
 #include <gtest/gtest.h>
 
@@ -27,9 +28,7 @@ struct Reading {
     Diagnostic diagnostic;
 
     /// Where and why the read stopped.
-    Diagnostic::Remark stop() const {
-        return diagnostic.stopped().value_or(Diagnostic::Remark{0, "not stopped"});
-    }
+    Finding stop() const { return diagnostic.stopped().value_or(stopAt(0, "not stopped")); }
 };
 
 /// Lets a reader parse a source, a path or a stream buffer, that must be open. `context` is what

@@ -10,8 +10,8 @@ namespace {
 
 TEST(Findings, AreKeptInTheirOrderAndCounted) {
     Findings findings;
-    const Finding first{"a", 3, Severity::Error, "code", "text"};
-    const Finding second{"", 0, Severity::Note, "code", "text"};
+    const Finding first{"a", 3, Severity::Error, Code::Empty, "text"};
+    const Finding second{"", 0, Severity::Note, Code::Empty, "text"};
     findings.add(first);
     findings.add(second);
     EXPECT_EQ(findings.kept(), (std::vector<Finding>{first, second}));
@@ -23,10 +23,10 @@ TEST(Findings, AreKeptInTheirOrderAndCounted) {
 TEST(Findings, OfOneFileDoNotFillTheMemory) {
     Findings findings;
     for (std::size_t i = 0; i < Findings::mostOfAFile + 2; ++i) {
-        findings.add({"a", i, Severity::Warning, "code", "text"});
+        findings.add({"a", i, Severity::Warning, Code::Empty, "text"});
     }
-    findings.add({"b", 1, Severity::Warning, "code", "text"});
-    findings.add({"a", 1, Severity::Error, "code", "text"});
+    findings.add({"b", 1, Severity::Warning, Code::Empty, "text"});
+    findings.add({"a", 1, Severity::Error, Code::Empty, "text"});
     EXPECT_EQ(findings.kept().size(), Findings::mostOfAFile + 2);
     EXPECT_EQ(findings.kept()[Findings::mostOfAFile].file, "b");
     EXPECT_EQ(findings.kept().back().severity, Severity::Error);

@@ -34,7 +34,8 @@ std::vector<std::string> lossesOf(const std::string& text) {
     for (const Finding& finding : findings.kept()) {
         EXPECT_EQ(finding.file, "k.hls");
         EXPECT_EQ(finding.severity, Severity::Warning);
-        result.push_back(std::to_string(finding.line) + ' ' + finding.code + ": " + finding.text);
+        result.push_back(std::to_string(finding.line) + ' ' + std::string(word(finding.code)) +
+                         ": " + finding.text);
     }
     return result;
 }

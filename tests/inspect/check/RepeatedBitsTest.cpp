@@ -30,7 +30,7 @@ RepeatedBits::Placement placed(std::uint64_t line, std::string_view net, std::ui
 }
 
 Finding warning(std::uint64_t line, const std::string& text) {
-    return {"a.ll", line, Severity::Warning, "repeated-bit", text};
+    return {"a.ll", line, Severity::Warning, Code::RepeatedBit, text};
 }
 
 std::vector<Finding> findingsOf(const Lines& first, const Lines& second) {
