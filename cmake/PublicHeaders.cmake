@@ -25,6 +25,7 @@ set(public_headers
     model/KernelType.h
     model/LocationList.h
     model/LogicLocation.h
+    model/MergeObserver.h
     model/RAMFile.h
     model/Variable.h
     query/Bits.h

@@ -218,17 +218,20 @@ bool ConsolidatedFile::addInputFile(InputFile& reader) {
     return isUsable;
 }
 
-void ConsolidatedFile::addKernelsOf(InputFile& reader) {
+void ConsolidatedFile::addKernelsOf(InputFile& reader, MergeObserver* observer) {
     for (Kernel& kernel : reader.takeKernels()) {
-        mergeKernel(std::move(kernel));
+        mergeKernel(std::move(kernel), observer);
     }
 }
 
-void ConsolidatedFile::mergeKernel(Kernel kernel) {
+void ConsolidatedFile::mergeKernel(Kernel kernel, MergeObserver* observer) {
+    if (observer != nullptr) {
+        observer->beforeMerging(kernel);
+    }
     const auto [existing, isNew] =
         kernels_.findOrAdd(kernel.name(), [&] { return std::move(kernel); });
     if (!isNew) {
-        existing.merge(std::move(kernel));
+        existing.merge(std::move(kernel), observer);
     }
 }
 

@@ -92,12 +92,13 @@ public:
     /// whose reader throws, adds nothing. Returns whether the reader went through.
     bool addInputFile(InputFile& reader);
 
-    /// The second half of it: merges the kernels of a reader that has succeeded.
-    void addKernelsOf(InputFile& reader);
+    /// The second half of it: merges the kernels of a reader that has succeeded. `observer`, unless
+    /// null, is told what of them the project does not take over.
+    void addKernelsOf(InputFile& reader, MergeObserver* observer = nullptr);
 
     /// Merges a kernel into the first one of its name (see Kernel::merge), or appends it if the
-    /// name is new.
-    void mergeKernel(Kernel kernel);
+    /// name is new. `observer` as of addKernelsOf().
+    void mergeKernel(Kernel kernel, MergeObserver* observer = nullptr);
 
     /// Writes the whole file anew, translating the kernels' conditions on the way. To be called
     /// once for each open(), and without effect before it.

@@ -32,7 +32,8 @@ bool add(const InputTarget& target, InputKind kind, const std::string& path, Inp
     const bool isUsable = reader.tryToParse();
     target.observer->afterReading(kind, path, reader, isUsable);
     if (isUsable) {
-        target.database.addKernelsOf(reader);
+        target.database.addKernelsOf(reader, target.observer);
+        target.observer->afterMerging();
     }
     return isUsable;
 }

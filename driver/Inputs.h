@@ -10,6 +10,7 @@
 
 #include "consolidated/ConsolidatedFile.h"
 #include "consolidated/InputFile.h"
+#include "model/MergeObserver.h"
 
 #include <ostream>
 #include <span>
@@ -77,13 +78,8 @@ std::span<const InputOption> inputOptions();
 const InputOption& inputOption(InputKind kind);
 
 /// Looks on while inputs are taken in, for programs that explain what happens to them.
-class InputObserver {
+class InputObserver : public MergeObserver {
 public:
-    InputObserver() = default;
-    virtual ~InputObserver() = default;
-    InputObserver(const InputObserver&) = delete;
-    InputObserver& operator=(const InputObserver&) = delete;
-
     /// The DWARF file is to be taken in, or not if the database has one already.
     virtual void beforeDwarf(const std::string& path) = 0;
 
@@ -93,6 +89,10 @@ public:
     /// The reader has done what it can, and its kernels, if they are usable, are to be merged.
     virtual void afterReading(InputKind kind, const std::string& path, const InputFile& reader,
                               bool isUsable) = 0;
+
+    /// The reader's kernels have been merged, which was told of as of every MergeObserver. Not
+    /// called when they are not usable.
+    virtual void afterMerging() = 0;
 };
 
 /// Takes all inputs into the database, in the table's order, which matters: each kind builds on

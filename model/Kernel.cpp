@@ -59,7 +59,7 @@ void Kernel::addBram(std::string_view name) {
     brams_.emplace_back(name);
 }
 
-void Kernel::merge(Kernel other) {
+void Kernel::merge(Kernel other, MergeObserver* observer) {
     if (type_ == KernelType::Unknown) {
         type_ = other.type_;
     }
@@ -73,9 +73,13 @@ void Kernel::merge(Kernel other) {
         addVariable(variable.sourceName, variable.hardwareName, variable.typeText);
     }
     // These can be large: `other` has no more use for them.
-    other.hardwareVariables_.changeAll([this](std::vector<HardwareVariable>& variables) {
+    other.hardwareVariables_.changeAll([&](std::vector<HardwareVariable>& variables) {
         for (HardwareVariable& variable : variables) {
-            addHardwareVariable(std::move(variable));
+            const auto [known, isNew] = hardwareVariables_.findOrAdd(
+                variable.name, [&variable] { return std::move(variable); });
+            if (observer != nullptr && !isNew && known.locations != variable.locations) {
+                observer->ignoredLocations(*this, known, variable);
+            }
         }
     });
     other.breakableConditions_.changeAll([this](std::vector<BreakableCondition>& conditions) {

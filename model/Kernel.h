@@ -7,6 +7,7 @@
 #include "model/BreakableCondition.h"
 #include "model/HardwareVariable.h"
 #include "model/KernelType.h"
+#include "model/MergeObserver.h"
 #include "model/Variable.h"
 #include "shared/UniqueList.h"
 
@@ -99,7 +100,8 @@ public:
     /// Takes over what `other`, a kernel of the same name, knows and this one does not. A type that
     /// is known stays. Arguments and variables come without their locations, and BRAM names do not
     /// come at all: both reach a project only with a kernel that is new to it. That is on purpose.
-    void merge(Kernel other);
+    /// `observer`, unless null, is told of registers that are dropped.
+    void merge(Kernel other, MergeObserver* observer = nullptr);
 
     /// Back to the state of a new record: all empty, type Unknown.
     void clear();

@@ -266,7 +266,6 @@ void InputCheck::afterReading(InputKind kind, const std::string& path, const Inp
             add(0, Severity::Warning, Code::BeforeAnyKernel,
                 "no kernel is known when it is read, so that none of its nets belongs to one");
         }
-        reportIgnoredLocations(reader);
         if (look_.isRegular) {
             readLogicLocations_.push_back({path, placements_.repeatedBits});
         }
@@ -451,32 +450,36 @@ void InputCheck::reportRepeatedConditions(const Kernel& kernel, const Kernel& kn
     }
 }
 
-void InputCheck::reportIgnoredLocations(const InputFile& reader) {
-    // A register's first locations stay. The reader has put its own over a copy of them.
-    const HardwareVariable* first = nullptr;
-    std::uint64_t count = 0;
-    const std::size_t kernels = std::min(reader.kernels().size(), database_.kernels().size());
-    for (std::size_t i = 0; i < kernels; ++i) {
-        const std::vector<HardwareVariable>& read = reader.kernels()[i].hardwareVariables();
-        auto own = read.begin();
-        for (const HardwareVariable& known : database_.kernels()[i].hardwareVariables()) {
-            // The reader has none of the kernel, or, of nets that a database repeats, the first.
-            if (own == read.end() || own->name != known.name) {
-                continue;
-            }
-            if (own->locations != known.locations) {
-                first = first == nullptr ? &known : first;
-                ++count;
-            }
-            ++own;
-        }
+// While merging: what the project does not take over
+
+void InputCheck::beforeMerging(const Kernel& /*coming*/) {
+    ++merged_;
+}
+
+void InputCheck::ignoredLocations(const Kernel& kernel, const HardwareVariable& known,
+                                  const HardwareVariable& /*ignored*/) {
+    // Only logic-location files have registers, and one kernel for each of the project's. Where
+    // another tool has repeated a kernel's name, the further ones come with registers of their own,
+    // of which the file need not have said anything.
+    const bool isOfTheFile =
+        merged_ <= database_.kernels().size() && &database_.kernels()[merged_ - 1] == &kernel;
+    if (isOfTheFile && ignored_++ == 0) {
+        firstIgnored_ = known.name;
     }
-    if (first == nullptr) {
-        return;
+}
+
+void InputCheck::afterMerging() {
+    if (ignored_ > 0) {
+        reportIgnoredLocations();
     }
+    merged_ = 0;
+    ignored_ = 0;
+}
+
+void InputCheck::reportIgnoredLocations() {
     const bool isAdded = !inputs_.empty() && inputs_.front().isOldDatabase;
-    std::string text = "locations of net " + quotedName(first->name);
-    text += count > 1 ? " (and " + std::to_string(count - 1) + " more)" : "";
+    std::string text = "locations of net " + quotedName(firstIgnored_);
+    text += ignored_ > 1 ? " (and " + std::to_string(ignored_ - 1) + " more)" : "";
     text += " are ignored: the database has others already, which stay";
     text += isAdded ? " (only a run with --create replaces them)" : "";
     add(0, Severity::Warning, Code::IgnoredLocations, std::move(text));

@@ -8,6 +8,7 @@
 #include "inspect/check/RepeatedBits.h"
 #include "inspect/text/Progress.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -45,6 +46,10 @@ public:
     void beforeReading(InputKind kind, const std::string& path, InputFile& reader) override;
     void afterReading(InputKind kind, const std::string& path, const InputFile& reader,
                       bool isUsable) override;
+    void beforeMerging(const Kernel& coming) override;
+    void ignoredLocations(const Kernel& kernel, const HardwareVariable& known,
+                          const HardwareVariable& ignored) override;
+    void afterMerging() override;
 
     const KernelOrigins& origins() const { return origins_; }
 
@@ -79,7 +84,7 @@ private:
     void reportConditions(const Kernel& kernel);
     void reportTranslatedAgain(const std::string& path);
     void reportRepeatedConditions(const Kernel& kernel, const Kernel& known);
-    void reportIgnoredLocations(const InputFile& reader);
+    void reportIgnoredLocations();
     void reportRamReport(const InputFile& reader);
 
     const ConsolidatedFile& database_;
@@ -90,6 +95,11 @@ private:
     FileLook look_;
     bool wasOpened_ = false;
     bool isMistaken_ = false; ///< The input is a file of another kind.
+
+    // Of the kernels that are being merged.
+    std::size_t merged_ = 0;    ///< How many came, the one included that is being merged.
+    std::string firstIgnored_;  ///< The first net whose locations are dropped,
+    std::uint64_t ignored_ = 0; ///< and how many such nets there are.
 
     KernelOrigins origins_;
     std::vector<Input> inputs_;

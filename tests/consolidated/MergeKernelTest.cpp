@@ -285,6 +285,36 @@ TEST(MergeKernel, PutsNewKernelsBehindThoseOfTheFile) {
     EXPECT_THAT(namesOf(database.kernels()), ElementsAre("second", "first", "third", "fourth"));
 }
 
+/// Notes what it is told.
+struct Notes final : MergeObserver {
+    std::vector<std::string> lines;
+
+    void beforeMerging(const Kernel& coming) override { lines.push_back("merge " + coming.name()); }
+    void ignoredLocations(const Kernel& kernel, const HardwareVariable& known,
+                          const HardwareVariable& ignored) override {
+        lines.push_back(kernel.name() + ' ' + known.name + " keeps " +
+                        std::to_string(known.locations.size()) + ", not " +
+                        std::to_string(ignored.locations.size()));
+    }
+};
+
+TEST(MergeKernel, TellsAnObserverOfLocationsThatItDrops) {
+    ConsolidatedFile database;
+    Notes notes;
+    Kernel kernel = kernelNamed("k");
+    kernel.addHardwareLocation("/same", 0, 1, 1);
+    kernel.addHardwareLocation("/other", 0, 1, 2);
+    database.mergeKernel(kernel, &notes);
+    kernel.addHardwareLocation("/other", 1, 1, 3);
+    kernel.addHardwareLocation("/new", 0, 1, 4);
+    database.mergeKernel(kernel, &notes);
+    database.mergeKernel(kernelNamed("m"), &notes);
+    EXPECT_THAT(notes.lines,
+                ElementsAre("merge k", "merge k", "k /other keeps 1, not 2", "merge m"));
+    EXPECT_THAT(database.kernels().at(0).hardwareVariables(), SizeIs(3));
+    EXPECT_EQ(database.kernels().at(0).hardwareVariables().at(1).locations.size(), 1U);
+}
+
 // A condition is known by its text as it is now: translated once the database was written.
 TEST(MergeKernel, KnowsConditionsByTheirTranslatedTextAfterWriting) {
     const TemporaryDirectory directory;

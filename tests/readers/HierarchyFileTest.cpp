@@ -4,6 +4,7 @@
 
 #include "tests/support/Bytes.h"
 #include "tests/support/FailingSource.h"
+#include "tests/support/ReaderFindings.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>

@@ -245,6 +245,27 @@ TEST_F(CheckCommand, SaysThatTheFirstLocationsOfARunStay) {
                                    "the database has others already, which stay\n"));
 }
 
+// The second kernel of the name reaches the merge with registers of its own.
+TEST_F(CheckCommand, DoesNotBlameAFileForTheSecondKernelOfAName) {
+    const auto kernelWith = [](std::uint32_t offset) {
+        return record(
+            {.name = "k",
+             .instancePaths = {"top/k_1"},
+             .variables = {variable("v", "v_reg", "int", {})},
+             .hardwareVariables = {hardwareVariable("/top/k_1/v_reg", {location(1, offset)})}});
+    };
+    const std::string database = directory.write(
+        "old.bin", DatabaseBuilder().section(2, u32(2) + kernelWith(0) + kernelWith(9)).bytes());
+    const auto checkOf = [&](const std::string& offset) {
+        directory.write("k.ll", "Bit 1 0x1 " + offset + " DIE0 0 Net=top/k_1/v_reg[0]\n");
+        return inspectRun({"check", "-f", database, "-l", ll}).out;
+    };
+    const std::string empty = directory.write("empty.ll", ";\n");
+    EXPECT_THAT(inspectRun({"check", "-f", database, "-l", empty}).out, Not(HasSubstr("ignored")));
+    EXPECT_THAT(checkOf("0"), Not(HasSubstr("and 1 more")));
+    EXPECT_THAT(checkOf("5"), HasSubstr("locations of net \"/top/k_1/v_reg\" are ignored"));
+}
+
 TEST_F(CheckCommand, SaysWhatIsRenamedBesideWhatIsNot) {
     directory.write("k.hls", "RTL 1 s (x == 1)\nlocal v\nat: k.cpp:7\nend v_reg[1:0] 2\n"
                              "local w\nend sum_reg 1\n");
