@@ -64,7 +64,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     }
     nlohmann::json document =
         documentOf(database, {.layout = JsonOptions::Layout::Pretty, .withDwarf = true});
-    fuzz::require(document["complete"] == database.fault().empty(), "a part is called so");
+    fuzz::require(document["complete"] == database.error().empty(), "a part is called so");
     fuzz::require(document["dwarf"].is_null() != database.dwarf().has_value(),
                   "DWARF is there if it is");
     if (database.dwarf()) {

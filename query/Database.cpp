@@ -29,8 +29,8 @@ Finding firstError(const std::string& path) {
 
 Database::Readable Database::read(const std::string& path, Extent extent) {
     path_ = path;
-    fault_ = openingFault(path);
-    if (!fault_.empty()) {
+    error_ = openingError(path);
+    if (!error_.empty()) {
         return Readable::Not;
     }
     std::error_code error;
@@ -40,7 +40,7 @@ Database::Readable Database::read(const std::string& path, Extent extent) {
     const bool isWhole = readContent(extent);
     // A newer file may hold anything: that it cannot be read is no damage.
     if (header().magic == ConsolidatedFile::magicNumber && content_->isNewer()) {
-        fault_ = "is of version " + std::to_string(header().majorVersion) + "." +
+        error_ = "is of version " + std::to_string(header().majorVersion) + "." +
                  std::to_string(header().minorVersion) + "; only versions up to " +
                  std::to_string(ConsolidatedFile::supportedMajor) + "." +
                  std::to_string(ConsolidatedFile::supportedMinor) + " are known";
@@ -51,11 +51,11 @@ Database::Readable Database::read(const std::string& path, Extent extent) {
     }
     // Only a table can follow a header, and only a header makes the file a database.
     if (sections().empty()) {
-        fault_ = "is no consolidated file: " + firstError(path).text;
+        error_ = "is no consolidated file: " + firstError(path).text;
         return Readable::Not;
     }
     const Finding first = firstError(path);
-    fault_ = "is damaged at " + inHex(first.offset) + ": " + first.text +
+    error_ = "is damaged at " + inHex(first.offset) + ": " + first.text +
              "; what could be read is shown";
     return Readable::InPart;
 }
@@ -72,7 +72,7 @@ bool Database::readContent(Extent extent) {
                               : sections().size() == header().sectionCount;
 }
 
-std::string openingFault(const std::string& path) {
+std::string openingError(const std::string& path) {
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(path, error);
     if (std::filesystem::is_directory(status)) {

@@ -38,13 +38,13 @@ public:
     };
 
     /// Reads the regular file at `path`, which is never written to. To be called once. Afterwards
-    /// fault() says why the file, as far as it was to be read, is not Whole. Damage costs no
+    /// error() says why the file, as far as it was to be read, is not Whole. Damage costs no
     /// memory: nothing is reserved for what a file only claims. Throws std::bad_alloc where there
     /// is not enough for what it holds.
     Readable read(const std::string& path, Extent extent = Extent::All);
 
     /// In words that follow "error: ", without a full stop; empty when the file was read whole.
-    const std::string& fault() const { return fault_; }
+    const std::string& error() const { return error_; }
 
     /// As it was given to read(); empty before.
     const std::string& path() const { return path_; }
@@ -76,14 +76,14 @@ private:
     bool readContent(Extent extent);
 
     std::string path_;
-    std::string fault_;
+    std::string error_;
     std::uint64_t fileSize_ = 0;
     // ConsolidatedFile owns a stream and stays where it is; a Database may be moved.
     std::unique_ptr<ConsolidatedFile> content_ = std::make_unique<ConsolidatedFile>();
 };
 
-/// Why the file cannot be opened for reading at any place of it, in words as of fault(); empty if
+/// Why the file cannot be opened for reading at any place of it, in words as of error(); empty if
 /// it can be.
-std::string openingFault(const std::string& path);
+std::string openingError(const std::string& path);
 
 } // namespace consolidator

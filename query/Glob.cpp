@@ -17,15 +17,15 @@ std::size_t characterLength(std::string_view text) {
 } // namespace
 
 Glob::Glob(std::string_view pattern) {
-    while (!pattern.empty() && fault_.empty()) {
+    while (!pattern.empty() && error_.empty()) {
         pieces_.push_back(takePiece(pattern));
     }
 }
 
-/// The first fault counts.
-void Glob::setFault(std::string_view fault) {
-    if (fault_.empty()) {
-        fault_ = fault;
+/// The first error counts.
+void Glob::setError(std::string_view error) {
+    if (error_.empty()) {
+        error_ = error;
     }
 }
 
@@ -34,7 +34,7 @@ std::string Glob::takeCharacter(std::string_view& pattern) {
     if (pattern.starts_with('\\')) {
         pattern.remove_prefix(1);
         if (pattern.empty()) {
-            setFault("nothing follows its last \"\\\"");
+            setError("nothing follows its last \"\\\"");
             return {};
         }
     }
@@ -70,7 +70,7 @@ Glob::Piece Glob::takeSet(std::string_view& pattern) {
     // A bracket that closes at once stands for itself.
     while (!pattern.empty() && (pattern.front() != ']' || piece.ranges.empty())) {
         if (pattern.starts_with("[:")) {
-            setFault("classes of characters as \"[:digit:]\" are not known");
+            setError("classes of characters as \"[:digit:]\" are not known");
         }
         const std::string from = takeCharacter(pattern);
         std::string to = from;
@@ -81,7 +81,7 @@ Glob::Piece Glob::takeSet(std::string_view& pattern) {
         piece.ranges.emplace_back(from, to);
     }
     if (pattern.empty()) {
-        setFault("its \"[\" has no \"]\" (write \"\\[\" for the character itself)");
+        setError("its \"[\" has no \"]\" (write \"\\[\" for the character itself)");
     } else {
         pattern.remove_prefix(1);
     }
@@ -97,7 +97,7 @@ bool Glob::accepts(const Piece& piece, std::string_view character) {
 }
 
 bool Glob::matches(std::string_view text) const {
-    if (!fault_.empty()) {
+    if (!error_.empty()) {
         return false;
     }
     // Only the latest "*" is ever made to take more: what the earlier ones took was enough, and a

@@ -24,7 +24,7 @@ public:
     explicit Glob(std::string_view pattern);
 
     /// Why the pattern cannot be understood; empty if it can. Then no text matches.
-    const std::string& fault() const { return fault_; }
+    const std::string& error() const { return error_; }
 
     /// Whether the whole text, which may hold any byte, is of the pattern.
     bool matches(std::string_view text) const;
@@ -44,10 +44,10 @@ private:
     std::string takeCharacter(std::string_view& pattern);
     Piece takePiece(std::string_view& pattern);
     Piece takeSet(std::string_view& pattern);
-    void setFault(std::string_view fault);
+    void setError(std::string_view error);
 
     std::vector<Piece> pieces_;
-    std::string fault_;
+    std::string error_;
 };
 
 } // namespace consolidator

@@ -27,9 +27,9 @@ NamePattern::NamePattern(const std::string& pattern, Kind kind)
 
 NamePattern::~NamePattern() = default;
 
-std::string NamePattern::fault() const {
+std::string NamePattern::error() const {
     if (const Glob* glob = std::get_if<Glob>(&matcher_)) {
-        return glob->fault();
+        return glob->error();
     }
     // It quotes the expression.
     return printable(std::get<std::unique_ptr<re2::RE2>>(matcher_)->error());

@@ -40,7 +40,7 @@ public:
 
     /// Why the pattern cannot be understood, as a printable() text; empty if it can. Then nothing
     /// matches.
-    std::string fault() const;
+    std::string error() const;
 
     /// Whether a source or hardware name matches, which may hold any byte.
     bool matchesName(std::string_view name) const;

@@ -13,7 +13,7 @@ namespace consolidator::inspect {
 namespace {
 
 /// Why a run cannot write to what is at `path`; empty if it can.
-std::string writingFault(const std::string& path) {
+std::string writingError(const std::string& path) {
     return access(path.c_str(), W_OK) == 0 ? "" : std::strerror(errno);
 }
 
@@ -23,9 +23,9 @@ std::string folderOf(const std::string& path) {
     return folder.empty() ? "./" : folder + '/';
 }
 
-void reportUnwritable(const std::string& path, const std::string& fault, Findings& findings) {
+void reportUnwritable(const std::string& path, const std::string& reason, Findings& findings) {
     findings.add({path, 0, Severity::Error, Code::NotWritable,
-                  fault + ": a run cannot open it and does nothing"});
+                  reason + ": a run cannot open it and does nothing"});
 }
 
 } // namespace
@@ -50,7 +50,7 @@ bool OldDatabase::read(const std::string& path, const std::string& project, Find
     checkWritable(path, findings);
     if (readable == Database::Readable::InPart) {
         findings.add({path, 0, Severity::Error, Code::DamagedDatabase,
-                      database_.fault() + "; what could not be read is lost after a run"});
+                      database_.error() + "; what could not be read is lost after a run"});
     }
     if (!project.empty() && !database_.project().empty() && project != database_.project()) {
         findings.add({path, 0, Severity::Error, Code::OtherProject,
@@ -63,23 +63,23 @@ bool OldDatabase::read(const std::string& path, const std::string& project, Find
 bool OldDatabase::checkWritable(const std::string& path, Findings& findings) {
     std::error_code error;
     const bool exists = std::filesystem::exists(path, error) || error;
-    std::string fault = writingFault(exists ? path : folderOf(path));
-    if (fault.empty() && std::filesystem::is_directory(path, error)) {
-        fault = std::strerror(EISDIR);
+    std::string reason = writingError(exists ? path : folderOf(path));
+    if (reason.empty() && std::filesystem::is_directory(path, error)) {
+        reason = std::strerror(EISDIR);
     }
-    if (!fault.empty()) {
+    if (!reason.empty()) {
         reportUnwritable(
-            path, (exists ? "cannot be written: " : "does not exist and cannot be made: ") + fault,
+            path, (exists ? "cannot be written: " : "does not exist and cannot be made: ") + reason,
             findings);
     }
-    return fault.empty();
+    return reason.empty();
 }
 
 void OldDatabase::reportUnusable(Findings& findings) {
     const std::string path = database_.path();
     const bool isNewer = database_.content().isNewer();
     findings.add({path, 0, Severity::Error, isNewer ? Code::NewerVersion : Code::NoDatabase,
-                  isNewer ? database_.fault() + ": a run refuses it and does nothing"
+                  isNewer ? database_.error() + ": a run refuses it and does nothing"
                           : "is no consolidated file: a run replaces all of its content"});
     database_ = Database(); // the inputs are looked at all the same
 }

@@ -13,7 +13,7 @@ class OldDatabase {
 public:
     /// Reads the file at `path`, to be called once at most. That there is none, or that a run for
     /// this project (empty: none is named) would refuse or replace it, makes a finding. False, with
-    /// a fault(), when it cannot be opened.
+    /// a error(), when it cannot be opened.
     bool read(const std::string& path, const std::string& project, Findings& findings);
 
     /// Whether a run can write the file at `path`, or make it if there is none. Else that is a
@@ -21,7 +21,7 @@ public:
     static bool checkWritable(const std::string& path, Findings& findings);
 
     /// In words that follow "error: ".
-    const std::string& fault() const { return database_.fault(); }
+    const std::string& error() const { return database_.error(); }
 
     /// What is in it, for inputs to be added to.
     ConsolidatedFile& content() { return database_.content(); }

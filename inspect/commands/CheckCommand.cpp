@@ -55,7 +55,7 @@ void addList(CLI::App& command, const std::string& names, std::vector<std::strin
              const std::string& help) {
     command.add_option(names, paths, help)
         ->allow_extra_args(false)
-        ->check(emptyNameFault)
+        ->check(emptyNameError)
         ->type_name("FILE");
 }
 
@@ -91,7 +91,7 @@ void CheckCommand::addOptions(CLI::App& command, const CLI::App* all) {
     command
         .add_option(names("-f", "consolidated_file"), databasePath_,
                     "Consolidated file that the inputs would be added to")
-        ->check(emptyNameFault)
+        ->check(emptyNameError)
         ->type_name("DB");
     command.add_option(names("-p", "project"), project_, "Name of the project")->type_name("NAME");
     command.add_option(names("", "format"), format_, "Form of the output: text or json")
@@ -116,7 +116,7 @@ Status CheckCommand::check(Console& console) {
         OldDatabase::checkWritable(databasePath_, findings);
     }
     if (!databasePath_.empty() && !create_ && !old.read(databasePath_, project_, findings)) {
-        console.err << printable(databasePath_) << ": error: " << old.fault() << '\n';
+        console.err << printable(databasePath_) << ": error: " << old.error() << '\n';
         return Status::Unreadable;
     }
     for (std::size_t i = 1; i < dwarfFiles_.size(); ++i) {

@@ -14,8 +14,8 @@ std::optional<Database> readDatabase(const std::string& path, Console& console,
                                      Database::Extent extent) {
     Database database;
     const Database::Readable readable = database.read(path, extent);
-    if (!database.fault().empty()) {
-        console.err << printable(path) << ": error: " << database.fault() << '\n';
+    if (!database.error().empty()) {
+        console.err << printable(path) << ": error: " << database.error() << '\n';
     }
     if (readable == Database::Readable::Not) {
         return std::nullopt;
@@ -26,7 +26,7 @@ std::optional<Database> readDatabase(const std::string& path, Console& console,
 DatabaseCommand::DatabaseCommand(CLI::App& command) {
     command.add_option("DB", path_, "The consolidated file to look into")
         ->required()
-        ->check(emptyNameFault);
+        ->check(emptyNameError);
 }
 
 Status DatabaseCommand::run(Console& console) {
@@ -35,7 +35,7 @@ Status DatabaseCommand::run(Console& console) {
         return Status::Unreadable;
     }
     const Status status = show(*database, console);
-    return database->fault().empty() ? status : std::max(status, Status::Unreadable);
+    return database->error().empty() ? status : std::max(status, Status::Unreadable);
 }
 
 } // namespace consolidator::inspect

@@ -116,10 +116,10 @@ DiffCommand::DiffCommand(CLI::App& commandLine) {
         commandLine.add_subcommand("diff", "Show what differs between two databases");
     command->add_option("DB1", before_, "The consolidated file to begin with")
         ->required()
-        ->check(emptyNameFault);
+        ->check(emptyNameError);
     command->add_option("DB2", after_, "The one that it is compared with")
         ->required()
-        ->check(emptyNameFault);
+        ->check(emptyNameError);
 }
 
 Status DiffCommand::run(Console& console) {
@@ -133,7 +133,7 @@ Status DiffCommand::run(Console& console) {
     compareValues("project", printable(before->project()), printable(after->project()), printer);
     compareDwarf(*before, *after, printer);
     compareKernels(before->kernels(), after->kernels(), printer);
-    const bool isWhole = before->fault().empty() && after->fault().empty();
+    const bool isWhole = before->error().empty() && after->error().empty();
     return std::max(printer.isSame() ? Status::Fine : Status::Findings,
                     isWhole ? Status::Fine : Status::Unreadable);
 }

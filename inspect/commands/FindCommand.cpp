@@ -150,9 +150,9 @@ Status FindCommand::show(const Database& database, Console& console) {
     const NamePattern pattern(pattern_,
                               isRegex_ ? NamePattern::Kind::Regex : NamePattern::Kind::Glob);
     const auto quoted = [this] { return '"' + printable(pattern_) + '"'; };
-    if (!pattern.fault().empty()) {
+    if (!pattern.error().empty()) {
         return usageError(console, "find",
-                          "pattern " + quoted() + " cannot be understood: " + pattern.fault());
+                          "pattern " + quoted() + " cannot be understood: " + pattern.error());
     }
     bool isFirst = true;
     for (const Kernel& kernel : database.kernels()) {

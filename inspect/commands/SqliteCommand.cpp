@@ -15,7 +15,7 @@ namespace consolidator::inspect {
 namespace {
 
 /// Why nothing is to be written under this name; empty if it may be.
-std::string targetFault(const std::string& path, bool force, const std::string& databasePath) {
+std::string targetError(const std::string& path, bool force, const std::string& databasePath) {
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::symlink_status(path, error);
     if (!std::filesystem::exists(status)) {
@@ -34,10 +34,10 @@ std::string targetFault(const std::string& path, bool force, const std::string& 
 }
 
 /// Why the export has failed; empty if it has not.
-std::string exportFault(const Database& database, const std::string& path, bool force) {
+std::string exportError(const Database& database, const std::string& path, bool force) {
     PendingFile pending(path);
     if (!pending.make()) {
-        return "cannot be written: " + pending.fault();
+        return "cannot be written: " + pending.error();
     }
     try {
         SqliteFile file(pending.path());
@@ -47,7 +47,7 @@ std::string exportFault(const Database& database, const std::string& path, bool 
         return std::string("cannot be written: ") + error.what();
     }
     const auto existing = force ? PendingFile::Existing::Replace : PendingFile::Existing::Keep;
-    return pending.putInPlace(existing) ? "" : "cannot be written: " + pending.fault();
+    return pending.putInPlace(existing) ? "" : "cannot be written: " + pending.error();
 }
 
 } // namespace
@@ -58,17 +58,17 @@ SqliteCommand::SqliteCommand(CLI::App& commandLine)
     CLI::App& command = *commandLine.get_subcommand("sqlite");
     command.add_option("OUT", output_, "The SQLite database to make")
         ->required()
-        ->check(emptyNameFault);
+        ->check(emptyNameError);
     command.add_flag("--force", force_, "Replace the file if it exists");
 }
 
 Status SqliteCommand::show(const Database& database, Console& console) {
-    std::string fault = targetFault(output_, force_, database.path());
-    if (fault.empty()) {
-        fault = exportFault(database, output_, force_);
+    std::string error = targetError(output_, force_, database.path());
+    if (error.empty()) {
+        error = exportError(database, output_, force_);
     }
-    if (!fault.empty()) {
-        console.err << printable(output_) << ": error: " << fault << '\n';
+    if (!error.empty()) {
+        console.err << printable(output_) << ": error: " << error << '\n';
         return Status::Unreadable;
     }
     return Status::Fine;

@@ -83,7 +83,7 @@ Status usageError(Console& console, const CLI::App& app, const CLI::ParseError& 
                       reasonOf(app, command, error));
 }
 
-std::string emptyNameFault(const std::string& path) {
+std::string emptyNameError(const std::string& path) {
     return path.empty() ? "the name of the file is empty" : "";
 }
 

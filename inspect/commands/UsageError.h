@@ -24,6 +24,6 @@ Status usageError(Console& console, const CLI::App& app, const CLI::ParseError& 
 
 /// A check for an argument that names a file: without a name, which mostly comes of a variable of a
 /// script that is not set, no message could say which file is meant.
-std::string emptyNameFault(const std::string& path);
+std::string emptyNameError(const std::string& path);
 
 } // namespace consolidator::inspect

@@ -53,18 +53,18 @@ VerifyCommand::VerifyCommand(CLI::App& commandLine) {
         commandLine.add_subcommand("verify", "Check strictly whether a database is in order");
     command->add_option("DB", path_, "The consolidated file to check")
         ->required()
-        ->check(emptyNameFault);
+        ->check(emptyNameError);
 }
 
 Status VerifyCommand::run(Console& console) {
     const std::string path = printable(path_);
     DatabaseFindings found;
-    std::string fault = openingFault(path_);
-    if (fault.empty() && !ContainerCheck(found).check(path_)) {
-        fault = "is no regular file";
+    std::string error = openingError(path_);
+    if (error.empty() && !ContainerCheck(found).check(path_)) {
+        error = "is no regular file";
     }
-    if (!fault.empty()) {
-        console.err << path << ": error: " << fault << '\n';
+    if (!error.empty()) {
+        console.err << path << ": error: " << error << '\n';
         return Status::Unreadable;
     }
     print(found, path, console);

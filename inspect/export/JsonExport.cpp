@@ -35,7 +35,7 @@ public:
         writeNumber(writer_, "minor", database.header().minorVersion);
         writer_.EndObject();
         writer_.Key("complete");
-        writer_.Bool(database.fault().empty());
+        writer_.Bool(database.error().empty());
         writeTextOrNull(writer_, "project",
                         database.project().empty() ? nullptr : &database.project());
         writeDwarf(database.dwarf(), withDwarf);

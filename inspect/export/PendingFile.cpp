@@ -75,7 +75,7 @@ bool PendingFile::putInPlace(Existing existing) {
 }
 
 bool PendingFile::fail() {
-    fault_ = std::strerror(errno);
+    error_ = std::strerror(errno);
     return false;
 }
 

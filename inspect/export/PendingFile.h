@@ -16,25 +16,25 @@ public:
     PendingFile(const PendingFile&) = delete;
     PendingFile& operator=(const PendingFile&) = delete;
 
-    /// Makes the empty file. When it cannot be made, false, and fault() says why.
+    /// Makes the empty file. When it cannot be made, false, and error() says why.
     bool make();
 
     /// Gives the file the target's name. A file that has come there meanwhile is replaced only if
-    /// the caller says so. False and a fault() when that cannot be done.
+    /// the caller says so. False and an error() when that cannot be done.
     bool putInPlace(Existing existing);
 
     /// The absolute path of the temporary name.
     const std::string& path() const { return path_; }
 
     /// Why a call has failed, in words of the system.
-    const std::string& fault() const { return fault_; }
+    const std::string& error() const { return error_; }
 
 private:
     bool fail();
 
     std::string target_;
     std::string path_;
-    std::string fault_;
+    std::string error_;
     bool isThere_ = false;
 };
 

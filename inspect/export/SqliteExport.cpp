@@ -146,7 +146,7 @@ public:
             dwarf = Blob{*database.dwarf()};
         }
         database_.run(1, database.header().majorVersion, database.header().minorVersion,
-                      database.fault().empty(), project, dwarf);
+                      database.error().empty(), project, dwarf);
         for (const Kernel& kernel : database.kernels()) {
             add(kernel);
         }

@@ -11,7 +11,7 @@ namespace {
 
 bool matches(std::string_view pattern, std::string_view text) {
     const Glob glob(pattern);
-    EXPECT_EQ(glob.fault(), "") << pattern;
+    EXPECT_EQ(glob.error(), "") << pattern;
     return glob.matches(text);
 }
 
@@ -71,13 +71,13 @@ TEST(Glob, TakesWhatFollowsABackslashAsItIs) {
 }
 
 TEST(Glob, TellsWhatItDoesNotUnderstand) {
-    EXPECT_EQ(Glob("sum[3").fault(),
+    EXPECT_EQ(Glob("sum[3").error(),
               "its \"[\" has no \"]\" (write \"\\[\" for the character itself)");
-    EXPECT_EQ(Glob("[]").fault(),
+    EXPECT_EQ(Glob("[]").error(),
               "its \"[\" has no \"]\" (write \"\\[\" for the character itself)");
-    EXPECT_EQ(Glob("sum\\").fault(), "nothing follows its last \"\\\"");
-    EXPECT_EQ(Glob("[a\\").fault(), "nothing follows its last \"\\\"");
-    EXPECT_EQ(Glob("[[:digit:]]").fault(), "classes of characters as \"[:digit:]\" are not known");
+    EXPECT_EQ(Glob("sum\\").error(), "nothing follows its last \"\\\"");
+    EXPECT_EQ(Glob("[a\\").error(), "nothing follows its last \"\\\"");
+    EXPECT_EQ(Glob("[[:digit:]]").error(), "classes of characters as \"[:digit:]\" are not known");
     EXPECT_FALSE(Glob("sum[3").matches("sum[3"));
     EXPECT_FALSE(Glob("[").matches(""));
 }

@@ -32,7 +32,7 @@ TEST(NamePattern, MatchesANetWithoutItsFirstSlashByAGlob) {
 
 TEST(NamePattern, MatchesAPartByARegularExpression) {
     const NamePattern pattern("k_[0-9]+/s", regex);
-    EXPECT_EQ(pattern.fault(), "");
+    EXPECT_EQ(pattern.error(), "");
     EXPECT_TRUE(pattern.matchesNet("/top/k_12/sum_reg"));
     EXPECT_FALSE(pattern.matchesNet("/top/k_/sum_reg"));
     EXPECT_TRUE(NamePattern("^sum$", regex).matchesName("sum"));
@@ -42,12 +42,12 @@ TEST(NamePattern, MatchesAPartByARegularExpression) {
 }
 
 TEST(NamePattern, TellsWhatItDoesNotUnderstand) {
-    EXPECT_EQ(NamePattern("su(", regex).fault(), "missing ): su(");
+    EXPECT_EQ(NamePattern("su(", regex).error(), "missing ): su(");
     EXPECT_FALSE(NamePattern("su(", regex).matchesName("su("));
-    EXPECT_NE(NamePattern("su[", glob).fault(), "");
-    EXPECT_EQ(NamePattern("\x1b(", regex).fault(), "missing ): \\x1b(");
-    EXPECT_NE(NamePattern("((a{1000}){1000}){1000}", regex).fault(), "");
-    EXPECT_NE(NamePattern("\xFF", regex).fault(), "");
+    EXPECT_NE(NamePattern("su[", glob).error(), "");
+    EXPECT_EQ(NamePattern("\x1b(", regex).error(), "missing ): \\x1b(");
+    EXPECT_NE(NamePattern("((a{1000}){1000}){1000}", regex).error(), "");
+    EXPECT_NE(NamePattern("\xFF", regex).error(), "");
 }
 
 // A matcher that goes back would take exponential time, and one that calls itself for each

@@ -50,7 +50,7 @@ TEST_F(PendingFile, ReplacesAnotherFileOnlyOnRequest) {
     ASSERT_TRUE(file.make());
     fill(file);
     EXPECT_FALSE(file.putInPlace(inspect::PendingFile::Existing::Keep));
-    EXPECT_EQ(file.fault(), "File exists");
+    EXPECT_EQ(file.error(), "File exists");
     EXPECT_EQ(directory.read("out"), "old");
     EXPECT_TRUE(file.putInPlace(inspect::PendingFile::Existing::Replace));
     EXPECT_THAT(directory.contents(), ElementsAre(Pair("out", "new")));
@@ -59,7 +59,7 @@ TEST_F(PendingFile, ReplacesAnotherFileOnlyOnRequest) {
 TEST_F(PendingFile, NeedsItsFolder) {
     inspect::PendingFile lost(directory.path("missing/out"));
     EXPECT_FALSE(lost.make());
-    EXPECT_EQ(lost.fault(), "No such file or directory");
+    EXPECT_EQ(lost.error(), "No such file or directory");
 }
 
 TEST_F(PendingFile, IsReadableForWhomTheMaskAllowsIt) {
