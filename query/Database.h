@@ -2,7 +2,7 @@
 //
 //     Database database;
 //     if (database.read("accelerator.bin") != Database::Readable::Whole) {
-//         std::cerr << database.path() << ": " << database.fault() << '\n';
+//         std::cerr << database.path() << ": " << database.error() << '\n';
 //     }
 //     for (const Kernel& kernel : database.kernels()) {
 #pragma once

@@ -6,48 +6,37 @@
 //     \*      the character itself
 #pragma once
 
-#include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
+
+namespace re2 {
+class RE2;
+} // namespace re2
 
 namespace consolidator {
 
-/// A pattern that whole texts match or not.
+/// A pattern that whole texts match or not: a regular expression of RE2 is made of it.
 ///
-/// Characters are those of UTF-8, and each byte that belongs to none. Matching takes at most time
-/// in proportion to the length of the text times that of the pattern, whatever both are.
+/// Characters are those of UTF-8, and each byte that belongs to none. "[a-c]" means all that come
+/// between in the order of their bytes. Matching takes time in proportion to the text, however long
+/// a name a file may hold; only a pattern of thousands of characters, which its user has chosen,
+/// can take the text times the pattern.
 class Glob {
 public:
-    /// Takes the pattern apart; nothing of it is referred to later.
     explicit Glob(std::string_view pattern);
+    ~Glob();
+    Glob(Glob&&) noexcept;
+    Glob& operator=(Glob&&) noexcept;
 
     /// Why the pattern cannot be understood; empty if it can. Then no text matches.
     const std::string& error() const { return error_; }
 
-    /// Whether the whole text, which may hold any byte, is of the pattern.
     bool matches(std::string_view text) const;
 
 private:
-    using Range = std::pair<std::string, std::string>; ///< First and last character.
-
-    /// What one character, or with `isRun` any number of them, must be.
-    struct Piece {
-        bool isRun = false;
-        bool isNegated = false;    ///< The character must be in no range.
-        std::vector<Range> ranges; ///< The character must be in one.
-    };
-
-    static bool accepts(const Piece& piece, std::string_view character);
-
-    std::string takeCharacter(std::string_view& pattern);
-    Piece takePiece(std::string_view& pattern);
-    Piece takeSet(std::string_view& pattern);
-    void setError(std::string_view error);
-
-    std::vector<Piece> pieces_;
     std::string error_;
+    std::unique_ptr<const re2::RE2> expression_; ///< Null if there is an error.
 };
 
 } // namespace consolidator

@@ -19,11 +19,8 @@ std::unique_ptr<re2::RE2> compiled(const std::string& expression) {
 } // namespace
 
 NamePattern::NamePattern(const std::string& pattern, Kind kind)
-    : hasSlash_(pattern.find('/') != std::string::npos), matcher_(Glob(pattern)) {
-    if (kind == Kind::Regex) {
-        matcher_ = compiled(pattern);
-    }
-}
+    : hasSlash_(pattern.find('/') != std::string::npos),
+      matcher_(kind == Kind::Glob ? Matcher(Glob(pattern)) : Matcher(compiled(pattern))) {}
 
 NamePattern::~NamePattern() = default;
 

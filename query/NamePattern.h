@@ -1,7 +1,7 @@
 // Which names and nets somebody looks for, by a glob or a regular expression.
 //
 //     const NamePattern pattern("s?m", NamePattern::Kind::Glob);
-//     pattern.fault();                      // empty
+//     pattern.error();                      // empty
 //     pattern.matchesName("sum");           // true
 //     pattern.matchesNet("/top/k_1/sum");   // true: its last component matches
 #pragma once
@@ -31,7 +31,7 @@ public:
     /// What a pattern is written in.
     enum class Kind { Glob, Regex };
 
-    /// Any text may be given; fault() says of one that is no pattern why it is none. It can be
+    /// Any text may be given; error() says of one that is no pattern why it is none. It can be
     /// neither copied nor moved.
     NamePattern(const std::string& pattern, Kind kind);
     ~NamePattern();
@@ -49,8 +49,10 @@ public:
     bool matchesNet(std::string_view net) const;
 
 private:
+    using Matcher = std::variant<Glob, std::unique_ptr<re2::RE2>>;
+
     bool hasSlash_;
-    std::variant<Glob, std::unique_ptr<re2::RE2>> matcher_;
+    Matcher matcher_;
 };
 
 } // namespace consolidator

@@ -92,6 +92,48 @@ TEST(Glob, TakesLittleTimeForManyStars) {
     EXPECT_FALSE(matches(pattern + "b", std::string(100'000, 'a')));
 }
 
+TEST(Glob, TellsBytesThatAreNoUtf8FromCharacters) {
+    EXPECT_FALSE(matches("\xC3*", "\xC3\xA4"));
+    EXPECT_TRUE(matches("\xC3*", "\xC3x"));
+    EXPECT_TRUE(matches("[\x80-\xFF]", "\xE2\x82\xAC")); // between them, byte by byte
+    EXPECT_TRUE(matches("[\xC3\xA0-\xC3\xBF]", "\xC3\xA4"));
+    EXPECT_FALSE(matches("[\xC3\xA0-\xC3\xBF]", "\xC3"));
+    EXPECT_TRUE(matches("???", "\xED\xA0\x80")); // a surrogate, which is no character
+    EXPECT_FALSE(matches("[\xED\x9F\xBF-\xEE\x80\x80]", "\xA0"));
+}
+
+TEST(Glob, TakesARangeThatGoesBackwardsForNoCharacter) {
+    EXPECT_FALSE(matches("[z-a]", "m"));
+    EXPECT_TRUE(matches("[!z-a]", "m"));
+    EXPECT_TRUE(matches("[z-ac]", "c"));
+}
+
+// The system takes up to 128 KiB as one argument.
+TEST(Glob, UnderstandsPatternsAsLongAsAnArgumentCanBe) {
+    const auto repeated = [](std::string_view piece, std::size_t length) {
+        std::string pattern;
+        while (pattern.size() < length) {
+            pattern += piece;
+        }
+        return pattern;
+    };
+    for (const std::string_view piece : {"a", "?", "[!a]", "[!\x80]", "?*"}) {
+        EXPECT_EQ(Glob(repeated(piece, 128 * 1024)).fault(), "") << piece;
+    }
+    const std::string text(128 * 1024, 'a');
+    EXPECT_TRUE(matches(text, text));
+    EXPECT_FALSE(matches(text + 'b', text));
+    EXPECT_TRUE(matches(repeated("[ab]", 4 * 1000), text.substr(0, 1000)));
+}
+
+// A name of megabytes from a hostile file: a matcher that tries the pattern at each place would
+// take minutes.
+TEST(Glob, TakesTimeInProportionToTheText) {
+    const std::string text(2'000'000, 'a');
+    EXPECT_FALSE(matches('*' + std::string(500, 'a') + 'b', text));
+    EXPECT_TRUE(matches('*' + std::string(500, 'a'), text));
+}
+
 } // namespace
 
 } // namespace consolidator::test
