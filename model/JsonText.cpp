@@ -65,7 +65,7 @@ char* append(char* end, const std::array<char, length>& text) {
 } // namespace
 
 void writeQuoted(std::ostream& out, std::string_view text) {
-    out << '"' << text << '"';
+    JsonBlock(out).addQuoted(text);
 }
 
 JsonBlock& JsonBlock::add(std::string_view text) {

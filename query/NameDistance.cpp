@@ -13,6 +13,8 @@ constexpr std::size_t shortestBeginning = 3;
 
 constexpr std::size_t mostChanges = 3;
 
+constexpr std::size_t mostTypos = 4;
+
 char lowered(char letter) {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
@@ -50,6 +52,12 @@ std::size_t editDistance(std::string_view left, std::string_view right, std::siz
         }
     }
     return row.back();
+}
+
+std::optional<std::size_t> typoDistance(std::string_view typed, std::string_view name) {
+    const std::size_t most = std::min(1 + typed.size() / 4, mostTypos);
+    const std::size_t distance = editDistance(typed, name, most);
+    return distance <= most ? std::optional(distance) : std::nullopt;
 }
 
 std::optional<std::size_t> nameDistance(std::string_view first, std::string_view second) {

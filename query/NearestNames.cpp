@@ -4,20 +4,20 @@
 #include "shared/Printable.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace consolidator {
 
-NearestNames::NearestNames(std::string_view wanted)
-    : wanted_(wanted), limit_(std::min<std::size_t>(1 + wanted.size() / 4, 4)) {}
+NearestNames::NearestNames(std::string_view wanted) : wanted_(wanted) {}
 
 void NearestNames::add(std::string_view name) {
-    const std::size_t distance = editDistance(wanted_, name, limit_);
+    const std::optional<std::size_t> distance = typoDistance(wanted_, name);
     const auto isName = [name](const auto& known) { return known.second == name; };
-    if (distance > limit_ || std::ranges::any_of(nearest_, isName)) {
+    if (!distance || std::ranges::any_of(nearest_, isName)) {
         return;
     }
-    const auto isFarther = [distance](const auto& known) { return known.first > distance; };
-    nearest_.insert(std::ranges::find_if(nearest_, isFarther), {distance, name});
+    const auto isFarther = [distance](const auto& known) { return known.first > *distance; };
+    nearest_.insert(std::ranges::find_if(nearest_, isFarther), {*distance, name});
     if (nearest_.size() > most) {
         nearest_.pop_back();
     }
@@ -37,9 +37,7 @@ std::string NearestNames::question() const {
     for (std::size_t i = 0; i < nearest_.size(); ++i) {
         const bool isLast = i + 1 == nearest_.size();
         text += i == 0 ? "; did you mean " : isLast ? " or " : ", ";
-        text += '"';
-        text += shortPrintable(nearest_[i].second);
-        text += '"';
+        text += quotedShortPrintable(nearest_[i].second);
     }
     return text.empty() ? text : text + '?';
 }

@@ -9,7 +9,8 @@
 
 namespace consolidator {
 
-/// The names, of those that are added one by one, that are nearest to the wanted one.
+/// The names, of those that are added one by one, that are nearest to the wanted one, by
+/// typoDistance().
 ///
 ///     NearestNames nearest("scale_row");
 ///     nearest.add("scale_rows");
@@ -39,7 +40,6 @@ public:
 
 private:
     std::string_view wanted_;
-    std::size_t limit_;
     std::vector<std::pair<std::size_t, std::string_view>> nearest_; ///< Distance and name.
 };
 

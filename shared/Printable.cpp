@@ -69,11 +69,19 @@ std::string printable(std::string_view text) {
     return result;
 }
 
-std::string shortPrintable(std::string_view text) {
-    if (text.size() <= longestRepeated) {
+std::string shortPrintable(std::string_view text, std::size_t most) {
+    if (text.size() <= most) {
         return printable(text);
     }
-    return printable(utf8Beginning(text, longestRepeated)) + "…";
+    return printable(utf8Beginning(text, most)) + "…";
+}
+
+std::string quotedPrintable(std::string_view text) {
+    return '"' + printable(text) + '"';
+}
+
+std::string quotedShortPrintable(std::string_view text, std::size_t most) {
+    return '"' + shortPrintable(text, most) + '"';
 }
 
 std::size_t columns(std::string_view text) {

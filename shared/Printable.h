@@ -16,12 +16,19 @@ namespace consolidator {
 /// cursor or forge a line.
 std::string printable(std::string_view text);
 
-/// The same for a text that comes again on many lines: of one with more than `longestRepeated`
-/// bytes only as many, then "…". A hostile file may hold a name of megabytes and a million places
-/// that it belongs to.
-std::string shortPrintable(std::string_view text);
-
 constexpr std::size_t longestRepeated = 500;
+
+/// The same for a text that comes again on many lines: of one with more than `most` bytes only as
+/// many, less those of a character that is cut, then "…". A hostile file may hold a name of
+/// megabytes and a million places that it belongs to.
+std::string shortPrintable(std::string_view text, std::size_t most = longestRepeated);
+
+/// printable() between double quotes, for a sentence. A double quote in the text stays as it is, as
+/// names have none that would leave a doubt.
+std::string quotedPrintable(std::string_view text);
+
+/// shortPrintable() between double quotes.
+std::string quotedShortPrintable(std::string_view text, std::size_t most = longestRepeated);
 
 /// The number of columns that a printable text takes, one for each of its UTF-8 characters.
 std::size_t columns(std::string_view text);

@@ -90,7 +90,7 @@ Status BreakCommand::show(const Database& database, Console& console) {
     }
     if (const auto text = place.mistakenLine(); text && stops.empty()) {
         return usageError(console, "break",
-                          '"' + printable(*text) + "\" is no line number up to " +
+                          quotedPrintable(*text) + " is no line number up to " +
                               std::to_string(std::numeric_limits<std::uint32_t>::max()));
     }
     const std::string start = printable(database.path()) + ": error: ";
@@ -103,7 +103,7 @@ Status BreakCommand::show(const Database& database, Console& console) {
         for (const Stop& stop : allStops(database.kernels())) {
             nearest.add(lastComponent(stop.file()));
         }
-        console.err << start << "no kernel can be stopped in \"" << printable(place.file) << '"'
+        console.err << start << "no kernel can be stopped in " << quotedPrintable(place.file)
                     << nearest.question() << '\n';
     }
     return Status::Findings;

@@ -149,10 +149,10 @@ FindCommand::FindCommand(CLI::App* command) : DatabaseCommand(*command) {
 Status FindCommand::show(const Database& database, Console& console) {
     const NamePattern pattern(pattern_,
                               isRegex_ ? NamePattern::Kind::Regex : NamePattern::Kind::Glob);
-    const auto quoted = [this] { return '"' + printable(pattern_) + '"'; };
     if (!pattern.error().empty()) {
         return usageError(console, "find",
-                          "pattern " + quoted() + " cannot be understood: " + pattern.error());
+                          "pattern " + quotedPrintable(pattern_) +
+                              " cannot be understood: " + pattern.error());
     }
     bool isFirst = true;
     for (const Kernel& kernel : database.kernels()) {
@@ -170,7 +170,8 @@ Status FindCommand::show(const Database& database, Console& console) {
         return Status::Fine;
     }
     console.err << printable(database.path())
-                << ": error: no argument, variable or register matches " << quoted() << '\n';
+                << ": error: no argument, variable or register matches "
+                << quotedPrintable(pattern_) << '\n';
     return Status::Findings;
 }
 

@@ -242,8 +242,8 @@ Status KernelCommand::show(const Database& database, Console& console) {
     if (!isFirst) {
         return Status::Fine;
     }
-    console.err << printable(database.path()) << ": error: has no kernel \"" << printable(name_)
-                << '"' << nearest.question() << '\n';
+    console.err << printable(database.path()) << ": error: has no kernel " << quotedPrintable(name_)
+                << nearest.question() << '\n';
     return Status::Findings;
 }
 

@@ -11,13 +11,6 @@ namespace consolidator::inspect {
 
 namespace {
 
-std::string quotedPrintable(std::string_view text) {
-    std::string result("\"");
-    result += printable(text);
-    result += '"';
-    return result;
-}
-
 std::string unknownCommand(const CLI::App& app, std::string_view name) {
     NearestNames nearest(name);
     const auto commands = app.get_subcommands([](const CLI::App*) { return true; });

@@ -17,7 +17,7 @@ namespace {
 
 std::string describeVariable(const Variable& variable) {
     std::string result = ": hardware name " + nameText(variable.hardwareName) + ", type " +
-                         shownText(variable.typeText);
+                         quotedPrintable(variable.typeText);
     if (!variable.locations.empty()) {
         result += ", locations of " + inWords(variable.locations.size(), "instance");
     }
@@ -30,7 +30,7 @@ std::string describeRegister(const HardwareVariable& variable) {
 }
 
 std::string describeCondition(const BreakableCondition& condition) {
-    return "condition " + conditionPlace(condition) + ": " + shownText(condition.condition);
+    return "condition " + conditionPlace(condition) + ": " + quotedPrintable(condition.condition);
 }
 
 ConditionKey wholeKey(const BreakableCondition& condition) {
@@ -133,7 +133,7 @@ void KernelDiff::compareVariable(const std::string& word, const Variable& before
     }
     if (before.typeText != after.typeText) {
         changes += changes.empty() ? ": type " : ", type ";
-        changes += shownText(before.typeText) + " -> " + shownText(after.typeText);
+        changes += quotedPrintable(before.typeText) + " -> " + quotedPrintable(after.typeText);
     }
     if (!changes.empty()) {
         printer_->changed(name + changes);
@@ -191,7 +191,7 @@ void KernelDiff::compareConditions() {
         const BreakableCondition& old = before[equal.removed()[i]];
         if (const auto partner = match.partner(i)) {
             const BreakableCondition& changed = after[equal.added()[*partner]];
-            printer_->changed(describeCondition(old) + " -> " + shownText(changed.condition));
+            printer_->changed(describeCondition(old) + " -> " + quotedPrintable(changed.condition));
         } else {
             printer_->removed(describeCondition(old));
         }
@@ -202,10 +202,6 @@ void KernelDiff::compareConditions() {
     reportOrder(
         "condition", equal, [&](std::uint32_t position) { return conditionPlace(after[position]); },
         *printer_);
-}
-
-std::string shownText(std::string_view text) {
-    return '"' + printable(text) + '"';
 }
 
 } // namespace consolidator::inspect

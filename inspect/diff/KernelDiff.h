@@ -43,9 +43,6 @@ private:
     DiffPrinter* printer_;
 };
 
-/// A text that may hold blanks, printable and between double quotes.
-std::string shownText(std::string_view text);
-
 /// "order of the registers: B comes before A", from the names after.
 template <typename NameOf>
 void reportOrder(const std::string& word, const ListMatch& match, NameOf nameOf,

@@ -1,7 +1,6 @@
 #include "query/integrity/StoredText.h"
 
 #include "shared/Printable.h"
-#include "shared/Utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -38,10 +37,7 @@ StoredText::StoredText(ByteRange& bytes, std::uint64_t length) {
 }
 
 std::string StoredText::quoted() const {
-    std::string result = "\"";
-    result += printable(utf8Beginning(beginning_, longestBeginning));
-    result += beginning_.size() > longestBeginning ? "…\"" : "\"";
-    return result;
+    return quotedShortPrintable(beginning_, longestBeginning);
 }
 
 } // namespace consolidator

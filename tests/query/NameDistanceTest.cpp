@@ -91,6 +91,17 @@ TEST(NameDistance, ComparesNamesUpToALength) {
     EXPECT_EQ(nameDistance(longest + "a", longest), std::nullopt);
 }
 
+// A typed word of n bytes may differ in n / 4 + 1 of them, and in four at most.
+TEST(TypoDistance, GrowsWithWhatWasTyped) {
+    EXPECT_EQ(typoDistance("k", "x"), 1U);
+    EXPECT_EQ(typoDistance("abc", "xyc"), std::nullopt);
+    EXPECT_EQ(typoDistance("abcd", "xycd"), 2U);
+    EXPECT_EQ(typoDistance("abcdefghijkl", "wxyzefghijkl"), 4U);
+    EXPECT_EQ(typoDistance("abcdefghijklmnopqrst", "vwxyzfghijklmnopqrst"), std::nullopt);
+    EXPECT_EQ(typoDistance("SUM", "sum"), 0U);
+    EXPECT_EQ(typoDistance("sum", "sum_reg"), std::nullopt); // what was typed says where it ends
+}
+
 } // namespace
 
 } // namespace consolidator::test

@@ -39,6 +39,21 @@ TEST(Printable, CutsTextsThatComeAgainAndAgain) {
     EXPECT_EQ(columns(shortPrintable(noText)), 4 * (longestRepeated - 3) + 1);
 }
 
+TEST(Printable, CutsTextsWhereItIsTold) {
+    EXPECT_EQ(shortPrintable("abc", 3), "abc");
+    EXPECT_EQ(shortPrintable("abcd", 3), "abc\xE2\x80\xA6");
+    EXPECT_EQ(shortPrintable("ab\xC3\xA4", 3), "ab\xE2\x80\xA6");
+    EXPECT_EQ(shortPrintable("ab\x1b\x1b", 3), "ab\\x1b\xE2\x80\xA6"); // bytes as they come count
+}
+
+TEST(Printable, PutsTextsBetweenQuotes) {
+    EXPECT_EQ(quotedPrintable("k"), "\"k\"");
+    EXPECT_EQ(quotedPrintable(""), "\"\"");
+    EXPECT_EQ(quotedPrintable("a\x1b\\\"b"), R"("a\x1b\\"b")");
+    EXPECT_EQ(quotedShortPrintable("abcd", 3), "\"abc\xE2\x80\xA6\"");
+    EXPECT_EQ(quotedShortPrintable("abc", 3), "\"abc\"");
+}
+
 TEST(Printable, EscapesWhatAReaderWouldNotSee) {
     EXPECT_EQ(printable("\xEF\xBB\xBFk"), R"(\xef\xbb\xbfk)"); // U+FEFF
     EXPECT_EQ(printable("a\xE2\x80\xAE"
