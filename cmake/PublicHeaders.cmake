@@ -55,6 +55,7 @@ set(public_headers
     shared/KeyedHash.h
     shared/Marks.h
     shared/PathFinder.h
+    shared/PathOwners.h
     shared/Prefetch.h
     shared/schemas/Binding.h
     shared/schemas/Exceptions.h

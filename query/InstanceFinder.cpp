@@ -1,8 +1,5 @@
 #include "query/InstanceFinder.h"
 
-#include <algorithm>
-#include <numeric>
-
 namespace consolidator {
 
 namespace {
@@ -11,39 +8,28 @@ namespace {
 /// it takes about as long as searching ten nets of 80 bytes; with a few paths neither is noticed.
 constexpr std::size_t fewNets = 8;
 
-std::vector<std::uint32_t> inOrder(const std::vector<std::string>& paths) {
-    std::vector<std::uint32_t> order(paths.size());
-    std::iota(order.begin(), order.end(), 0U);
-    const auto path = [&paths](std::uint32_t position) {
-        return std::string_view(paths[position]);
-    };
-    std::ranges::stable_sort(order, {}, path);
-    // A database that was not made by the consolidator may hold a path twice: the first one counts.
-    const auto isEqual = [&paths](std::uint32_t left, std::uint32_t right) {
-        return paths[left] == paths[right];
-    };
-    order.erase(std::unique(order.begin(), order.end(), isEqual), order.end());
-    return order;
-}
-
-std::vector<std::string_view> pathsAt(const std::vector<std::string>& paths,
-                                      const std::vector<std::uint32_t>& positions) {
-    std::vector<std::string_view> result;
-    result.reserve(positions.size());
-    for (const std::uint32_t position : positions) {
-        result.emplace_back(paths[position]);
+std::vector<PathOwners::Entry> placesOf(const std::vector<std::string>& paths) {
+    std::vector<PathOwners::Entry> entries;
+    entries.reserve(paths.size());
+    for (const std::string& path : paths) {
+        entries.emplace_back(path, static_cast<std::uint32_t>(entries.size()));
     }
-    return result;
+    return entries;
 }
 
 } // namespace
 
 InstanceFinder::Automaton::Automaton(const std::vector<std::string>& paths)
-    : order(inOrder(paths)), finder(pathsAt(paths, order)) {}
+    : places(placesOf(paths)), finder(places.paths()) {}
 
 bool InstanceFinder::isBetter(std::uint32_t position,
                               const std::optional<std::uint32_t>& than) const {
-    return !than || (*paths_)[position].size() > (*paths_)[*than].size();
+    if (!than) {
+        return true;
+    }
+    const std::size_t length = (*paths_)[position].size();
+    const std::size_t thanLength = (*paths_)[*than].size();
+    return length == thanLength ? position < *than : length > thanLength;
 }
 
 std::optional<std::uint32_t> InstanceFinder::instanceOf(std::string_view net) {
@@ -60,7 +46,8 @@ std::optional<std::uint32_t> InstanceFinder::instanceOf(std::string_view net) {
         automaton_.emplace(*paths_);
     }
     automaton_->finder.forEachIn(net, [&](std::uint32_t number) {
-        const std::uint32_t position = automaton_->order[number];
+        // A database that was not made by the consolidator may hold a path twice.
+        const std::uint32_t position = automaton_->places.ownersOf(number).front();
         if (isBetter(position, longest)) {
             longest = position;
         }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "shared/PathFinder.h"
+#include "shared/PathOwners.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -13,7 +14,9 @@
 namespace consolidator {
 
 /// Tells the instance from the net. It belongs to the instance whose path occurs in it; of several,
-/// as "top/k_1" and "top/k_10" in "/top/k_10/x", to the longest, and of equal ones to the first.
+/// as "top/k_1" and "top/k_10" in "/top/k_10/x", to the longest, and of equally long ones to the
+/// first in the list. (A run of the consolidator asks something else: every kernel with a path in a
+/// net owns it, whatever the others' paths are; see NetMatcher.)
 ///
 /// The first nets are searched for each path in turn. Then it pays to make an automaton of all
 /// paths: a few milliseconds for thousands of them, after which a net takes a time in its own
@@ -33,7 +36,7 @@ private:
     struct Automaton {
         explicit Automaton(const std::vector<std::string>& paths);
 
-        std::vector<std::uint32_t> order; ///< Positions of the paths, ascending by path.
+        PathOwners places; ///< Where in the list each path is.
         PathFinder finder;
     };
 

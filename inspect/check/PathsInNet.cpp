@@ -1,43 +1,32 @@
 #include "inspect/check/PathsInNet.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace consolidator::inspect {
 
-PathsInNet::PathsInNet(const std::vector<const Kernel*>& kernels,
-                       const std::vector<std::string_view>& paths)
-    : finder_(paths), found_(paths.size(), Found::Nowhere) {
+PathsInNet::PathsInNet(const std::vector<const Kernel*>& kernels, const PathOwners& paths)
+    : finder_(paths.paths()), found_(paths.paths().size(), Found::Nowhere) {
     for (const Kernel* const kernel : kernels) {
-        numbers_.try_emplace(kernel, numbersOf(*kernel, paths));
+        numbers_.try_emplace(kernel);
+    }
+    for (std::uint32_t path = 0; path < paths.paths().size(); ++path) {
+        for (const std::uint32_t kernel : paths.ownersOf(path)) {
+            numbers_.at(kernels[kernel]).push_back(path);
+        }
     }
 }
 
-std::vector<std::string_view> PathsInNet::pathsOf(const std::vector<const Kernel*>& kernels,
-                                                  std::size_t longestNet) {
-    std::vector<std::string_view> result;
-    for (const Kernel* const kernel : kernels) {
-        for (const std::string& path : kernel->instancePaths()) {
+PathOwners PathsInNet::pathsOf(const std::vector<const Kernel*>& kernels, std::size_t longestNet) {
+    std::vector<PathOwners::Entry> entries;
+    for (std::uint32_t kernel = 0; kernel < kernels.size(); ++kernel) {
+        for (const std::string& path : kernels[kernel]->instancePaths()) {
             if (path.size() <= longestNet + 1) { // which has a "/" in front
-                result.emplace_back(path);
+                entries.emplace_back(path, kernel);
             }
         }
     }
-    std::ranges::sort(result);
-    result.erase(std::unique(result.begin(), result.end()), result.end());
-    return result;
-}
-
-PathsInNet::Numbers PathsInNet::numbersOf(const Kernel& kernel,
-                                          const std::vector<std::string_view>& paths) {
-    Numbers numbers;
-    for (const std::string& own : kernel.instancePaths()) {
-        const auto path = std::ranges::lower_bound(paths, std::string_view(own));
-        if (path != paths.end() && *path == own) {
-            numbers.push_back(static_cast<std::uint32_t>(path - paths.begin()));
-        }
-    }
-    std::ranges::sort(numbers);
-    return numbers;
+    return PathOwners(std::move(entries));
 }
 
 void PathsInNet::setNet(std::string_view net) {

@@ -3,6 +3,7 @@
 
 #include "model/Kernel.h"
 #include "shared/PathFinder.h"
+#include "shared/PathOwners.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -37,12 +38,9 @@ private:
     /// In which form of the net a path was found, the one that says most last.
     enum class Found : std::uint8_t { Nowhere, WithSlashes, AsItIs };
 
-    PathsInNet(const std::vector<const Kernel*>& kernels,
-               const std::vector<std::string_view>& paths);
+    PathsInNet(const std::vector<const Kernel*>& kernels, const PathOwners& paths);
 
-    static std::vector<std::string_view> pathsOf(const std::vector<const Kernel*>& kernels,
-                                                 std::size_t longestNet);
-    static Numbers numbersOf(const Kernel& kernel, const std::vector<std::string_view>& paths);
+    static PathOwners pathsOf(const std::vector<const Kernel*>& kernels, std::size_t longestNet);
 
     bool has(const Kernel& kernel, Found form);
     void search(std::string_view net, Found form);

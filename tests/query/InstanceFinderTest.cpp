@@ -41,6 +41,16 @@ TEST(InstanceFinder, SaysTheSameOfEveryNet) {
     }
 }
 
+// Where in the net they stand does not count.
+TEST(InstanceFinder, TakesTheFirstOfPathsOfOneLength) {
+    const std::vector<std::string> paths{"b", "a"};
+    InstanceFinder finder(paths);
+    for (int round = 0; round < 20; ++round) {
+        EXPECT_EQ(finder.instanceOf("/a/b"), Position(0)) << round;
+        EXPECT_EQ(finder.instanceOf("/b/a"), Position(0)) << round;
+    }
+}
+
 TEST(InstanceFinder, FindsNothingWithoutPaths) {
     const std::vector<std::string> paths;
     EXPECT_EQ(InstanceFinder(paths).instanceOf("/k/x"), std::nullopt);
