@@ -52,6 +52,7 @@ set(public_headers
     readers/LogicLocationObserver.h
     shared/Code.h
     shared/Finding.h
+    shared/HashIndex.h
     shared/KeyedHash.h
     shared/Marks.h
     shared/PathFinder.h

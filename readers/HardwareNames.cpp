@@ -7,7 +7,7 @@
 namespace consolidator {
 
 HardwareNames::HardwareNames(const std::vector<Kernel>& kernels)
-    : filter_((std::size_t{1} << filterBits) / 64), slots_(slotsAtFirst) {
+    : filter_((std::size_t{1} << filterBits) / 64) {
     std::vector<std::uint32_t> numbers;     // of all kernels' names, one kernel after the other
     std::vector<std::size_t> ends;          // of each kernel's numbers
     std::vector<std::uint32_t> lastKernels; // of each name, which spares most repeated numbers
@@ -30,43 +30,19 @@ HardwareNames::HardwareNames(const std::vector<Kernel>& kernels)
 }
 
 std::uint32_t HardwareNames::numberOf(std::string_view name) const {
-    return slots_[placeOf(name, keyHash(name))].number;
+    return numbers_.find(keyHash(name), is(name));
 }
 
 std::uint32_t HardwareNames::numberOrAdd(std::string_view name) {
-    const std::uint64_t hash = keyHash(name);
-    const std::size_t place = placeOf(name, hash);
-    if (slots_[place].number != none) {
-        return slots_[place].number;
-    }
-    const auto number = static_cast<std::uint32_t>(names_.size());
-    names_.push_back(name);
-    const std::uint64_t bit = filterBit(name);
-    filter_[bit / 64] |= std::uint64_t{1} << (bit % 64);
-    slots_[place] = {upperHalf(hash), number};
-    if (2 * names_.size() > slots_.size()) {
-        grow();
-    }
-    return number;
-}
-
-std::size_t HardwareNames::placeOf(std::string_view name, std::uint64_t hash) const {
-    const std::size_t mask = slots_.size() - 1;
-    std::size_t place = static_cast<std::size_t>(hash) & mask;
-    for (; slots_[place].number != none; place = (place + 1) & mask) {
-        if (slots_[place].hash == upperHalf(hash) && names_[slots_[place].number] == name) {
-            break;
-        }
-    }
-    return place;
-}
-
-void HardwareNames::grow() {
-    slots_.assign(2 * slots_.size(), Slot());
-    for (std::uint32_t number = 0; number < names_.size(); ++number) {
-        const std::uint64_t hash = keyHash(names_[number]);
-        slots_[placeOf(names_[number], hash)] = {upperHalf(hash), number};
-    }
+    return numbers_
+        .findOrAdd(keyHash(name), is(name),
+                   [this, name] {
+                       names_.push_back(name);
+                       const std::uint64_t bit = filterBit(name);
+                       filter_[bit / 64] |= std::uint64_t{1} << (bit % 64);
+                       return static_cast<std::uint32_t>(names_.size() - 1);
+                   })
+        .first;
 }
 
 void HardwareNames::listKernels(std::span<const std::uint32_t> numbers,

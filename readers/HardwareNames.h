@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/Kernel.h"
+#include "shared/HashIndex.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -19,7 +20,7 @@ namespace consolidator {
 /// asked for belong to no kernel: the table tells so without a look at any name.
 class HardwareNames {
 public:
-    static constexpr auto none = static_cast<std::uint32_t>(-1);
+    static constexpr auto none = HashIndex<2>::none;
 
     /// The kernels must outlive this object, stay where they are, and keep their arguments and
     /// variables.
@@ -45,15 +46,6 @@ public:
     std::size_t entryCount() const { return kernels_.size(); }
 
 private:
-    static constexpr std::size_t slotsAtFirst = 64;
-
-    /// A place of the hash table: a name's number, and a part of its hash that tells it from nearly
-    /// all others.
-    struct Slot {
-        std::uint32_t hash = 0;
-        std::uint32_t number = none;
-    };
-
     /// As many bits as the processor's nearest cache has room for beside other things.
     static constexpr unsigned filterBits = 16;
 
@@ -74,8 +66,11 @@ private:
     }
 
     std::uint32_t numberOrAdd(std::string_view name);
-    std::size_t placeOf(std::string_view name, std::uint64_t hash) const;
-    void grow();
+
+    /// Whether the name of a number is this one.
+    auto is(std::string_view name) const {
+        return [this, name](std::uint32_t number) { return names_[number] == name; };
+    }
 
     /// Fills starts_ and kernels_ from the numbers of all kernels' names, each once per kernel, and
     /// from where each kernel's numbers end.
@@ -83,7 +78,7 @@ private:
 
     std::vector<std::uint64_t> filter_; ///< A bit for each of the names.
     std::vector<std::string_view> names_;
-    std::vector<Slot> slots_;            ///< A power of two, at most half of them taken.
+    HashIndex<2> numbers_;               ///< Of the names: most that are asked for are not there.
     std::vector<std::uint32_t> starts_;  ///< Per name where its kernels begin; then the end.
     std::vector<std::uint32_t> kernels_; ///< The kernels of the first name, of the second, …
 };

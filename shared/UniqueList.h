@@ -1,9 +1,9 @@
 // A list in which no two added elements have the same key, however long it grows.
 #pragma once
 
+#include "shared/HashIndex.h"
 #include "shared/KeyedHash.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -22,10 +22,8 @@ namespace consolidator {
 /// key of an element must not change while it is in the list. keyHash(key) hashes it.
 ///
 /// A project holds a million registers, and a hostile file millions of empty kernels with five
-/// lists each. So the index keeps no copy of a key but the element's position and half of its hash,
-/// eight bytes, and is made when it is first needed: a list that is only read and written again has
-/// none. The hash is there for speed: almost every slot that a search passes belongs to another key
-/// and is told by it, without a look at the element, which lies somewhere else in memory.
+/// lists each. So the index keeps no copy of a key (HashIndex), and is made when it is first
+/// needed: a list that is only read and written again has none.
 template <typename Element, typename KeyOf>
 class UniqueList {
 public:
@@ -49,8 +47,9 @@ public:
 
     /// The first element with this key, or null. The pointer holds until the next element comes.
     Element* find(const Key& key) {
-        const std::uint32_t position = slotOf(key, hashOf(key))->position;
-        return position == none ? nullptr : &items_[position];
+        indexNewItems();
+        const std::uint32_t position = index_->positions.find(keyHash(key), has(key));
+        return position == Positions::none ? nullptr : &items_[position];
     }
 
     /// Returns the first element with this key; if there is none, appends make() first, whose key
@@ -58,16 +57,13 @@ public:
     /// was appended.
     template <typename Make>
     std::pair<Element&, bool> findOrAdd(const Key& key, Make make) {
-        const std::uint32_t hash = hashOf(key);
-        Slot* const slot = slotOf(key, hash);
-        if (slot->position != none) {
-            return {items_[slot->position], false};
-        }
-        items_.push_back(make());
-        *slot = {static_cast<std::uint32_t>(items_.size() - 1), hash};
-        ++index_->used;
+        indexNewItems();
+        const auto [position, isNew] = index_->positions.findOrAdd(keyHash(key), has(key), [&] {
+            items_.push_back(make());
+            return static_cast<std::uint32_t>(items_.size() - 1);
+        });
         index_->upTo = items_.size();
-        return {items_.back(), true};
+        return {items_[position], isNew};
     }
 
     /// The position of the element that find() or findOrAdd() gave.
@@ -109,50 +105,19 @@ public:
     }
 
 private:
-    static constexpr auto none = static_cast<std::uint32_t>(-1);
+    using Positions = HashIndex<3>;
 
-    struct Slot {
-        std::uint32_t position = none; ///< Of an element, or none.
-        std::uint32_t hash = 0;        ///< Of its key.
-    };
-
-    /// A hash table with open addressing and linear probing. Its size is a power of two.
     struct Index {
-        std::vector<Slot> slots;
-        std::size_t used = 0; ///< Slots that hold a position.
+        Positions positions;
         std::size_t upTo = 0; ///< The number of items, from the front, in the index.
     };
 
     /// The element's key: of the element's own, and not of the function object that gives it.
     static Key keyOf(const Element& element) { return KeyOf()(element); }
 
-    /// Half of the hash has bits enough: no index has more slots than there are positions.
-    static std::uint32_t hashOf(const Key& key) { return static_cast<std::uint32_t>(keyHash(key)); }
-
-    /// The slot that holds the position of the first element with this key, or the free slot where
-    /// it belongs. Brings the index up to date first, with room for one more.
-    Slot* slotOf(const Key& key, std::uint32_t hash) {
-        indexNewItems();
-        makeRoom();
-        return probe(key, hash);
-    }
-
-    Slot* probe(const Key& key, std::uint32_t hash) {
-        return firstSlot(hash, [&](const Slot& slot) {
-            return slot.hash == hash && keyOf(items_[slot.position]) == key;
-        });
-    }
-
-    /// The first slot that is free or wanted, from where elements of this hash begin.
-    template <typename IsWanted>
-    Slot* firstSlot(std::uint32_t hash, IsWanted isWanted) {
-        std::vector<Slot>& slots = index_->slots;
-        const std::size_t mask = slots.size() - 1;
-        std::size_t place = hash & mask;
-        while (slots[place].position != none && !isWanted(slots[place])) {
-            place = (place + 1) & mask;
-        }
-        return &slots[place];
+    /// Whether the element at a position has this key.
+    auto has(const Key& key) const {
+        return [this, &key](std::uint32_t position) { return keyOf(items_[position]) == key; };
     }
 
     /// Only the first element of a key is indexed, so a file full of equal keys stays harmless.
@@ -161,30 +126,10 @@ private:
             index_ = std::make_unique<Index>();
         }
         for (; index_->upTo < items_.size(); ++index_->upTo) {
-            makeRoom();
             const Key& key = keyOf(items_[index_->upTo]);
-            const std::uint32_t hash = hashOf(key);
-            Slot* const slot = probe(key, hash);
-            if (slot->position == none) {
-                *slot = {static_cast<std::uint32_t>(index_->upTo), hash};
-                ++index_->used;
-            }
-        }
-    }
-
-    /// Keeps a quarter of the slots free.
-    void makeRoom() {
-        constexpr std::size_t fewest = 8;
-        std::vector<Slot>& slots = index_->slots;
-        if (4 * (index_->used + 1) <= 3 * slots.size()) {
-            return;
-        }
-        const std::vector<Slot> old =
-            std::exchange(slots, std::vector<Slot>(std::max(fewest, 2 * slots.size())));
-        for (const Slot& slot : old) {
-            if (slot.position != none) {
-                *firstSlot(slot.hash, [](const Slot&) { return false; }) = slot;
-            }
+            index_->positions.findOrAdd(keyHash(key), has(key), [this] {
+                return static_cast<std::uint32_t>(index_->upTo);
+            });
         }
     }
 
