@@ -121,7 +121,7 @@ TEST(GlobProperties, AgreesWithThePlainMatcher) {
         RandomGlobs random(seed);
         const std::string pattern = random.glob();
         const Glob glob(pattern);
-        ASSERT_EQ(glob.fault(), "") << "seed " << seed << ": " << printable(pattern);
+        ASSERT_EQ(glob.error(), "") << "seed " << seed << ": " << printable(pattern);
         for (int i = 0; i < 20; ++i) {
             const std::string text = random.text();
             const bool expected = plainGlobMatches(pattern, text);
