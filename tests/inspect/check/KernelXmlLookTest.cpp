@@ -30,7 +30,7 @@ std::vector<std::string> findingsIn(const std::string& document) {
     for (const Finding& finding : findings.kept()) {
         EXPECT_EQ(finding.file, path);
         result.push_back(std::to_string(finding.line) + ' ' + std::string(label(finding.severity)) +
-                         ' ' + finding.code + ": " + finding.text);
+                         ' ' + std::string(word(finding.code)) + ": " + finding.text);
     }
     return result;
 }
