@@ -25,14 +25,18 @@ bool take(const po::variables_map& given, const char* name, Field& field) {
     return true;
 }
 
-/// Adds an input's option, which takes a value of its field's type.
+/// Makes the value of an input's option, which has the type of its field.
+struct ValueOf {
+    template <typename Field>
+    const po::value_semantic* operator()(Field InputPaths::* /*paths*/) const {
+        return po::value<Field>();
+    }
+};
+
 void addInput(po::options_description& description, const InputOption& input) {
     const std::string names = std::string(input.longName) + ',' + input.letter;
-    const auto addWith = [&](const po::value_semantic* value) {
-        description.add_options()(names.c_str(), value, std::string(input.description).c_str());
-    };
-    std::visit([&]<typename Field>(Field InputPaths::* /*paths*/) { addWith(po::value<Field>()); },
-               input.paths);
+    description.add_options()(names.c_str(), std::visit(ValueOf(), input.paths),
+                              std::string(input.description).c_str());
 }
 
 } // namespace
