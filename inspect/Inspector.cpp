@@ -1,16 +1,7 @@
 #include "inspect/Inspector.h"
 
-#include "inspect/commands/AtCommand.h"
-#include "inspect/commands/BreakCommand.h"
-#include "inspect/commands/CheckCommand.h"
-#include "inspect/commands/DiffCommand.h"
-#include "inspect/commands/FindCommand.h"
-#include "inspect/commands/JsonCommand.h"
-#include "inspect/commands/KernelCommand.h"
-#include "inspect/commands/SqliteCommand.h"
-#include "inspect/commands/SummaryCommand.h"
+#include "inspect/commands/Commands.h"
 #include "inspect/commands/UsageError.h"
-#include "inspect/commands/VerifyCommand.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -117,16 +108,16 @@ public:
                               "Print the version, and how the programs were made, and exit");
         app_.formatter(std::make_shared<HelpFormatter>());
         app_.require_subcommand(1);
-        add<SummaryCommand>();
-        add<KernelCommand>();
-        add<FindCommand>();
-        add<AtCommand>();
-        add<BreakCommand>();
-        add<CheckCommand>();
-        add<JsonCommand>();
-        add<SqliteCommand>();
-        add<DiffCommand>();
-        add<VerifyCommand>();
+        add(makeSummaryCommand);
+        add(makeKernelCommand);
+        add(makeFindCommand);
+        add(makeAtCommand);
+        add(makeBreakCommand);
+        add(makeCheckCommand);
+        add(makeJsonCommand);
+        add(makeSqliteCommand);
+        add(makeDiffCommand);
+        add(makeVerifyCommand);
     }
 
     Status run(int argc, const char* const* argv, Console& console) {
@@ -147,9 +138,8 @@ public:
     }
 
 private:
-    template <typename NewCommand>
-    void add() {
-        auto command = std::make_unique<NewCommand>(app_);
+    void add(std::unique_ptr<Command> (*make)(CLI::App&)) {
+        std::unique_ptr<Command> command = make(app_);
         commands_.emplace_back(app_.get_subcommands({}).back(), std::move(command));
     }
 

@@ -2,7 +2,8 @@
 //
 //     consolidator-inspect COMMAND …
 //
-// Each command is a class of its own, in a file of its name.
+// Each command is a class of its own, in a source file of its name; inspect/commands/Commands.h
+// makes them.
 #pragma once
 
 #include "inspect/commands/Command.h"

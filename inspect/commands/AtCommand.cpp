@@ -1,5 +1,18 @@
-#include "inspect/commands/AtCommand.h"
+// `consolidator-inspect at DB ADDRESS [OFFSET]`: what lies at a place of the device.
+//
+//     frame 0x00001a01
+//       offsets  bits  kernel      instance  register                               holds
+//       160-167  7:0   scale_rows  0         /top/region_0/scale_rows_1/U0/sum_reg  variable sum
+//
+// With an offset only what lies there, without one all of the frame by ascending offsets. Bits of a
+// register that follow one another come in one line. "holds" are the arguments and variables, under
+// their source names, that have the register's hardware name.
+//
+// A register in whose net no path of an instance occurs has "-" as instance. Locations that a
+// hand-made database holds in an argument or variable itself have "-" as register.
 
+#include "inspect/commands/Commands.h"
+#include "inspect/commands/DatabaseCommand.h"
 #include "inspect/text/Style.h"
 #include "inspect/text/Table.h"
 #include "query/KernelView.h"
@@ -10,10 +23,14 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <span>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace consolidator::inspect {
@@ -61,6 +78,22 @@ void print(const std::vector<Occupant>& occupants, Console& console) {
         console.colour);
 }
 
+/// A number of up to 64 bits that is written in decimal or, behind "0x", in hexadecimal digits.
+/// Nothing if the text is anything else.
+std::optional<std::uint64_t> parsedNumber(std::string_view text) {
+    int base = 10;
+    if (text.starts_with("0x") || text.starts_with("0X")) {
+        base = 16;
+        text.remove_prefix(2);
+    }
+    std::uint64_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
+    if (error != std::errc() || end != text.data() + text.size()) {
+        return std::nullopt;
+    }
+    return number;
+}
+
 /// A check for the command line: the complaint about a text that is no number up to the largest,
 /// to be made printable with all that is said of a command line.
 std::function<std::string(const std::string&)> numberUpTo(std::uint64_t largest) {
@@ -73,7 +106,19 @@ std::function<std::string(const std::string&)> numberUpTo(std::uint64_t largest)
     };
 }
 
-} // namespace
+class AtCommand final : public DatabaseCommand {
+public:
+    /// Adds the command to the command line.
+    explicit AtCommand(CLI::App& commandLine);
+
+private:
+    Status show(const Database& database, Console& console) override;
+
+    explicit AtCommand(CLI::App* command);
+
+    std::string address_;
+    std::string offset_; ///< Empty if there is none.
+};
 
 AtCommand::AtCommand(CLI::App& commandLine)
     : AtCommand(commandLine.add_subcommand("at", "Show what lies at a place of the device")) {}
@@ -113,18 +158,10 @@ Status AtCommand::show(const Database& database, Console& console) {
     return Status::Fine;
 }
 
-std::optional<std::uint64_t> parsedNumber(std::string_view text) {
-    int base = 10;
-    if (text.starts_with("0x") || text.starts_with("0X")) {
-        base = 16;
-        text.remove_prefix(2);
-    }
-    std::uint64_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-    if (error != std::errc() || end != text.data() + text.size()) {
-        return std::nullopt;
-    }
-    return number;
+} // namespace
+
+std::unique_ptr<Command> makeAtCommand(CLI::App& commandLine) {
+    return std::make_unique<AtCommand>(commandLine);
 }
 
 } // namespace consolidator::inspect

@@ -1,5 +1,15 @@
-#include "inspect/commands/BreakCommand.h"
+// `consolidator-inspect break DB FILE[:LINE]`: the source lines at which a kernel can be stopped.
+//
+//     scale_rows.cpp
+//       line  kernel      condition
+//         14  scale_rows  == 1'b1 $i/fsm_state2
+//
+// FILE is the whole path of a source file, as the database has it, or its end behind a "/". If it
+// is the end of several, each has a part. "$i" in a condition stands for the path of an instance.
+// What follows a ":" and is no line number is refused, unless there is a file of that whole name.
 
+#include "inspect/commands/Commands.h"
+#include "inspect/commands/DatabaseCommand.h"
 #include "inspect/commands/UsageError.h"
 #include "inspect/text/Style.h"
 #include "inspect/text/Table.h"
@@ -11,15 +21,56 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 #include <limits>
+#include <memory>
+#include <optional>
 #include <ostream>
 #include <span>
+#include <string>
+#include <string_view>
 #include <tuple>
 #include <vector>
 
 namespace consolidator::inspect {
 
 namespace {
+
+/// FILE[:LINE] in its two parts. A last ":" belongs to the file unless a line number follows it.
+struct SourcePlace {
+    explicit SourcePlace(std::string_view text);
+
+    /// What stands behind the last ":" of the file and may have been meant as a line number.
+    /// Nothing if that is a part of a path.
+    std::optional<std::string> textBehindColon() const;
+
+    std::string file;
+    std::optional<std::uint32_t> line;
+};
+
+SourcePlace::SourcePlace(std::string_view text) : file(text) {
+    const std::size_t colon = text.rfind(':');
+    if (colon == std::string_view::npos) {
+        return;
+    }
+    const std::string_view digits = text.substr(colon + 1);
+    std::uint32_t number = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto result = std::from_chars(digits.data(), end, number);
+    if (result.ec == std::errc() && result.ptr == end) {
+        line = number;
+        file.resize(colon);
+    }
+}
+
+std::optional<std::string> SourcePlace::textBehindColon() const {
+    const std::size_t colon = file.rfind(':');
+    if (line || colon == std::string::npos ||
+        file.find_first_of("/\\", colon) != std::string::npos) {
+        return std::nullopt;
+    }
+    return file.substr(colon + 1);
+}
 
 /// Calls visit(stops) for those of one file after the other.
 template <typename Visit>
@@ -54,7 +105,19 @@ std::string nearestLines(std::span<const Stop> stops, std::uint32_t line) {
     return text;
 }
 
-} // namespace
+/// A line at which no kernel can be stopped is answered with the nearest ones at which one can.
+class BreakCommand final : public DatabaseCommand {
+public:
+    /// Adds the command to the command line.
+    explicit BreakCommand(CLI::App& commandLine);
+
+private:
+    Status show(const Database& database, Console& console) override;
+
+    explicit BreakCommand(CLI::App* command);
+
+    std::string place_;
+};
 
 BreakCommand::BreakCommand(CLI::App& commandLine)
     : BreakCommand(commandLine.add_subcommand(
@@ -88,7 +151,7 @@ Status BreakCommand::show(const Database& database, Console& console) {
     if (!isFirst) {
         return Status::Fine;
     }
-    if (const auto text = place.mistakenLine(); text && stops.empty()) {
+    if (const auto text = place.textBehindColon(); text && stops.empty()) {
         return usageError(console, "break",
                           quotedPrintable(*text) + " is no line number up to " +
                               std::to_string(std::numeric_limits<std::uint32_t>::max()));
@@ -109,28 +172,10 @@ Status BreakCommand::show(const Database& database, Console& console) {
     return Status::Findings;
 }
 
-SourcePlace::SourcePlace(std::string_view text) : file(text) {
-    const std::size_t colon = text.rfind(':');
-    if (colon == std::string_view::npos) {
-        return;
-    }
-    const std::string_view digits = text.substr(colon + 1);
-    std::uint32_t number = 0;
-    const char* const end = digits.data() + digits.size();
-    const auto result = std::from_chars(digits.data(), end, number);
-    if (result.ec == std::errc() && result.ptr == end) {
-        line = number;
-        file.resize(colon);
-    }
-}
+} // namespace
 
-std::optional<std::string> SourcePlace::mistakenLine() const {
-    const std::size_t colon = file.rfind(':');
-    if (line || colon == std::string::npos ||
-        file.find_first_of("/\\", colon) != std::string::npos) {
-        return std::nullopt;
-    }
-    return file.substr(colon + 1);
+std::unique_ptr<Command> makeBreakCommand(CLI::App& commandLine) {
+    return std::make_unique<BreakCommand>(commandLine);
 }
 
 } // namespace consolidator::inspect

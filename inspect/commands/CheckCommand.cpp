@@ -1,18 +1,32 @@
-#include "inspect/commands/CheckCommand.h"
+// `consolidator-inspect check OPTIONS`: what a run of the consolidator would make of its inputs,
+// and what it would pass over in silence.
+//
+//     $ consolidator-inspect check -f accelerator.bin -h system.hier -k kernel.xml -l top.ll
+//     top.ll:30: error: line begins with "Info", not "Bit": reading stops here and nothing of …
+//     …
+//
+// It takes the inputs as the consolidator does, reads them by the same code in the same order, and
+// writes nothing. What it prints is told in CheckReport.h.
 
+#include "driver/Inputs.h"
 #include "inspect/check/CheckReport.h"
+#include "inspect/check/Findings.h"
 #include "inspect/check/OldDatabase.h"
 #include "inspect/check/ProjectCheck.h"
+#include "inspect/commands/Commands.h"
 #include "inspect/commands/UsageError.h"
 #include "shared/Printable.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <ostream>
+#include <string>
 #include <string_view>
 #include <system_error>
 #include <variant>
+#include <vector>
 
 namespace consolidator::inspect {
 
@@ -59,7 +73,27 @@ void addList(CLI::App& command, const std::string& names, std::vector<std::strin
         ->type_name("FILE");
 }
 
-} // namespace
+class CheckCommand final : public Command {
+public:
+    /// Adds the command to the command line.
+    explicit CheckCommand(CLI::App& commandLine);
+
+    Status run(Console& console) override;
+
+private:
+    /// `all` has these options already, by their whole names; without it none is abbreviated.
+    void addOptions(CLI::App& command, const CLI::App* all);
+    Status check(Console& console);
+    void reportDatabaseAsInput(Findings& findings) const;
+
+    InputPaths inputs_;
+    std::vector<std::string> dwarfFiles_;
+    bool add_ = false;    ///< As without; the consolidator has this option.
+    bool create_ = false; ///< What the database holds now is not looked at.
+    std::string databasePath_;
+    std::string project_;
+    std::string format_ = "text";
+};
 
 CheckCommand::CheckCommand(CLI::App& commandLine) {
     // How far a name may be cut short is known when all are, and an option takes no more names once
@@ -156,6 +190,12 @@ void CheckCommand::reportDatabaseAsInput(Findings& findings) const {
             }
         }
     }
+}
+
+} // namespace
+
+std::unique_ptr<Command> makeCheckCommand(CLI::App& commandLine) {
+    return std::make_unique<CheckCommand>(commandLine);
 }
 
 } // namespace consolidator::inspect

@@ -1,5 +1,18 @@
-#include "inspect/commands/DiffCommand.h"
+// `consolidator-inspect diff DB1 DB2`: what the second database has that the first one has not, and
+// the other way round.
+//
+//     --- a.db
+//     +++ b.db
+//     ~ project: accelerator -> accelerator_2
+//     + kernel checksum: C, 1 instance, 3 arguments, 1 variable, 2 registers, 1 condition
+//     kernel scale_rows
+//       + instance top/region_0/scale_rows_3
+//       ~ register /top/region_0/scale_rows_2/U0/sum_reg: bit 6: not located -> 0x00002a01 166
+//
+// Nothing is printed if the two hold the same. Where sections lie, and the JSON document, which
+// follows from the kernels, are not compared.
 
+#include "inspect/commands/Commands.h"
 #include "inspect/commands/DatabaseCommand.h"
 #include "inspect/commands/UsageError.h"
 #include "inspect/diff/DiffPrinter.h"
@@ -13,7 +26,9 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -109,7 +124,19 @@ void compareKernels(const std::vector<Kernel>& before, const std::vector<Kernel>
     }
 }
 
-} // namespace
+/// The status is `Findings` if anything differs. Of damaged databases, what can be read is
+/// compared, and the status is `Unreadable`.
+class DiffCommand final : public Command {
+public:
+    /// Adds the command to the command line.
+    explicit DiffCommand(CLI::App& commandLine);
+
+    Status run(Console& console) override;
+
+private:
+    std::string before_;
+    std::string after_;
+};
 
 DiffCommand::DiffCommand(CLI::App& commandLine) {
     CLI::App* command =
@@ -136,6 +163,12 @@ Status DiffCommand::run(Console& console) {
     const bool isWhole = before->error().empty() && after->error().empty();
     return std::max(printer.isSame() ? Status::Fine : Status::Findings,
                     isWhole ? Status::Fine : Status::Unreadable);
+}
+
+} // namespace
+
+std::unique_ptr<Command> makeDiffCommand(CLI::App& commandLine) {
+    return std::make_unique<DiffCommand>(commandLine);
 }
 
 } // namespace consolidator::inspect

@@ -1,5 +1,23 @@
-#include "inspect/commands/FindCommand.h"
+// `consolidator-inspect find DB PATTERN`: where arguments, variables and registers lie.
+//
+//     kernel scale_rows, sum_reg
+//       variable sum, int, 32 bits
+//       instance 0: /top/region_0/scale_rows_1/U0/sum_reg
+//         bit  address     offset
+//           0  0x00001a01  160
+//           …
+//       instance 1: /top/region_0/scale_rows_2/U0/sum_reg
+//         bit  address     offset
+//           …
+//           6  not located
+//           7  0x00002a01  167
+//
+// A part for each hardware name of a kernel of which anything matches, with all that goes by it:
+// the arguments and variables, and the registers whose net ends in it. Where only nets match, the
+// other registers are left out.
 
+#include "inspect/commands/Commands.h"
+#include "inspect/commands/DatabaseCommand.h"
 #include "inspect/commands/UsageError.h"
 #include "inspect/text/Style.h"
 #include "query/KernelView.h"
@@ -11,7 +29,9 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <ostream>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -130,7 +150,20 @@ private:
     std::ostream& out_;
 };
 
-} // namespace
+/// The pattern is a NamePattern: a glob, or with "-r" a regular expression.
+class FindCommand final : public DatabaseCommand {
+public:
+    /// Adds the command to the command line.
+    explicit FindCommand(CLI::App& commandLine);
+
+private:
+    Status show(const Database& database, Console& console) override;
+
+    explicit FindCommand(CLI::App* command);
+
+    std::string pattern_;
+    bool isRegex_ = false;
+};
 
 FindCommand::FindCommand(CLI::App& commandLine)
     : FindCommand(commandLine.add_subcommand(
@@ -173,6 +206,12 @@ Status FindCommand::show(const Database& database, Console& console) {
                 << ": error: no argument, variable or register matches "
                 << quotedPrintable(pattern_) << '\n';
     return Status::Findings;
+}
+
+} // namespace
+
+std::unique_ptr<Command> makeFindCommand(CLI::App& commandLine) {
+    return std::make_unique<FindCommand>(commandLine);
 }
 
 } // namespace consolidator::inspect

@@ -1,5 +1,12 @@
-#include "inspect/commands/JsonCommand.h"
+// `consolidator-inspect json DB`: the content as JSON.
+//
+//     consolidator-inspect json DB             valid JSON on one line, see JsonExport.h
+//     consolidator-inspect json --pretty DB    the same, indented
+//     consolidator-inspect json --dwarf DB     with the DWARF blob's bytes
+//     consolidator-inspect json --section DB   the JSON section that is stored in the database
 
+#include "inspect/commands/Commands.h"
+#include "inspect/commands/DatabaseCommand.h"
 #include "inspect/export/JsonExport.h"
 #include "shared/Printable.h"
 
@@ -60,7 +67,22 @@ Status showSection(const Database& database, Console& console) {
     return Status::Fine;
 }
 
-} // namespace
+class JsonCommand final : public DatabaseCommand {
+public:
+    /// Adds the command to the command line.
+    explicit JsonCommand(CLI::App& commandLine);
+
+private:
+    /// The stored section is only copied.
+    Database::Extent extent() const override {
+        return section_ ? Database::Extent::Table : Database::Extent::All;
+    }
+    Status show(const Database& database, Console& console) override;
+
+    bool pretty_ = false;
+    bool withDwarf_ = false;
+    bool section_ = false;
+};
 
 JsonCommand::JsonCommand(CLI::App& commandLine)
     : DatabaseCommand(*commandLine.add_subcommand("json", "Print the content as JSON")) {
@@ -83,6 +105,12 @@ Status JsonCommand::show(const Database& database, Console& console) {
                 .withDwarf = withDwarf_},
                console.out);
     return Status::Fine;
+}
+
+} // namespace
+
+std::unique_ptr<Command> makeJsonCommand(CLI::App& commandLine) {
+    return std::make_unique<JsonCommand>(commandLine);
 }
 
 } // namespace consolidator::inspect

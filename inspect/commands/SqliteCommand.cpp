@@ -1,5 +1,6 @@
 #include "inspect/commands/SqliteCommand.h"
 
+#include "inspect/commands/Commands.h"
 #include "inspect/commands/UsageError.h"
 #include "inspect/export/PendingFile.h"
 #include "inspect/export/SqliteExport.h"
@@ -72,6 +73,10 @@ Status SqliteCommand::show(const Database& database, Console& console) {
         return Status::Unreadable;
     }
     return Status::Fine;
+}
+
+std::unique_ptr<Command> makeSqliteCommand(CLI::App& commandLine) {
+    return std::make_unique<SqliteCommand>(commandLine);
 }
 
 } // namespace consolidator::inspect

@@ -1,5 +1,19 @@
-#include "inspect/commands/SummaryCommand.h"
+// `consolidator-inspect summary DB`: what is in a database, at a glance.
+//
+//     accelerator.bin: consolidated file, version 1.1, 5120 bytes
+//     project: accelerator
+//     DWARF:   38 bytes
+//
+//     Sections
+//       #  type          offset  size
+//       0  project name     112    11
+//       …
+//     Kernels
+//       name        type  instances  arguments  variables  registers  located bits  conditions
+//       scale_rows  HLS           2          4          2          5            31           3
 
+#include "inspect/commands/Commands.h"
+#include "inspect/commands/DatabaseCommand.h"
 #include "inspect/text/Style.h"
 #include "inspect/text/Table.h"
 #include "query/Bits.h"
@@ -7,6 +21,7 @@
 #include "shared/Printable.h"
 
 #include <CLI/CLI.hpp>
+#include <memory>
 #include <ostream>
 
 namespace consolidator::inspect {
@@ -67,7 +82,14 @@ void printKernels(const Database& database, Console& console) {
     }
 }
 
-} // namespace
+class SummaryCommand final : public DatabaseCommand {
+public:
+    /// Adds the command to the command line.
+    explicit SummaryCommand(CLI::App& commandLine);
+
+private:
+    Status show(const Database& database, Console& console) override;
+};
 
 SummaryCommand::SummaryCommand(CLI::App& commandLine)
     : DatabaseCommand(*commandLine.add_subcommand(
@@ -78,6 +100,12 @@ Status SummaryCommand::show(const Database& database, Console& console) {
     printSections(database, console);
     printKernels(database, console);
     return Status::Fine;
+}
+
+} // namespace
+
+std::unique_ptr<Command> makeSummaryCommand(CLI::App& commandLine) {
+    return std::make_unique<SummaryCommand>(commandLine);
 }
 
 } // namespace consolidator::inspect

@@ -1,5 +1,14 @@
-#include "inspect/commands/VerifyCommand.h"
+// `consolidator-inspect verify DB`: whether a database is what it should be, to the byte.
+//
+//     accelerator.bin:0x8aa: error: section 3 (kernel data), kernel 2 of 2 ("checksum"), argument 1
+//         of 3: the hardware name has a length of 9000, with 411 bytes left
+//     accelerator.bin: 1 error
+//
+// (each finding on one line), or
+//
+//     accelerator.bin: no faults found
 
+#include "inspect/commands/Commands.h"
 #include "inspect/commands/UsageError.h"
 #include "inspect/text/Style.h"
 #include "query/Database.h"
@@ -8,7 +17,9 @@
 #include "shared/Printable.h"
 
 #include <CLI/CLI.hpp>
+#include <memory>
 #include <ostream>
+#include <string>
 
 namespace consolidator::inspect {
 
@@ -46,7 +57,18 @@ void print(const DatabaseFindings& findings, const std::string& path, Console& c
     console.out << path << ": " << summary(findings) << '\n';
 }
 
-} // namespace
+/// The status is `Findings` if there is an error or a warning; notes alone are fine. A file that is
+/// no database at all is one with a finding, and only one that cannot be opened is `Unreadable`.
+class VerifyCommand final : public Command {
+public:
+    /// Adds the command to the command line.
+    explicit VerifyCommand(CLI::App& commandLine);
+
+    Status run(Console& console) override;
+
+private:
+    std::string path_;
+};
 
 VerifyCommand::VerifyCommand(CLI::App& commandLine) {
     CLI::App* command =
@@ -70,6 +92,12 @@ Status VerifyCommand::run(Console& console) {
     print(found, path, console);
     return found.count(Severity::Error) + found.count(Severity::Warning) == 0 ? Status::Fine
                                                                               : Status::Findings;
+}
+
+} // namespace
+
+std::unique_ptr<Command> makeVerifyCommand(CLI::App& commandLine) {
+    return std::make_unique<VerifyCommand>(commandLine);
 }
 
 } // namespace consolidator::inspect

@@ -1,7 +1,5 @@
 // `consolidator-inspect at`, to the letter.
 
-#include "inspect/commands/AtCommand.h"
-
 #include "tests/support/ExampleProject.h"
 #include "tests/support/InspectRun.h"
 #include "tests/support/KnownKernels.h"
@@ -10,7 +8,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -114,7 +111,8 @@ TEST_F(AtCommand, ShowsSeveralRegistersByOffset) {
 }
 
 TEST_F(AtCommand, RefusesWhatIsNoNumber) {
-    for (const char* text : {"", "x", "0x", "12k", "-1", " 1", "1a01", "18446744073709551616"}) {
+    for (const char* text : {"", "x", "0x", "12k", "-1", " 1", "1a01", "0x-1",
+                             "18446744073709551616", "0x10000000000000000"}) {
         EXPECT_EQ(at(exampleDatabase(), {text}).status, 2) << text;
         EXPECT_EQ(at(exampleDatabase(), {"6657", text}).status, 2) << text;
     }
@@ -147,13 +145,15 @@ TEST_F(AtCommand, GrowsWithTheDatabaseOnly) {
     EXPECT_LT(result.out.size(), 1'000'000U);
 }
 
-TEST(ParsedNumber, IsDecimalOrHexadecimal) {
-    EXPECT_EQ(inspect::parsedNumber("010"), std::optional<std::uint64_t>(10));
-    EXPECT_EQ(inspect::parsedNumber("0xfF"), std::optional<std::uint64_t>(255));
-    EXPECT_EQ(inspect::parsedNumber("0xffffffffffffffff"), std::optional(~std::uint64_t{0}));
-    EXPECT_EQ(inspect::parsedNumber("0x10000000000000000"), std::nullopt);
-    EXPECT_EQ(inspect::parsedNumber("0x-1"), std::nullopt);
-    EXPECT_EQ(inspect::parsedNumber("ff"), std::nullopt);
+TEST_F(AtCommand, TakesDecimalAndHexadecimalNumbers) {
+    const std::string frame = at(exampleDatabase(), {"6657"}).out;
+    EXPECT_THAT(frame, HasSubstr("frame 0x00001a01\n"));
+    EXPECT_EQ(at(exampleDatabase(), {"06657"}).out,
+              frame); // a zero in front does not make it octal
+    EXPECT_EQ(at(exampleDatabase(), {"0x1a01"}).out, frame);
+    EXPECT_EQ(at(exampleDatabase(), {"0X1A01"}).out, frame);
+    EXPECT_THAT(at(exampleDatabase(), {"0xffffffffffffffff"}).err,
+                HasSubstr("nothing lies in frame 0xffffffff\n"));
 }
 
 } // namespace

@@ -1,7 +1,5 @@
 // `consolidator-inspect break`, to the letter.
 
-#include "inspect/commands/BreakCommand.h"
-
 #include "tests/support/ExampleProject.h"
 #include "tests/support/InspectRun.h"
 #include "tests/support/KnownKernels.h"
@@ -10,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <optional>
+#include <algorithm>
 #include <string>
 
 namespace consolidator::test {
@@ -157,23 +155,19 @@ TEST_F(BreakCommand, GrowsWithTheDatabaseOnly) {
     EXPECT_LT(result.out.size(), 2'000'000U);
 }
 
-TEST(SourcePlace, TakesDigitsBehindTheLastColonForALine) {
-    const auto expect = [](std::string_view text, std::string_view file,
-                           std::optional<std::uint32_t> line) {
-        const inspect::SourcePlace place(text);
-        EXPECT_EQ(place.file, file) << text;
-        EXPECT_EQ(place.line, line) << text;
-    };
-    expect("a.cpp", "a.cpp", std::nullopt);
-    expect("a.cpp:0", "a.cpp", 0);
-    expect("a.cpp:14", "a.cpp", 14);
-    expect("a:1:14", "a:1", 14);
-    expect("a.cpp:", "a.cpp:", std::nullopt);
-    expect("a.cpp:x1", "a.cpp:x1", std::nullopt);
-    expect("a.cpp:4294967295", "a.cpp", 4294967295);
-    expect("a.cpp:4294967296", "a.cpp:4294967296", std::nullopt);
-    expect("a.cpp:-1", "a.cpp:-1", std::nullopt);
-    expect(":7", "", 7);
+// A ":" in the name of a file, and the largest and smallest lines.
+TEST_F(BreakCommand, TakesDigitsBehindTheLastColonForALine) {
+    const std::string database = knownDatabase(
+        {{.name = "k",
+          .conditions = {
+              {2, "zero", 0, "a:1"}, {2, "c14", 14, "a:1"}, {2, "most", 4294967295, "a:1"}}}});
+    EXPECT_THAT(stops(database, "a:1:14").out, HasSubstr("  14  k       c14\n"));
+    EXPECT_THAT(stops(database, "a:1:0").out, HasSubstr("  0  k       zero\n"));
+    EXPECT_THAT(stops(database, "a:1:4294967295").out, HasSubstr("  4294967295  k       most\n"));
+    for (const char* line : {"14", "0", "4294967295"}) {
+        const std::string out = stops(database, std::string("a:1:") + line).out;
+        EXPECT_EQ(std::ranges::count(out, '\n'), 3) << line; // the file, the heading, one row
+    }
 }
 
 } // namespace
