@@ -1,6 +1,5 @@
 #include "inspect/check/CheckReport.h"
 
-#include "inspect/export/JsonStream.h"
 #include "inspect/export/JsonWriter.h"
 #include "inspect/text/Style.h"
 #include "inspect/text/Table.h"

@@ -1,7 +1,5 @@
 #include "inspect/export/JsonExport.h"
 
-#include "inspect/export/Base64.h"
-#include "inspect/export/JsonStream.h"
 #include "inspect/export/JsonWriter.h"
 #include "query/Bits.h"
 #include "query/InstanceFinder.h"
@@ -11,11 +9,44 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace consolidator::inspect {
 
 namespace {
+
+// Bytes as text (RFC 4648, section 4).
+
+/// Large data can be encoded piece by piece: the texts of pieces whose sizes are multiples of this,
+/// but for the last one, make up the text of the whole.
+constexpr std::size_t base64Group = 3;
+
+constexpr std::string_view base64Digits =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+/// Appends the four characters of one to three bytes.
+void appendGroup(std::string& text, std::string_view group) {
+    std::uint32_t bits = 0;
+    for (std::size_t i = 0; i < base64Group; ++i) {
+        bits = bits << 8 | (i < group.size() ? static_cast<std::uint8_t>(group[i]) : 0U);
+    }
+    for (std::size_t i = 0; i <= base64Group; ++i) {
+        text += i <= group.size() ? base64Digits[bits >> (18 - 6 * i) & 0x3F] : '=';
+    }
+}
+
+/// The bytes in Base64, padded with "=" to a multiple of four characters: "TWE=" for "Ma".
+std::string base64(std::string_view bytes) {
+    std::string text;
+    text.reserve((bytes.size() + base64Group - 1) / base64Group * (base64Group + 1));
+    for (std::size_t at = 0; at < bytes.size(); at += base64Group) {
+        appendGroup(text, bytes.substr(at, base64Group));
+    }
+    return text;
+}
 
 /// Version of the document's form, as the schema gives it.
 constexpr unsigned formatVersion = 1;

@@ -1,18 +1,65 @@
-// JSON on its way out, valid whatever the texts hold. RapidJSON writes it; see JsonStream.h.
+// JSON on its way out, valid whatever the texts hold. RapidJSON writes it, in blocks of characters,
+// to a standard stream.
 #pragma once
 
-#include "inspect/export/JsonStream.h"
 #include "shared/Utf8.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <ostream>
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/writer.h>
 #include <string>
 #include <string_view>
 
 namespace consolidator::inspect {
+
+/// An output stream as RapidJSON's writers want one (hence the names), over a standard stream,
+/// which gets the text in blocks: putting each character there would cost more than making it.
+class JsonStream {
+public:
+    using Ch = char;
+
+    /// `out` must outlive the stream.
+    explicit JsonStream(std::ostream& out) : out_(out) {}
+    ~JsonStream() = default;
+    JsonStream(const JsonStream&) = delete;
+    JsonStream& operator=(const JsonStream&) = delete;
+
+    // NOLINTNEXTLINE(readability-identifier-naming)
+    void Put(char character) {
+        if (length_ == block_.size()) {
+            Flush();
+        }
+        block_[length_++] = character;
+    }
+
+    /// What some of RapidJSON's encodings look for beside a stream.
+    // NOLINTNEXTLINE(readability-identifier-naming)
+    friend void PutUnsafe(JsonStream& stream, char character) { stream.Put(character); }
+
+    void put(std::string_view text) {
+        for (const char character : text) {
+            Put(character);
+        }
+    }
+
+    /// Passes on what is left. To be called at the end.
+    void Flush() { // NOLINT(readability-identifier-naming)
+        out_.write(block_.data(), static_cast<std::streamsize>(length_));
+        length_ = 0;
+    }
+
+    /// False when the standard stream takes nothing any more: the rest need not be made.
+    bool good() const { return out_.good(); }
+
+private:
+    std::ostream& out_;
+    std::size_t length_ = 0;
+    std::array<char, std::size_t{64} * 1024> block_; ///< Not initialised.
+};
 
 /// Text from a file, as RapidJSON's writers decode it: UTF-8, and U+FFFD for every byte that is
 /// not. So a text is repaired while it is written, however long it is. It must end in a zero byte.

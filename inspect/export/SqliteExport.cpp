@@ -1,14 +1,22 @@
 #include "inspect/export/SqliteExport.h"
 
-#include "inspect/export/BitRows.h"
-#include "inspect/export/InsertStatement.h"
+#include "model/LogicLocation.h"
 #include "query/Bits.h"
 #include "query/InstanceFinder.h"
 #include "query/KernelView.h"
 #include "query/Words.h"
+#include "shared/Utf8.h"
 
+#include <array>
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <memory>
 #include <optional>
+#include <span>
+#include <sqlite3.h>
+#include <string>
 #include <string_view>
 
 namespace consolidator::inspect {
@@ -120,6 +128,179 @@ CREATE INDEX condition_kernel ON condition (kernel_id);
 CREATE INDEX bram_name ON bram (name);
 CREATE INDEX bram_kernel ON bram (kernel_id);
 )";
+
+/// Bytes that are no text.
+struct Blob {
+    std::string_view bytes;
+};
+
+/// A prepared statement that adds one row with each run:
+///
+///     InsertStatement insert(file, "bram", 3);
+///     insert.run(1, 2, name);                    // INSERT INTO bram VALUES (1, 2, 'buffer')
+///
+/// Or so many rows, which is faster: starting and ending a statement takes longer than a small row.
+class InsertStatement {
+public:
+    /// The table has so many columns.
+    InsertStatement(const SqliteFile& file, const std::string& table, int columns,
+                    std::size_t rows = 1);
+
+    /// A value for each column: a number, a text, a Blob, or one of them that may be missing
+    /// (std::optional), which makes NULL. What is no UTF-8 in a text becomes U+FFFD.
+    template <typename... Values>
+    void run(const Values&... values) {
+        int column = 0;
+        (bind(++column, values), ...);
+        step();
+    }
+
+    /// The same for numbers only: those of the first row, of the second, and so on.
+    void runNumbers(std::span<const std::int64_t> numbers);
+
+private:
+    struct Finalizer {
+        void operator()(sqlite3_stmt* statement) const;
+    };
+
+    template <std::integral Number>
+    void bind(int column, Number number) {
+        bindNumber(column, static_cast<std::int64_t>(number));
+    }
+    template <typename Value>
+    void bind(int column, const std::optional<Value>& value) {
+        if (value) {
+            bind(column, *value);
+        } else {
+            bindNull(column);
+        }
+    }
+    void bind(int column, std::string_view text);
+    void bind(int column, const Blob& blob);
+    void bindNumber(int column, std::int64_t number);
+    void bindNull(int column);
+    void step();
+    void check(int result) const;
+
+    std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
+};
+
+/// SQLite takes a null pointer for NULL, not for a text without characters.
+const char* pointerTo(std::string_view bytes) {
+    return bytes.empty() ? "" : bytes.data();
+}
+
+InsertStatement::InsertStatement(const SqliteFile& file, const std::string& table, int columns,
+                                 std::size_t rows) {
+    std::string row = "(?";
+    for (int i = 1; i < columns; ++i) {
+        row += ", ?";
+    }
+    row += ")";
+    std::string sql = "INSERT INTO ";
+    sql += table;
+    sql += " VALUES ";
+    sql += row;
+    for (std::size_t i = 1; i < rows; ++i) {
+        sql += ", ";
+        sql += row;
+    }
+    sqlite3_stmt* statement = nullptr;
+    const int result = sqlite3_prepare_v2(file.connection(), sql.c_str(), -1, &statement, nullptr);
+    statement_.reset(statement);
+    if (result != SQLITE_OK) {
+        throw SqliteError(file.connection());
+    }
+}
+
+void InsertStatement::runNumbers(std::span<const std::int64_t> numbers) {
+    int column = 0;
+    for (const std::int64_t number : numbers) {
+        bindNumber(++column, number);
+    }
+    step();
+}
+
+void InsertStatement::bind(int column, std::string_view text) {
+    // The row is made before the caller's text can change; only a repaired one has to be copied.
+    if (isUtf8(text)) {
+        check(sqlite3_bind_text64(statement_.get(), column, pointerTo(text), text.size(),
+                                  SQLITE_STATIC, SQLITE_UTF8));
+    } else {
+        const std::string repaired = validUtf8(text);
+        check(sqlite3_bind_text64(statement_.get(), column, pointerTo(repaired), repaired.size(),
+                                  SQLITE_TRANSIENT, SQLITE_UTF8));
+    }
+}
+
+void InsertStatement::bind(int column, const Blob& blob) {
+    check(sqlite3_bind_blob64(statement_.get(), column, pointerTo(blob.bytes), blob.bytes.size(),
+                              SQLITE_STATIC));
+}
+
+void InsertStatement::bindNumber(int column, std::int64_t number) {
+    check(sqlite3_bind_int64(statement_.get(), column, number));
+}
+
+void InsertStatement::bindNull(int column) {
+    check(sqlite3_bind_null(statement_.get(), column));
+}
+
+void InsertStatement::step() {
+    if (sqlite3_step(statement_.get()) != SQLITE_DONE) {
+        throw SqliteError(sqlite3_db_handle(statement_.get()));
+    }
+    check(sqlite3_reset(statement_.get()));
+}
+
+void InsertStatement::check(int result) const {
+    if (result != SQLITE_OK) {
+        throw SqliteError(sqlite3_db_handle(statement_.get()));
+    }
+}
+
+void InsertStatement::Finalizer::operator()(sqlite3_stmt* statement) const {
+    sqlite3_finalize(statement);
+}
+
+/// Adds rows of four numbers to a table, several at a time.
+class BitRows {
+public:
+    BitRows(const SqliteFile& file, const std::string& table)
+        : one_(file, table, columns), batch_(file, table, columns, batchSize) {}
+
+    void add(std::int64_t owner, std::uint32_t bit, LogicLocation location);
+
+    /// Adds what is still waiting. To be called at the end.
+    void finish();
+
+private:
+    static constexpr int columns = 4;
+    static constexpr std::size_t batchSize = 32;
+
+    InsertStatement one_;
+    InsertStatement batch_;
+    std::array<std::int64_t, columns * batchSize> waiting_{};
+    std::size_t count_ = 0; ///< Numbers that wait.
+};
+
+void BitRows::add(std::int64_t owner, std::uint32_t bit, LogicLocation location) {
+    for (const std::int64_t number :
+         std::initializer_list<std::int64_t>{owner, bit, location.address, location.offset}) {
+        waiting_[count_++] = number;
+    }
+    if (count_ == waiting_.size()) {
+        batch_.runNumbers(waiting_);
+        count_ = 0;
+    }
+}
+
+void BitRows::finish() {
+    for (std::size_t i = 0; i < count_; i += columns) {
+        one_.runNumbers(std::span(waiting_).subspan(i, columns));
+    }
+    count_ = 0;
+}
 
 /// A statement for each table, and the numbers of the rows that come next.
 class Rows {

@@ -302,6 +302,19 @@ TEST_F(JsonCommand, ShowsTheBytesOfTheDwarfDataOnRequest) {
                 HasSubstr("\"dwarf\": {\n    \"size\": 0,\n    \"base64\": \"\"\n  },\n"));
 }
 
+// The examples of RFC 4648, section 10, and bytes that are no text.
+TEST_F(JsonCommand, PadsDwarfDataToGroups) {
+    const std::vector<std::pair<std::string, std::string>> examples{
+        {"f", "Zg=="},           {"fo", "Zm8="},
+        {"foo", "Zm9v"},         {"fooba", "Zm9vYmE="},
+        {"foobar", "Zm9vYmFy"},  {std::string("\0\xFF\xFE\xFB\xF0", 5), "AP/++/A="},
+        {"\xFF\xFF\xFF", "////"}};
+    for (const auto& [bytes, text] : examples) {
+        EXPECT_THAT(json(DatabaseBuilder().section(1, bytes).bytes(), {"--dwarf"}),
+                    HasSubstr("\"base64\":\"" + text + "\"}"));
+    }
+}
+
 TEST_F(JsonCommand, EncodesLargeDwarfDataWithoutASeam) {
     EXPECT_THAT(json(DatabaseBuilder().section(1, repeated("foo", 10000)).bytes(), {"--dwarf"}),
                 HasSubstr(R"("base64":")" + repeated("Zm9v", 10000) + R"("})"));

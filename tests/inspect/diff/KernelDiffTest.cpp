@@ -1,7 +1,14 @@
-#include "inspect/diff/BitChanges.h"
+// What is told of a register whose bits lie elsewhere.
+
+#include "inspect/diff/KernelDiff.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace consolidator::inspect::test {
 
@@ -10,20 +17,43 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+Kernel kernelWith(const LocationList& locations) {
+    Kernel kernel;
+    HardwareVariable variable("/x");
+    variable.locations = locations;
+    kernel.addHardwareVariable(std::move(variable));
+    return kernel;
+}
+
+/// What the comparison tells of the bits of a register with these locations, piece by piece.
 std::vector<std::string> changes(const LocationList& before, const LocationList& after) {
+    const Kernel left = kernelWith(before);
+    const Kernel right = kernelWith(after);
+    std::ostringstream out;
+    std::ostringstream err;
+    Console console{.out = out, .err = err};
+    DiffPrinter printer("a", "b", console);
+    KernelDiff(left, right, printer).run();
+    std::istringstream lines(out.str());
     std::vector<std::string> result;
-    for (const BitChange& change : bitChanges(before, after)) {
-        result.push_back(changeText(change));
+    for (std::string line; std::getline(lines, line);) {
+        // Below the names of the files, one piece follows the register's name, several come below.
+        for (const std::string_view start : {"~ register /x: ", "    "}) {
+            if (line.starts_with(start)) {
+                result.push_back(line.substr(start.size()));
+            }
+        }
     }
+    EXPECT_EQ(result.empty(), out.str().empty()) << out.str();
     return result;
 }
 
-TEST(BitChanges, FindsNoneInEqualLists) {
+TEST(KernelDiff, FindsNoneInEqualLists) {
     EXPECT_THAT(changes({}, {}), IsEmpty());
     EXPECT_THAT(changes({{1, 2}, {0, 0}, {3, 4}}, {{1, 2}, {0, 0}, {3, 4}}), IsEmpty());
 }
 
-TEST(BitChanges, FindsNoneInListsThatAreStoredOtherwise) {
+TEST(KernelDiff, FindsNoneInListsThatAreStoredOtherwise) {
     LocationList sparse;
     sparse.set(100, {1, 2}); // kept apart from the row
     std::vector<LogicLocation> row(101);
@@ -31,14 +61,14 @@ TEST(BitChanges, FindsNoneInListsThatAreStoredOtherwise) {
     EXPECT_THAT(changes(sparse, LocationList(row)), IsEmpty());
 }
 
-TEST(BitChanges, JoinsBitsThatMoveTogether) {
+TEST(KernelDiff, JoinsBitsThatMoveTogether) {
     EXPECT_THAT(changes({{1, 8}, {1, 9}, {1, 10}}, {{0, 0}, {0, 0}, {0, 0}}),
                 ElementsAre("bits 0-2: 0x00000001 8-10 -> not located"));
     EXPECT_THAT(changes({{1, 8}, {1, 9}}, {{2, 3}, {2, 4}}),
                 ElementsAre("bits 0-1: 0x00000001 8-9 -> 0x00000002 3-4"));
 }
 
-TEST(BitChanges, PartsBitsWhereOneSideDoesNotGoOn) {
+TEST(KernelDiff, PartsBitsWhereOneSideDoesNotGoOn) {
     EXPECT_THAT(
         changes({{1, 8}, {1, 9}}, {{2, 3}, {3, 4}}),
         ElementsAre("bit 0: 0x00000001 8 -> 0x00000002 3", "bit 1: 0x00000001 9 -> 0x00000003 4"));
@@ -51,13 +81,13 @@ TEST(BitChanges, PartsBitsWhereOneSideDoesNotGoOn) {
                             "bit 1: 0x00000001 0 -> not located"));
 }
 
-TEST(BitChanges, FindsBitsThatOnlyOneHas) {
+TEST(KernelDiff, FindsBitsThatOnlyOneHas) {
     EXPECT_THAT(changes({{1, 8}}, {{1, 8}, {1, 9}, {0, 0}, {0, 0}}),
                 ElementsAre("bit 1: none -> 0x00000001 9", "bits 2-3: none -> not located"));
     EXPECT_THAT(changes({{0, 0}, {0, 0}}, {}), ElementsAre("bits 0-1: not located -> none"));
 }
 
-TEST(BitChanges, JoinsBitsThatNoFileNames) {
+TEST(KernelDiff, JoinsBitsThatNoFileNames) {
     LocationList before;
     LocationList after;
     before.set(0xfffff0, {1, 2});
