@@ -59,8 +59,8 @@ void printCoverage(const CheckReport& report, Console& console) {
     } else {
         table.print(console.out, "  ", console.colour);
     }
-    if (report.mistakenKernels > 0) {
-        console.out << "  and " << inWords(report.mistakenKernels, "kernel")
+    if (report.kernelsOfWrongKind > 0) {
+        console.out << "  and " << inWords(report.kernelsOfWrongKind, "kernel")
                     << " made of files of another kind\n";
     }
 }
@@ -207,7 +207,7 @@ void printJson(const CheckReport& report, std::ostream& out) {
     writeNumber(json, "errors", report.findings.count(Severity::Error));
     writeNumber(json, "warnings", report.findings.count(Severity::Warning));
     writeNumber(json, "notes", report.findings.count(Severity::Note));
-    writeNumber(json, "mistakenKernels", report.mistakenKernels);
+    writeNumber(json, "mistakenKernels", report.kernelsOfWrongKind);
     json.Key("findings");
     json.StartArray();
     for (const Finding& finding : report.findings.kept()) {

@@ -15,7 +15,7 @@ namespace consolidator::inspect {
 struct CheckReport {
     const Findings& findings;
     const std::vector<KernelCoverage>& coverage;
-    std::size_t mistakenKernels; ///< Those of files that were given with a wrong option.
+    std::size_t kernelsOfWrongKind; ///< Those of files that were given with a wrong option.
     bool searchedNets; ///< A logic-location file was read, and searched for missing names.
 };
 

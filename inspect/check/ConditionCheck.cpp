@@ -1,11 +1,17 @@
 #include "inspect/check/ConditionCheck.h"
 
-#include "inspect/check/Findings.h"
 #include "model/ConditionTranslation.h"
+#include "shared/Numbers.h"
 #include "shared/Words.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <map>
+#include <set>
 #include <string>
+#include <string_view>
+#include <tuple>
+#include <utility>
 
 namespace consolidator::inspect {
 
@@ -102,6 +108,21 @@ std::string faultOf(std::string_view condition) {
     return faultOfWords(condition);
 }
 
+/// Translation names signals so; high-level synthesis does not.
+bool wasTranslated(std::string_view condition) {
+    return condition.find("$i/") != std::string_view::npos;
+}
+
+/// Whether both are the same equation but for the order of its sides.
+bool isSwappedEquation(std::string_view first, std::string_view second) {
+    const std::string_view comparison = takeWord(first);
+    const std::string_view left = takeWord(first);
+    const std::string_view right = takeWord(first);
+    return (comparison == "==" || comparison == "!=") && takeWord(second) == comparison &&
+           takeWord(second) == right && takeWord(second) == left && takeWord(first).empty() &&
+           takeWord(second).empty();
+}
+
 } // namespace
 
 std::optional<ConditionFault> conditionFault(std::string_view condition) {
@@ -113,6 +134,94 @@ std::optional<ConditionFault> conditionFault(std::string_view condition) {
         return std::nullopt;
     }
     return ConditionFault{false, std::move(reason), translatedCondition(condition)};
+}
+
+void reportConditions(const Kernel& kernel, const std::string& path, Findings& findings) {
+    for (const BreakableCondition& condition : kernel.breakableConditions()) {
+        if (condition.kind != BreakableCondition::FileLine) {
+            continue;
+        }
+        const std::optional<ConditionFault> fault = conditionFault(condition.condition);
+        if (!fault) {
+            continue;
+        }
+        std::string text = "condition of " + condition.file;
+        text += ':' + std::to_string(condition.line) + ' ';
+        if (fault->isDropped) {
+            findings.add({path, 0, Severity::Note, Code::ConditionDropped,
+                          text + "is always true and is left out: one cannot stop there"});
+            continue;
+        }
+        findings.add({path, 0, Severity::Warning, Code::ConditionMangled,
+                      text + quotedName(condition.condition) + " becomes " +
+                          quotedName(fault->result) + ": " + fault->reason});
+    }
+}
+
+void reportRepeatedConditions(const Kernel& kernel, const Kernel& known, const std::string& path,
+                              Findings& findings) {
+    using Place = std::tuple<std::uint32_t, std::string_view, std::uint32_t>;
+    const auto placeOf = [](const BreakableCondition& condition) {
+        return Place(condition.kind, condition.file, condition.line);
+    };
+    std::map<Place, std::set<std::string_view>> texts;
+    for (const BreakableCondition& condition : known.breakableConditions()) {
+        texts[placeOf(condition)].insert(condition.condition);
+    }
+    std::set<std::uint32_t> kinds;
+    std::uint64_t lines = 0;
+    for (const BreakableCondition& condition : kernel.breakableConditions()) {
+        const auto place = texts.find(placeOf(condition));
+        if (place != texts.end() && !place->second.contains(condition.condition)) {
+            kinds.insert(condition.kind);
+            lines += condition.kind == BreakableCondition::FileLine ? 1 : 0;
+        }
+    }
+    std::string places;
+    for (const std::uint32_t kind : kinds) { // Start, Stop, FileLine
+        places += places.empty() ? "" : " and ";
+        places += kind == BreakableCondition::Start ? "its start"
+                  : kind == BreakableCondition::Stop
+                      ? "its end"
+                      : inWords(lines, "source line") + " of this file";
+    }
+    if (!places.empty()) {
+        findings.add({path, 0, Severity::Warning, Code::RepeatedCondition,
+                      "kernel " + quotedName(kernel.name()) + " has other conditions for " +
+                          places + " already and keeps both: was the file added before?"});
+    }
+}
+
+void reportTranslatedAgain(const std::vector<Kernel>& kernels, const std::string& path,
+                           Findings& findings) {
+    const BreakableCondition* first = nullptr;
+    bool isChanged = false; // in its meaning, as the first one is
+    std::uint64_t count = 0;
+    for (const Kernel& kernel : kernels) {
+        for (const BreakableCondition& condition : kernel.breakableConditions()) {
+            if (!wasTranslated(condition.condition)) {
+                continue;
+            }
+            const std::string result = translatedCondition(condition.condition);
+            if (result == condition.condition) {
+                continue;
+            }
+            ++count;
+            const bool changes = !isSwappedEquation(condition.condition, result);
+            if (first == nullptr || (changes && !isChanged)) {
+                first = &condition;
+                isChanged = changes;
+            }
+        }
+    }
+    if (first != nullptr) {
+        findings.add({path, 0, isChanged ? Severity::Warning : Severity::Note,
+                      Code::TranslatedAgain,
+                      inWords(count, "condition") + " translated by the run before " +
+                          (count == 1 ? "is" : "are") +
+                          " translated again: " + quotedName(first->condition) + " becomes " +
+                          quotedName(translatedCondition(first->condition))});
+    }
 }
 
 } // namespace consolidator::inspect

@@ -1,8 +1,8 @@
 // How much of each kernel a debugger can see: which arguments and variables have registers with
-// locations, and which have none.
+// locations, and which have none; and what is odd about the way in which its nets fall to its
+// instances.
 #pragma once
 
-#include "inspect/check/InstanceFaults.h"
 #include "model/Kernel.h"
 
 #include <cstddef>
@@ -29,6 +29,26 @@ struct MissingName {
     std::optional<NearNet> nearest;
 };
 
+/// Signs that an instance path is not what its writer meant. Where a count is 0, what follows it
+/// means nothing. Registers and instances are positions in the kernel's lists.
+struct InstanceFaults {
+    std::size_t withoutNet = 0; ///< Instances without a net, while others have some.
+    std::uint32_t firstWithoutNet = 0;
+
+    /// Nets in which an instance path occurs, but not as whole components: "top/k_1" in
+    /// "/top/k_10/x".
+    std::size_t cut = 0;
+    std::uint32_t firstCut = 0;
+    std::uint32_t cutInstance = 0;
+
+    /// Nets whose instance has another one with the same last component: "top" in "/top/k_1/x" and
+    /// "/top/k_2/x".
+    std::size_t repeated = 0;
+    std::uint32_t firstOfRepeated = 0;
+    std::uint32_t repetition = 0; ///< The second one.
+    std::uint32_t repeatedInstance = 0;
+};
+
 /// The coverage of one kernel.
 struct KernelCoverage {
     /// How many of how many have a register.
@@ -44,7 +64,7 @@ struct KernelCoverage {
     InstanceFaults instances;
     /// A net that the first instance without one may have been meant for: one under no instance
     /// path, with the last component of one of the kernel's nets.
-    std::optional<NearNet> nearestToBare;
+    std::optional<NearNet> netOfNoInstance;
 };
 
 /// The coverage of each kernel, in their order. They must outlive the result and stay as they are.

@@ -71,6 +71,42 @@ std::string headOf(const std::string& path) {
     return head;
 }
 
+/// Carriage returns are white space to the other readers.
+bool mindsCarriageReturns(InputKind kind) {
+    return kind == InputKind::Hls || kind == InputKind::RamReport;
+}
+
+void reportText(const FileLook& look, InputKind kind, const std::string& path, Findings& findings) {
+    const std::string_view mark = byteOrderMarkOf(look.head);
+    if (!mark.empty() && kind != InputKind::KernelXml) {
+        findings.add({path, 1, Severity::Warning, Code::ByteOrderMark,
+                      "the file begins with a byte order mark (" + std::string(mark) +
+                          "), which is read as a part of its first word"});
+    }
+    if (mindsCarriageReturns(kind) && hasCarriageReturns(look.head)) {
+        findings.add({path, 1, Severity::Warning, Code::CarriageReturns,
+                      kind == InputKind::Hls
+                          ? "lines end with a carriage return and a newline (CRLF): "
+                            "conditions are cut off at "
+                            "the wrong place, and empty lines are not accepted"
+                          : "lines end with a carriage return and a newline (CRLF): no "
+                            "heading is recognised"});
+    }
+}
+
+void reportHlsName(const std::string& path, Findings& findings) {
+    const std::string name = path.substr(path.rfind('/') + 1);
+    constexpr std::size_t extension = 4;
+    if (name.size() <= extension || name[name.size() - extension] != '.') {
+        const std::string kernel =
+            name.size() < extension ? name : name.substr(0, name.size() - extension);
+        findings.add(
+            {path, 0, Severity::Warning, Code::KernelName,
+             "the kernel's name is the file's name without its last four characters, here " +
+                 quotedName(kernel)});
+    }
+}
+
 } // namespace
 
 Content contentOf(std::string_view head) {
@@ -167,6 +203,42 @@ FileLook FileLook::at(const std::string& path) {
         look.head = headOf(path);
     }
     return look;
+}
+
+bool reportContent(const FileLook& look, InputKind kind, const std::string& path,
+                   Findings& findings) {
+    const std::string_view compression = compressionOf(look.head);
+    if (!compression.empty()) {
+        findings.add(
+            {path, 0, Severity::Error, Code::Compressed,
+             "is compressed (" + std::string(compression) + "): it must be unpacked first"});
+        return true;
+    }
+    const Content content = contentOf(look.head);
+    const Content wanted = kind == InputKind::Dwarf ? Content(OtherContent::Binary) : Content(kind);
+    if (content == Content(OtherContent::Unknown) || content == wanted) {
+        return false;
+    }
+    std::string text = "looks like " + std::string(describe(content));
+    if (!optionFor(content).empty()) {
+        text += ", which belongs to " + optionFor(content);
+    }
+    text += ", but is given with " + optionFor(kind) + " as " + std::string(describe(kind));
+    findings.add({path, 0, Severity::Warning, Code::WrongKind, std::move(text)});
+    // XML that nobody knows may be meant: then the reader knows better what is wrong with it.
+    return content != Content(OtherContent::Xml);
+}
+
+bool reportLook(const FileLook& look, InputKind kind, const std::string& path, Findings& findings) {
+    if ((look.isRegular && look.size == 0) || look.isEmptyDevice) {
+        findings.add({path, 0, Severity::Warning, Code::Empty, "is empty"});
+    }
+    const bool isOfWrongKind = reportContent(look, kind, path, findings);
+    reportText(look, kind, path, findings);
+    if (kind == InputKind::Hls) {
+        reportHlsName(path, findings);
+    }
+    return isOfWrongKind;
 }
 
 } // namespace consolidator::inspect

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "driver/Inputs.h"
+#include "inspect/check/Findings.h"
 
 #include <cstdint>
 #include <string>
@@ -58,5 +59,13 @@ struct FileLook {
     /// Looks at the file at `path`; one that is missing or cannot be read shows as nothing at all.
     static FileLook at(const std::string& path);
 };
+
+/// Reports that the file at `path`, an input of this kind, looks like another one. Returns whether
+/// it is one: then nothing that is read of it is what it seems.
+bool reportContent(const FileLook& look, InputKind kind, const std::string& path,
+                   Findings& findings);
+
+/// The same, with all else that shows before the file is read.
+bool reportLook(const FileLook& look, InputKind kind, const std::string& path, Findings& findings);
 
 } // namespace consolidator::inspect

@@ -1,25 +1,26 @@
 #include "inspect/check/InputCheck.h"
 
 #include "inspect/check/ConditionCheck.h"
-#include "inspect/check/HlsLosses.h"
 #include "inspect/check/KernelXmlLook.h"
-#include "model/ConditionTranslation.h"
 #include "model/RAMFile.h"
 #include "readers/HLSFile.h"
 #include "readers/LLFile.h"
 #include "shared/Numbers.h"
 #include "shared/TextHash.h"
-#include "shared/Words.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <limits>
 #include <map>
 #include <optional>
 #include <set>
-#include <tuple>
+#include <string>
+#include <string_view>
 #include <unordered_map>
+#include <utility>
 
 namespace consolidator::inspect {
 
@@ -32,39 +33,7 @@ std::string bytesOf(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/// Carriage returns are white space to the other readers.
-bool mindsCarriageReturns(InputKind kind) {
-    return kind == InputKind::Hls || kind == InputKind::RamReport;
-}
-
-/// Translation names signals so; high-level synthesis does not.
-bool wasTranslated(std::string_view condition) {
-    return condition.find("$i/") != std::string_view::npos;
-}
-
-/// Whether both are the same equation but for the order of its sides.
-bool isSwappedEquation(std::string_view first, std::string_view second) {
-    const std::string_view comparison = takeWord(first);
-    const std::string_view left = takeWord(first);
-    const std::string_view right = takeWord(first);
-    return (comparison == "==" || comparison == "!=") && takeWord(second) == comparison &&
-           takeWord(second) == right && takeWord(second) == left && takeWord(first).empty() &&
-           takeWord(second).empty();
-}
-
-using KernelsByName = std::unordered_map<std::string_view, const Kernel*, TextHash>;
-
-/// The first kernel of each name.
-KernelsByName byName(const std::vector<Kernel>& kernels) {
-    KernelsByName result;
-    for (const Kernel& kernel : kernels) {
-        result.try_emplace(kernel.name(), &kernel);
-    }
-    return result;
-}
-
-} // namespace
-
+/// The name of a kernel type, as a hierarchy file has it.
 std::string_view typeWord(KernelType type) {
     switch (type) {
     case KernelType::OpenCL:
@@ -81,6 +50,97 @@ std::string_view typeWord(KernelType type) {
     return "unknown";
 }
 
+/// What of an HLS file, which was read to its end, does not reach its kernel: the source lines of
+/// other files whose number was taken, the variables of entries that do not count, and those that
+/// have a second register. What a file has many times makes one finding.
+class HlsLosses {
+public:
+    /// All three must outlive this object.
+    HlsLosses(const HLSFile& reader, const std::string& path, Findings& findings)
+        : reader_(reader), path_(path), findings_(findings) {
+        for (const Kernel& kernel : reader.kernels()) {
+            for (const Variable& variable : kernel.variables()) {
+                registers_.emplace(variable.sourceName, variable.hardwareName);
+            }
+        }
+    }
+
+    void report() {
+        for (const HLSFile::RtlEntry& entry : reader_.entries()) {
+            if (entry.files.empty()) {
+                reportVariables(entry, "has no source line");
+                continue;
+            }
+            const auto [first, isNew] = firstOfLine_.emplace(entry.lines.front(), &entry);
+            if (!isNew) {
+                reportSourceLine(entry, *first->second);
+            }
+            reportVariables(entry, "is passed over");
+        }
+    }
+
+private:
+    void add(const HLSFile::RtlEntry& entry, Code code, std::string text) {
+        findings_.add({path_, entry.lineNumber, Severity::Warning, code, std::move(text)});
+    }
+
+    void reportSourceLine(const HLSFile::RtlEntry& entry, const HLSFile::RtlEntry& first) {
+        const std::string_view file = entry.files.front();
+        const std::uint32_t line = entry.lines.front();
+        if (file != first.files.front() && lostLines_.emplace(file, line).second) {
+            add(entry, Code::LostSourceLine,
+                "source line " + std::to_string(line) + " of " + quotedName(file) +
+                    " is lost: entries are told apart by the line's number alone, and the entry in "
+                    "line " +
+                    std::to_string(first.lineNumber) + " has it for " +
+                    quotedName(first.files.front()));
+        }
+    }
+
+    /// `reason` is why variables that the kernel lacks are not there.
+    void reportVariables(const HLSFile::RtlEntry& entry, std::string_view reason) {
+        for (const HLSFile::HlsVariable& variable : entry.variables) {
+            const auto [kept, isLost] = registers_.emplace(variable.name, variable.rtlName);
+            if (isLost) {
+                add(entry, Code::LostVariable,
+                    "variable " + quotedName(variable.name) + " is lost with its entry, which " +
+                        std::string(reason));
+            } else if (kept->second != variable.rtlName &&
+                       lostRegisters_.emplace(variable.name, variable.rtlName).second) {
+                add(entry, Code::RepeatedVariable,
+                    "variable " + quotedName(variable.name) + " has hardware name " +
+                        quotedName(variable.rtlName) + " here and " + quotedName(kept->second) +
+                        " before, and the first one counts");
+            }
+        }
+    }
+
+    const HLSFile& reader_;
+    const std::string& path_;
+    Findings& findings_;
+
+    /// Hardware names by the names of the kernel's variables and of those that were reported.
+    std::unordered_map<std::string_view, std::string_view, TextHash> registers_;
+
+    // Ordered, since a hash table could be made slow by chosen numbers.
+    std::map<std::uint32_t, const HLSFile::RtlEntry*> firstOfLine_;
+    std::set<std::pair<std::string_view, std::uint32_t>> lostLines_;
+    std::set<std::pair<std::string_view, std::string_view>> lostRegisters_;
+};
+
+using KernelsByName = std::unordered_map<std::string_view, const Kernel*, TextHash>;
+
+/// The first kernel of each name.
+KernelsByName byName(const std::vector<Kernel>& kernels) {
+    KernelsByName result;
+    for (const Kernel& kernel : kernels) {
+        result.try_emplace(kernel.name(), &kernel);
+    }
+    return result;
+}
+
+} // namespace
+
 void InputCheck::add(std::uint64_t line, Severity severity, Code code, std::string text) {
     findings_.add({path_, line, severity, code, std::move(text)});
 }
@@ -94,37 +154,7 @@ void InputCheck::addOldDatabase(const std::string& path) {
     for (const Kernel& kernel : database_.kernels()) {
         origins_.add(number, kernel);
     }
-    reportTranslatedAgain(path);
-}
-
-void InputCheck::reportTranslatedAgain(const std::string& path) {
-    const BreakableCondition* first = nullptr;
-    bool isChanged = false; // in its meaning, as the first one is
-    std::uint64_t count = 0;
-    for (const Kernel& kernel : database_.kernels()) {
-        for (const BreakableCondition& condition : kernel.breakableConditions()) {
-            if (!wasTranslated(condition.condition)) {
-                continue;
-            }
-            const std::string result = translatedCondition(condition.condition);
-            if (result == condition.condition) {
-                continue;
-            }
-            ++count;
-            const bool changes = !isSwappedEquation(condition.condition, result);
-            if (first == nullptr || (changes && !isChanged)) {
-                first = &condition;
-                isChanged = changes;
-            }
-        }
-    }
-    if (first != nullptr) {
-        path_ = path;
-        add(0, isChanged ? Severity::Warning : Severity::Note, Code::TranslatedAgain,
-            inWords(count, "condition") + " translated by the run before " +
-                (count == 1 ? "is" : "are") + " translated again: " + quotedName(first->condition) +
-                " becomes " + quotedName(translatedCondition(first->condition)));
-    }
+    reportTranslatedAgain(database_.kernels(), path, findings_);
 }
 
 // DWARF
@@ -159,7 +189,7 @@ void InputCheck::beforeDwarf(const std::string& path) {
     if (look_.size > std::numeric_limits<std::int32_t>::max()) {
         add(0, Severity::Error, Code::TooLarge, "has 2 GiB or more" + std::string(nothing));
     }
-    lookAtContent(InputKind::Dwarf);
+    reportContent(look_, InputKind::Dwarf, path, findings_);
 }
 
 // Before reading: what the file looks like
@@ -167,13 +197,13 @@ void InputCheck::beforeDwarf(const std::string& path) {
 void InputCheck::beforeReading(InputKind kind, const std::string& path, InputFile& reader) {
     path_ = path;
     wasOpened_ = reader.isOpen();
-    isMistaken_ = false;
+    isOfWrongKind_ = false;
     look_ = FileLook::at(path);
     if (!given_.insert(optionFor(kind) + wholePathOf(path)).second) {
         add(0, Severity::Warning, Code::GivenTwice, "is given twice");
     }
     if (wasOpened_) {
-        lookAtFile(kind);
+        isOfWrongKind_ = reportLook(look_, kind, path, findings_);
     }
     if (kind == InputKind::LogicLocations) {
         placements_.repeatedBits = {};
@@ -183,76 +213,13 @@ void InputCheck::beforeReading(InputKind kind, const std::string& path, InputFil
     reader.watch([this](std::uint64_t bytes) { progress_.update(bytes); });
 }
 
-void InputCheck::lookAtFile(InputKind kind) {
-    if ((look_.isRegular && look_.size == 0) || look_.isEmptyDevice) {
-        add(0, Severity::Warning, Code::Empty, "is empty");
-    }
-    lookAtContent(kind);
-    lookAtText(kind);
-    if (kind == InputKind::Hls) {
-        lookAtHlsName();
-    }
-}
-
-void InputCheck::lookAtContent(InputKind kind) {
-    const std::string_view compression = compressionOf(look_.head);
-    if (!compression.empty()) {
-        add(0, Severity::Error, Code::Compressed,
-            "is compressed (" + std::string(compression) + "): it must be unpacked first");
-        isMistaken_ = true;
-        return;
-    }
-    const Content content = contentOf(look_.head);
-    const Content wanted = kind == InputKind::Dwarf ? Content(OtherContent::Binary) : Content(kind);
-    if (content == Content(OtherContent::Unknown) || content == wanted) {
-        return;
-    }
-    std::string text = "looks like " + std::string(describe(content));
-    if (!optionFor(content).empty()) {
-        text += ", which belongs to " + optionFor(content);
-    }
-    text += ", but is given with " + optionFor(kind) + " as " + std::string(describe(kind));
-    add(0, Severity::Warning, Code::WrongKind, std::move(text));
-    // XML that nobody knows may be meant: then the reader knows better what is wrong with it.
-    isMistaken_ = content != Content(OtherContent::Xml);
-}
-
-void InputCheck::lookAtText(InputKind kind) {
-    const std::string_view mark = byteOrderMarkOf(look_.head);
-    if (!mark.empty() && kind != InputKind::KernelXml) {
-        add(1, Severity::Warning, Code::ByteOrderMark,
-            "the file begins with a byte order mark (" + std::string(mark) +
-                "), which is read as a part of its first word");
-    }
-    if (mindsCarriageReturns(kind) && hasCarriageReturns(look_.head)) {
-        add(1, Severity::Warning, Code::CarriageReturns,
-            kind == InputKind::Hls ? "lines end with a carriage return and a newline (CRLF): "
-                                     "conditions are cut off at "
-                                     "the wrong place, and empty lines are not accepted"
-                                   : "lines end with a carriage return and a newline (CRLF): no "
-                                     "heading is recognised");
-    }
-}
-
-void InputCheck::lookAtHlsName() {
-    const std::string name = path_.substr(path_.rfind('/') + 1);
-    constexpr std::size_t extension = 4;
-    if (name.size() <= extension || name[name.size() - extension] != '.') {
-        const std::string kernel =
-            name.size() < extension ? name : name.substr(0, name.size() - extension);
-        add(0, Severity::Warning, Code::KernelName,
-            "the kernel's name is the file's name without its last four characters, here " +
-                quotedName(kernel));
-    }
-}
-
 // After reading: what came of it
 
 void InputCheck::afterReading(InputKind kind, const std::string& path, const InputFile& reader,
                               bool isUsable) {
     path_ = path;
     progress_.end();
-    if (!isMistaken_) {
+    if (!isOfWrongKind_) {
         reportRemarks(reader.diagnostic());
     }
     if (reader.diagnostic().stopped()) {
@@ -272,7 +239,7 @@ void InputCheck::afterReading(InputKind kind, const std::string& path, const Inp
     } else if (kind == InputKind::RamReport) {
         reportRamReport(reader);
     } else {
-        if (kind == InputKind::KernelXml && look_.isRegular && !isMistaken_) {
+        if (kind == InputKind::KernelXml && look_.isRegular && !isOfWrongKind_) {
             lookAtKernelXml(path, findings_);
         }
         reportKernels(kind, reader);
@@ -318,8 +285,8 @@ void InputCheck::reportKernels(InputKind kind, const InputFile& reader) {
         return;
     }
     const auto number = static_cast<std::uint32_t>(inputs_.size());
-    inputs_.push_back({path_, kind, false, isMistaken_});
-    if (isMistaken_) {
+    inputs_.push_back({path_, kind, false, isOfWrongKind_});
+    if (isOfWrongKind_) {
         for (const Kernel& kernel : kernels) {
             origins_.add(number, kernel);
         }
@@ -332,7 +299,7 @@ void InputCheck::reportKernels(InputKind kind, const InputFile& reader) {
     const bool hasConditions = kind == InputKind::Hls || kind == InputKind::KernelXml;
     const KernelsByName known = hasConditions ? byName(database_.kernels()) : KernelsByName();
     if (kind == InputKind::Hls) {
-        reportHlsLosses(dynamic_cast<const HLSFile&>(reader), path_, findings_);
+        HlsLosses(dynamic_cast<const HLSFile&>(reader), path_, findings_).report();
     }
     for (const Kernel& kernel : kernels) {
         const bool saysSo = kind == InputKind::Hierarchy || kind == InputKind::AuxiliaryXml;
@@ -340,9 +307,9 @@ void InputCheck::reportKernels(InputKind kind, const InputFile& reader) {
             add(0, Severity::Warning, Code::Nameless, "a kernel in it has no name");
         }
         reportIgnored(kind, kernel, origins_.add(number, kernel));
-        reportConditions(kernel);
+        reportConditions(kernel, path_, findings_);
         if (const auto same = known.find(kernel.name()); same != known.end()) {
-            reportRepeatedConditions(kernel, *same->second);
+            reportRepeatedConditions(kernel, *same->second, path_, findings_);
         }
     }
 }
@@ -392,61 +359,6 @@ void InputCheck::reportIgnored(InputKind kind, const Kernel& kernel,
                                  quotedName(description.firstTypeText)) +
                 " in " + inputs_[description.firstInput].path +
                 ", and the first description counts");
-    }
-}
-
-void InputCheck::reportConditions(const Kernel& kernel) {
-    for (const BreakableCondition& condition : kernel.breakableConditions()) {
-        if (condition.kind != BreakableCondition::FileLine) {
-            continue;
-        }
-        const std::optional<ConditionFault> fault = conditionFault(condition.condition);
-        if (!fault) {
-            continue;
-        }
-        std::string text = "condition of " + condition.file;
-        text += ':' + std::to_string(condition.line) + ' ';
-        if (fault->isDropped) {
-            add(0, Severity::Note, Code::ConditionDropped,
-                text + "is always true and is left out: one cannot stop there");
-            continue;
-        }
-        add(0, Severity::Warning, Code::ConditionMangled,
-            text + quotedName(condition.condition) + " becomes " + quotedName(fault->result) +
-                ": " + fault->reason);
-    }
-}
-
-void InputCheck::reportRepeatedConditions(const Kernel& kernel, const Kernel& known) {
-    using Place = std::tuple<std::uint32_t, std::string_view, std::uint32_t>;
-    const auto placeOf = [](const BreakableCondition& condition) {
-        return Place(condition.kind, condition.file, condition.line);
-    };
-    std::map<Place, std::set<std::string_view>> texts;
-    for (const BreakableCondition& condition : known.breakableConditions()) {
-        texts[placeOf(condition)].insert(condition.condition);
-    }
-    std::set<std::uint32_t> kinds;
-    std::uint64_t lines = 0;
-    for (const BreakableCondition& condition : kernel.breakableConditions()) {
-        const auto place = texts.find(placeOf(condition));
-        if (place != texts.end() && !place->second.contains(condition.condition)) {
-            kinds.insert(condition.kind);
-            lines += condition.kind == BreakableCondition::FileLine ? 1 : 0;
-        }
-    }
-    std::string places;
-    for (const std::uint32_t kind : kinds) { // Start, Stop, FileLine
-        places += places.empty() ? "" : " and ";
-        places += kind == BreakableCondition::Start ? "its start"
-                  : kind == BreakableCondition::Stop
-                      ? "its end"
-                      : inWords(lines, "source line") + " of this file";
-    }
-    if (!places.empty()) {
-        add(0, Severity::Warning, Code::RepeatedCondition,
-            "kernel " + quotedName(kernel.name()) + " has other conditions for " + places +
-                " already and keeps both: was the file added before?");
     }
 }
 

@@ -26,7 +26,7 @@ public:
         std::string path;
         InputKind kind;
         bool isOldDatabase = false;
-        bool isMistaken = false; ///< Its content is of another kind: its kernels are none.
+        bool isOfWrongKind = false; ///< Its content is of another kind: its kernels are none.
     };
 
     /// A logic-location file that was read to its end.
@@ -70,20 +70,12 @@ private:
 
     void add(std::uint64_t line, Severity severity, Code code, std::string text);
 
-    void lookAtFile(InputKind kind);
-    void lookAtContent(InputKind kind);
-    void lookAtText(InputKind kind);
-    void lookAtHlsName();
-
     void reportStop(const Finding& stop, InputKind kind, bool isUsable);
     void reportRemarks(const Diagnostic& diagnostic);
     void reportKernels(InputKind kind, const InputFile& reader);
     void reportRepeatedKernels(const std::vector<Kernel>& kernels);
     void reportCarriedArguments(const std::vector<Kernel>& kernels);
     void reportIgnored(InputKind kind, const Kernel& kernel, const KernelOrigins::Ignored& ignored);
-    void reportConditions(const Kernel& kernel);
-    void reportTranslatedAgain(const std::string& path);
-    void reportRepeatedConditions(const Kernel& kernel, const Kernel& known);
     void reportIgnoredLocations();
     void reportRamReport(const InputFile& reader);
 
@@ -94,7 +86,7 @@ private:
     std::string path_; ///< Of the input that is being read.
     FileLook look_;
     bool wasOpened_ = false;
-    bool isMistaken_ = false; ///< The input is a file of another kind.
+    bool isOfWrongKind_ = false; ///< The input is a file of another kind.
 
     // Of the kernels that are being merged.
     std::size_t merged_ = 0;    ///< How many came, the one included that is being merged.
@@ -107,8 +99,5 @@ private:
     Placements placements_;                 ///< Of the logic-location file that is being read.
     std::vector<LogicLocations> readLogicLocations_;
 };
-
-/// The name of a kernel type, as a hierarchy file has it.
-std::string_view typeWord(KernelType type);
 
 } // namespace consolidator::inspect

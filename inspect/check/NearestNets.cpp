@@ -57,7 +57,7 @@ std::size_t commonBeginning(std::string_view first, std::string_view second) {
 NearestNets::NearestNets(std::vector<KernelCoverage>& coverage)
     : paths_(kernelsMissingNames(coverage), LLFile::longestLine) {
     for (KernelCoverage& kernel : coverage) {
-        addBare(kernel);
+        addInstanceWithoutNet(kernel);
         for (MissingName& missing : kernel.missing) {
             addWanted(missing, *kernel.kernel);
         }
@@ -74,14 +74,14 @@ NearestNets::NearestNets(std::vector<KernelCoverage>& coverage)
     }
 }
 
-void NearestNets::addBare(KernelCoverage& kernel) {
-    if (kernel.instances.bare == 0 || bare_.size() == mostBare) {
+void NearestNets::addInstanceWithoutNet(KernelCoverage& kernel) {
+    if (kernel.instances.withoutNet == 0 || withoutNet_.size() == mostInstances) {
         return;
     }
     const std::vector<std::string>& paths = kernel.kernel->instancePaths();
     const std::string_view name = lastComponent(kernel.kernel->hardwareVariables().front().name);
-    bare_.push_back(
-        {&kernel, withoutSlash(paths[kernel.instances.firstBare]), name, InstanceFinder(paths)});
+    withoutNet_.push_back({&kernel, withoutSlash(paths[kernel.instances.firstWithoutNet]), name,
+                           InstanceFinder(paths)});
 }
 
 void NearestNets::addWanted(MissingName& missing, const Kernel& kernel) {
@@ -112,9 +112,9 @@ void NearestNets::offer(const Net& net) {
             offerSameName(net, wanted);
         }
     }
-    for (Bare& bare : bare_) {
-        if (bare.name == net.lastComponent) {
-            offerToBare(net, bare);
+    for (InstanceWithoutNet& instance : withoutNet_) {
+        if (instance.name == net.lastComponent) {
+            offerToInstance(net, instance);
         }
     }
     for (const Alike& alike : alike_) {
@@ -138,16 +138,16 @@ void NearestNets::offerSameName(const Net& net, Wanted& wanted) {
     }
 }
 
-void NearestNets::offerToBare(const Net& net, Bare& bare) {
-    const std::size_t score = 1 + commonBeginning(net.name, bare.path);
-    if (score <= bare.score) {
+void NearestNets::offerToInstance(const Net& net, InstanceWithoutNet& instance) {
+    const std::size_t score = 1 + commonBeginning(net.name, instance.path);
+    if (score <= instance.score) {
         return;
     }
     std::string full(1, '/');
     full += net.name;
-    if (!bare.instances.instanceOf(full)) {
-        bare.score = score;
-        bare.coverage->nearestToBare = {full, net.file, net.line, true, false};
+    if (!instance.instances.instanceOf(full)) {
+        instance.score = score;
+        instance.coverage->netOfNoInstance = {full, net.file, net.line, true, false};
     }
 }
 

@@ -37,7 +37,7 @@ public:
     explicit NearestNets(std::vector<KernelCoverage>& coverage);
 
     /// Whether there is anything to look for.
-    bool anyMissing() const { return !byName_.empty() || !bare_.empty(); }
+    bool anyMissing() const { return !byName_.empty() || !withoutNet_.empty(); }
 
     /// Looks at a net that a line of a file names, without its leading "/" and bit index.
     void look(std::string_view net, const std::string& file, std::uint64_t line);
@@ -45,7 +45,7 @@ public:
 private:
     static constexpr std::size_t mostOfAName = 32;
     static constexpr std::size_t mostAlike = 32;
-    static constexpr std::size_t mostBare = 32;
+    static constexpr std::size_t mostInstances = 32;
 
     /// A name that a kernel misses, with the best net so far.
     struct Wanted {
@@ -63,7 +63,7 @@ private:
     };
 
     /// An instance without a net.
-    struct Bare {
+    struct InstanceWithoutNet {
         KernelCoverage* coverage;
         std::string_view path;
         std::string_view name;    ///< The last component of the kernel's first net.
@@ -79,18 +79,18 @@ private:
         std::uint64_t line;
     };
 
-    void addBare(KernelCoverage& kernel);
+    void addInstanceWithoutNet(KernelCoverage& kernel);
     void addWanted(MissingName& missing, const Kernel& kernel);
     void offer(const Net& net);
     void offerSameName(const Net& net, Wanted& wanted);
-    static void offerToBare(const Net& net, Bare& bare);
+    static void offerToInstance(const Net& net, InstanceWithoutNet& instance);
     void offerAlike(const Net& net, const Alike& alike);
     const Names* namesOf(const Kernel& kernel);
 
     std::unordered_map<std::string_view, std::vector<Wanted>, TextHash> byName_;
     std::unordered_map<const Kernel*, Names> names_;
     std::vector<Alike> alike_;
-    std::deque<Bare> bare_;
+    std::deque<InstanceWithoutNet> withoutNet_;
     PathsInNet paths_; ///< Of the kernels that miss names.
     std::string last_; ///< The net that was looked at last: a bus has a line for each of its bits.
 };

@@ -64,10 +64,10 @@ private:
 } // namespace
 
 void ProjectCheck::run() {
-    reportLonelyKernels();
+    reportKernelsOfOneInput();
     coverage_ = coverageOf(database_.kernels());
-    mistakenKernels_ = std::erase_if(coverage_, [this](const KernelCoverage& kernel) {
-        return isMistaken(kernel.kernel->name());
+    kernelsOfWrongKind_ = std::erase_if(coverage_, [this](const KernelCoverage& kernel) {
+        return isOfWrongKind(kernel.kernel->name());
     });
     if (inputs_.readLogicLocations().empty()) {
         return;
@@ -78,32 +78,32 @@ void ProjectCheck::run() {
     }
 }
 
-bool ProjectCheck::isMistaken(std::string_view kernel) const {
+bool ProjectCheck::isOfWrongKind(std::string_view kernel) const {
     const std::vector<std::uint32_t>& inputs = inputs_.origins().inputsOf(kernel);
     return !inputs.empty() && std::ranges::all_of(inputs, [this](std::uint32_t input) {
-        return inputs_.inputs()[input].isMistaken;
+        return inputs_.inputs()[input].isOfWrongKind;
     });
 }
 
-void ProjectCheck::reportLonelyKernels() {
+void ProjectCheck::reportKernelsOfOneInput() {
     if (inputs_.inputs().size() < 2) {
         return; // nothing to compare with
     }
     for (const Kernel& kernel : database_.kernels()) {
         const std::vector<std::uint32_t>& inputs = inputs_.origins().inputsOf(kernel.name());
-        if (kernel.name().empty() || inputs.empty() || isMistaken(kernel.name())) {
+        if (kernel.name().empty() || inputs.empty() || isOfWrongKind(kernel.name())) {
             continue; // which has been reported where they come from
         }
         const InputCheck::Input& input = inputs_.inputs()[inputs.front()];
         if (inputs.size() == 1 && !input.isOldDatabase) {
-            reportLonely(kernel, input);
+            reportOneInputOnly(kernel, input);
         } else if (kernel.instancePaths().empty()) {
             reportWithoutInstance(kernel);
         }
     }
 }
 
-void ProjectCheck::reportLonely(const Kernel& kernel, const InputCheck::Input& input) {
+void ProjectCheck::reportOneInputOnly(const Kernel& kernel, const InputCheck::Input& input) {
     const bool isRtl = kernel.type() == KernelType::RTL;
     const bool hasInstances = !kernel.instancePaths().empty();
     std::string text = "kernel " + quotedName(kernel.name()) + " is in no other input";
@@ -135,7 +135,7 @@ std::string ProjectCheck::nearestKernel(const Kernel& kernel) {
     std::size_t least = 0;
     for (std::size_t i = 0; i < std::min(kernels.size(), mostComparedWith); ++i) {
         const std::string& other = kernels[i].name();
-        if (other == kernel.name() || isMistaken(other)) {
+        if (other == kernel.name() || isOfWrongKind(other)) {
             continue;
         }
         const auto distance = nameDistance(kernel.name(), other);
@@ -218,8 +218,8 @@ void ProjectCheck::reportInstances(const KernelCoverage& kernel) {
     const std::vector<std::string>& paths = kernel.kernel->instancePaths();
     const std::vector<HardwareVariable>& nets = kernel.kernel->hardwareVariables();
     const std::string ofKernel = " of kernel " + quotedName(kernel.kernel->name());
-    if (faults.bare > 0) {
-        reportBare(kernel);
+    if (faults.withoutNet > 0) {
+        reportInstancesWithoutNet(kernel);
     }
     if (faults.cut > 0) {
         findings_.add({hierarchyOf(*kernel.kernel), 0, Severity::Warning, Code::PathCut,
@@ -238,16 +238,16 @@ void ProjectCheck::reportInstances(const KernelCoverage& kernel) {
     }
 }
 
-void ProjectCheck::reportBare(const KernelCoverage& kernel) {
+void ProjectCheck::reportInstancesWithoutNet(const KernelCoverage& kernel) {
     const InstanceFaults& faults = kernel.instances;
     std::string text = "no net belongs to instance path " +
-                       quotedName(kernel.kernel->instancePaths()[faults.firstBare]);
-    if (faults.bare > 1) {
-        text += " (and to " + std::to_string(faults.bare - 1) + " more)";
+                       quotedName(kernel.kernel->instancePaths()[faults.firstWithoutNet]);
+    if (faults.withoutNet > 1) {
+        text += " (and to " + std::to_string(faults.withoutNet - 1) + " more)";
     }
     text += " of kernel " + quotedName(kernel.kernel->name());
-    if (kernel.nearestToBare) {
-        text += ", and net " + quotedName(kernel.nearestToBare->net) + " to none of its paths";
+    if (kernel.netOfNoInstance) {
+        text += ", and net " + quotedName(kernel.netOfNoInstance->net) + " to none of its paths";
     }
     findings_.add({hierarchyOf(*kernel.kernel), 0, Severity::Warning, Code::InstanceWithoutNet,
                    std::move(text)});

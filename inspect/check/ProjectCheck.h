@@ -24,15 +24,15 @@ public:
     void run();
 
     /// How many kernels come from files of another kind than they were given as, and are none.
-    std::size_t mistakenKernels() const { return mistakenKernels_; }
+    std::size_t kernelsOfWrongKind() const { return kernelsOfWrongKind_; }
 
     /// The coverage of each other kernel, with the nearest nets.
     const std::vector<KernelCoverage>& coverage() const { return coverage_; }
 
 private:
-    bool isMistaken(std::string_view kernel) const;
-    void reportLonelyKernels();
-    void reportLonely(const Kernel& kernel, const InputCheck::Input& input);
+    bool isOfWrongKind(std::string_view kernel) const;
+    void reportKernelsOfOneInput();
+    void reportOneInputOnly(const Kernel& kernel, const InputCheck::Input& input);
     void reportWithoutInstance(const Kernel& kernel);
     std::string nearestKernel(const Kernel& kernel);
     void readAgain();
@@ -40,7 +40,7 @@ private:
     bool reportOtherPath(const KernelCoverage& kernel);
     bool reportOtherName(const KernelCoverage& kernel);
     void reportInstances(const KernelCoverage& kernel);
-    void reportBare(const KernelCoverage& kernel);
+    void reportInstancesWithoutNet(const KernelCoverage& kernel);
     std::string hierarchyOf(const Kernel& kernel) const;
     void reportNothingLocated(const KernelCoverage& kernel);
 
@@ -49,7 +49,7 @@ private:
     Findings& findings_;
     Progress& progress_;
     std::vector<KernelCoverage> coverage_;
-    std::size_t mistakenKernels_ = 0;
+    std::size_t kernelsOfWrongKind_ = 0;
     std::size_t compared_ = 0; ///< Kernels whose name was compared with all others.
 };
 

@@ -11,26 +11,125 @@
 #include "driver/Inputs.h"
 #include "inspect/check/CheckReport.h"
 #include "inspect/check/Findings.h"
-#include "inspect/check/OldDatabase.h"
 #include "inspect/check/ProjectCheck.h"
 #include "inspect/commands/Commands.h"
 #include "inspect/commands/UsageError.h"
+#include "query/Database.h"
 #include "shared/Printable.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <ostream>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <unistd.h>
+#include <utility>
 #include <variant>
 #include <vector>
 
 namespace consolidator::inspect {
 
 namespace {
+
+/// Why a run cannot write to what is at `path`; empty if it can.
+std::string writingError(const std::string& path) {
+    return access(path.c_str(), W_OK) == 0 ? "" : std::strerror(errno);
+}
+
+/// The folder of a file that is to be made, with a "/" behind it, so that a file is none.
+std::string folderOf(const std::string& path) {
+    const std::string folder = std::filesystem::path(path).parent_path().string();
+    return folder.empty() ? "./" : folder + '/';
+}
+
+void reportUnwritable(const std::string& path, const std::string& reason, Findings& findings) {
+    findings.add({path, 0, Severity::Error, Code::NotWritable,
+                  reason + ": a run cannot open it and does nothing"});
+}
+
+/// A database in memory that inputs may be added to; empty unless one was read.
+class OldDatabase {
+public:
+    /// Reads the file at `path`, to be called once at most. That there is none, or that a run for
+    /// this project (empty: none is named) would refuse or replace it, makes a finding. False, with
+    /// a error(), when it cannot be opened.
+    bool read(const std::string& path, const std::string& project, Findings& findings);
+
+    /// Whether a run can write the file at `path`, or make it if there is none. Else that is a
+    /// finding.
+    static bool checkWritable(const std::string& path, Findings& findings);
+
+    /// In words that follow "error: ".
+    const std::string& error() const { return database_.error(); }
+
+    /// What is in it, for inputs to be added to.
+    ConsolidatedFile& content() { return database_.content(); }
+
+private:
+    void reportUnusable(Findings& findings);
+
+    Database database_;
+};
+
+bool OldDatabase::read(const std::string& path, const std::string& project, Findings& findings) {
+    std::error_code error;
+    if (!std::filesystem::exists(path, error) && !error) {
+        if (checkWritable(path, findings)) {
+            findings.add(
+                {path, 0, Severity::Note, Code::NewDatabase, "does not exist: a run makes it"});
+        }
+        return true;
+    }
+    const Database::Readable readable = database_.read(path);
+    if (readable == Database::Readable::Not) {
+        if (std::filesystem::is_directory(path, error) || !std::ifstream(path).is_open()) {
+            return false;
+        }
+        reportUnusable(findings);
+        return true;
+    }
+    checkWritable(path, findings);
+    if (readable == Database::Readable::InPart) {
+        findings.add({path, 0, Severity::Error, Code::DamagedDatabase,
+                      database_.error() + "; what could not be read is lost after a run"});
+    }
+    if (!project.empty() && !database_.project().empty() && project != database_.project()) {
+        findings.add({path, 0, Severity::Error, Code::OtherProject,
+                      "is of project " + quotedName(database_.project()) + ", not " +
+                          quotedName(project) + ": a run refuses it and does nothing"});
+    }
+    return true;
+}
+
+bool OldDatabase::checkWritable(const std::string& path, Findings& findings) {
+    std::error_code error;
+    const bool exists = std::filesystem::exists(path, error) || error;
+    std::string reason = writingError(exists ? path : folderOf(path));
+    if (reason.empty() && std::filesystem::is_directory(path, error)) {
+        reason = std::strerror(EISDIR);
+    }
+    if (!reason.empty()) {
+        reportUnwritable(
+            path, (exists ? "cannot be written: " : "does not exist and cannot be made: ") + reason,
+            findings);
+    }
+    return reason.empty();
+}
+
+void OldDatabase::reportUnusable(Findings& findings) {
+    const std::string path = database_.path();
+    const bool isNewer = database_.content().isNewer();
+    findings.add({path, 0, Severity::Error, isNewer ? Code::NewerVersion : Code::NoDatabase,
+                  isNewer ? database_.error() + ": a run refuses it and does nothing"
+                          : "is no consolidated file: a run replaces all of its content"});
+    database_ = Database(); // the inputs are looked at all the same
+}
 
 /// Whether a long name of the option begins so, or it has this letter.
 bool isMeantBy(std::string_view begin, const CLI::Option& option) {
@@ -168,7 +267,7 @@ Status CheckCommand::check(Console& console) {
 
     ProjectCheck project(old.content(), inputs, findings, progress);
     project.run();
-    const CheckReport report{findings, project.coverage(), project.mistakenKernels(),
+    const CheckReport report{findings, project.coverage(), project.kernelsOfWrongKind(),
                              !inputs.readLogicLocations().empty()};
     if (format_ == "json") {
         printJson(report, console.out);

@@ -1,12 +1,12 @@
 // What of an HLS file does not reach its kernel.
 
-#include "inspect/check/HlsLosses.h"
+#include "inspect/check/InputCheck.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <sstream>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -26,13 +26,22 @@ std::string entry(const std::string& place, const std::string& variable,
 
 /// Each with its line and its code.
 std::vector<std::string> lossesOf(const std::string& text) {
-    HLSFile reader(std::make_unique<std::stringbuf>(text));
-    EXPECT_TRUE(reader.parse());
+    const consolidator::test::TemporaryDirectory directory;
+    InputPaths inputs;
+    inputs.hlsFiles = {directory.write("k.hls", text)};
+    ConsolidatedFile database;
     Findings findings;
-    reportHlsLosses(reader, "k.hls", findings);
+    std::ostream nowhere(nullptr);
+    Progress progress(nowhere, false);
+    InputCheck check(database, findings, progress);
+    addInputs(database, inputs, nowhere, &check);
     std::vector<std::string> result;
     for (const Finding& finding : findings.kept()) {
-        EXPECT_EQ(finding.file, "k.hls");
+        if (finding.code != Code::LostSourceLine && finding.code != Code::LostVariable &&
+            finding.code != Code::RepeatedVariable) {
+            continue;
+        }
+        EXPECT_EQ(finding.file, inputs.hlsFiles.front());
         EXPECT_EQ(finding.severity, Severity::Warning);
         result.push_back(std::to_string(finding.line) + ' ' + std::string(word(finding.code)) +
                          ": " + finding.text);

@@ -1,6 +1,6 @@
 // How the nets of a kernel fall to its instances.
 
-#include "inspect/check/InstanceFaults.h"
+#include "inspect/check/Coverage.h"
 
 #include <gtest/gtest.h>
 
@@ -13,33 +13,34 @@ namespace {
 
 InstanceFaults faultsOf(const std::vector<std::string>& paths,
                         const std::vector<std::string>& nets) {
-    Kernel kernel;
+    std::vector<Kernel> kernels(1);
+    Kernel& kernel = kernels.front();
     for (const std::string& path : paths) {
         kernel.addInstancePath(path);
     }
     for (const std::string& net : nets) {
         kernel.addHardwareLocation(net, 0, 1, 2);
     }
-    return instanceFaultsOf(KernelView(kernel));
+    return coverageOf(kernels).front().instances;
 }
 
 TEST(InstanceFaults, AreNoneWhereEachInstanceHasItsNets) {
     const InstanceFaults faults =
         faultsOf({"top/k_1", "/top/k_2/", "top/k_1/k_10"},
                  {"/top/k_1/x", "/top/k_2/x", "/top/k_1/k_10/x", "/top/k_1/y"});
-    EXPECT_EQ(faults.bare, 0U);
+    EXPECT_EQ(faults.withoutNet, 0U);
     EXPECT_EQ(faults.cut, 0U);
     EXPECT_EQ(faults.repeated, 0U);
 }
 
 TEST(InstanceFaults, TellInstancesWithoutANet) {
     const InstanceFaults faults = faultsOf({"top/k_1", "top/k_2", "", "top/k_3"}, {"/top/k_1/x"});
-    EXPECT_EQ(faults.bare, 2U);
-    EXPECT_EQ(faults.firstBare, 1U);
+    EXPECT_EQ(faults.withoutNet, 2U);
+    EXPECT_EQ(faults.firstWithoutNet, 1U);
 }
 
 TEST(InstanceFaults, AreNotLookedForWithoutNetsOrInstances) {
-    EXPECT_EQ(faultsOf({"top/k_1"}, {}).bare, 0U);
+    EXPECT_EQ(faultsOf({"top/k_1"}, {}).withoutNet, 0U);
     EXPECT_EQ(faultsOf({}, {"/top/k_1/x"}).cut, 0U);
 }
 
