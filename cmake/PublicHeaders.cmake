@@ -31,7 +31,6 @@ set(public_headers
     query/Bits.h
     query/Coverage.h
     query/Database.h
-    query/Glob.h
     query/InstanceFinder.h
     query/integrity/ContainerCheck.h
     query/integrity/DatabaseFindings.h

@@ -4,14 +4,18 @@
 //     pattern.error();                      // empty
 //     pattern.matchesName("sum");           // true
 //     pattern.matchesNet("/top/k_1/sum");   // true: its last component matches
+//
+// A glob is a pattern of names as shells have it:
+//
+//     *       any characters, none included, "/" too
+//     ?       one character
+//     [a-c_]  one of these characters; [!a-c_] or [^a-c_] one that is none of these
+//     \*      the character itself
 #pragma once
-
-#include "query/Glob.h"
 
 #include <memory>
 #include <string>
 #include <string_view>
-#include <variant>
 
 namespace re2 {
 class RE2;
@@ -21,8 +25,13 @@ namespace consolidator {
 
 /// A pattern for the names and nets of a database.
 ///
-/// A glob (see Glob) must match the whole name. Of a net it may also match what is behind the
+/// A glob must match the whole name. Of a net it may also match what is behind the
 /// leading "/", as logic-location files write nets, and one without a "/" the last component.
+///
+/// Its characters are those of UTF-8, and each byte that belongs to none. "[a-c]" means all that
+/// come between in the order of their bytes. Matching takes time in proportion to the text, however
+/// long a name a file may hold; only a pattern of thousands of characters, which its user has
+/// chosen, can take the text times the pattern.
 ///
 /// A regular expression, in RE2's syntax, must match a part of the name or net. RE2 takes time in
 /// proportion to the text, whatever the expression is.
@@ -49,10 +58,11 @@ public:
     bool matchesNet(std::string_view net) const;
 
 private:
-    using Matcher = std::variant<Glob, std::unique_ptr<re2::RE2>>;
+    class Glob;
 
     bool hasSlash_;
-    Matcher matcher_;
+    std::unique_ptr<const Glob> glob_; ///< One of the two is null.
+    std::unique_ptr<const re2::RE2> regex_;
 };
 
 } // namespace consolidator

@@ -49,8 +49,8 @@ public:
     };
 
     Matches(const Kernel& kernel, const NamePattern& pattern) {
-        forEachVariable(kernel, [&](const SourceVariable& held) {
-            const Variable& variable = *held.variable;
+        forEachVariable(kernel, [&](const SourceVariable& source) {
+            const Variable& variable = *source.variable;
             if (pattern.matchesName(variable.sourceName) ||
                 pattern.matchesName(variable.hardwareName)) {
                 partOf(variable.hardwareName).isWhole = true;
@@ -92,8 +92,8 @@ public:
         head += ", ";
         head += printable(part.hardwareName);
         out_ << bold(head, console_.colour) << '\n';
-        for (const SourceVariable& held : view_.variablesOf(part.hardwareName)) {
-            printVariable(held);
+        for (const SourceVariable& source : view_.variablesOf(part.hardwareName)) {
+            printVariable(source);
         }
         const std::span<const std::uint32_t> registers =
             part.isWhole ? view_.registersOf(part.hardwareName) : std::span(part.registers);
@@ -109,9 +109,9 @@ public:
     }
 
 private:
-    void printVariable(const SourceVariable& held) {
-        const Variable& variable = *held.variable;
-        out_ << "  " << held.kind() << ' ' << printable(variable.sourceName) << ", "
+    void printVariable(const SourceVariable& source) {
+        const Variable& variable = *source.variable;
+        out_ << "  " << source.kind() << ' ' << printable(variable.sourceName) << ", "
              << printable(variable.typeText) << ", " << variable.bitWidth() << " bits\n";
         // No input file leads to these, but a database may have them.
         for (std::size_t instance = 0; instance < variable.locations.size(); ++instance) {

@@ -226,13 +226,13 @@ private:
 
     void printOwnLocations() {
         bool isFirst = true;
-        forEachVariable(kernel_, [&](const SourceVariable& held) {
-            const auto& instances = held.variable->locations;
+        forEachVariable(kernel_, [&](const SourceVariable& source) {
+            const auto& instances = source.variable->locations;
             for (std::size_t instance = 0; instance < instances.size(); ++instance) {
                 if (std::exchange(isFirst, false)) {
                     begin("Locations of the arguments and variables themselves", true);
                 }
-                out_ << indent << "instance " << instance << ": " << variableText(held) << '\n';
+                out_ << indent << "instance " << instance << ": " << variableText(source) << '\n';
                 printBitRuns(out_, LocationList(instances[instance]));
             }
         });

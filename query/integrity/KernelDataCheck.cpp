@@ -3,7 +3,11 @@
 #include "shared/Numbers.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <tuple>
 #include <utility>
+#include <vector>
 
 namespace consolidator {
 
@@ -24,6 +28,56 @@ std::string_view asPiece(const std::uint64_t& hash) {
 }
 
 } // namespace
+
+// What stands more than once in a list that is too long to be kept
+
+/// The keys of one list's elements, by their hashes (see KeyedHash.h), and where they stand: 16
+/// bytes for each element.
+class KernelDataCheck::Repeats {
+public:
+    /// A key that more than one element has.
+    struct Repeat {
+        std::uint64_t first = 0;  ///< The offset of the first element that has it …
+        std::uint64_t second = 0; ///< … and of the next one.
+        std::size_t count = 0;    ///< How many have it in all.
+    };
+
+    /// Elements come in the order of their offsets.
+    void add(std::uint64_t keyHash, std::uint64_t offset) {
+        elements_.push_back({keyHash, offset});
+    }
+
+    /// The keys that were added more than once, by their second offsets. Forgets all elements.
+    std::vector<Repeat> take();
+
+private:
+    struct Element {
+        std::uint64_t keyHash;
+        std::uint64_t offset;
+    };
+
+    std::vector<Element> elements_;
+};
+
+std::vector<KernelDataCheck::Repeats::Repeat> KernelDataCheck::Repeats::take() {
+    std::ranges::sort(elements_, [](const Element& left, const Element& right) {
+        return std::tie(left.keyHash, left.offset) < std::tie(right.keyHash, right.offset);
+    });
+    std::vector<Repeat> repeats;
+    for (std::size_t begin = 0; begin < elements_.size();) {
+        std::size_t end = begin + 1;
+        while (end < elements_.size() && elements_[end].keyHash == elements_[begin].keyHash) {
+            ++end;
+        }
+        if (end - begin > 1) {
+            repeats.push_back({elements_[begin].offset, elements_[begin + 1].offset, end - begin});
+        }
+        begin = end;
+    }
+    elements_.clear();
+    std::ranges::sort(repeats, {}, &Repeat::second);
+    return repeats;
+}
 
 KernelDataCheck::KernelDataCheck(const FileBytes& file, std::uint64_t begin, std::uint64_t end,
                                  std::string section, DatabaseFindings& findings)

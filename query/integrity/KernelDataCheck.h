@@ -15,7 +15,6 @@
 
 #include "query/integrity/ByteRange.h"
 #include "query/integrity/DatabaseFindings.h"
-#include "query/integrity/Repeats.h"
 #include "query/integrity/StoredText.h"
 
 #include <cstdint>
@@ -61,6 +60,8 @@ private:
         std::uint32_t count = 0;
         std::optional<StoredText> name = {}; ///< Of the current element, if it is known.
     };
+
+    class Repeats;
 
     /// The hash of an element's key; nothing if the element cannot be read.
     using Key = std::optional<std::uint64_t>;

@@ -1,6 +1,6 @@
 // What holds for every glob and text: the answer is that of the plainest matcher.
 
-#include "query/Glob.h"
+#include "query/NamePattern.h"
 #include "shared/Printable.h"
 #include "tests/support/PlainGlob.h"
 #include "tests/support/RandomSource.h"
@@ -120,13 +120,13 @@ TEST(GlobProperties, AgreesWithThePlainMatcher) {
     for (std::uint32_t seed = 1; seed <= seeds && !HasFailure(); ++seed) {
         RandomGlobs random(seed);
         const std::string pattern = random.glob();
-        const Glob glob(pattern);
+        const NamePattern glob(pattern, NamePattern::Kind::Glob);
         ASSERT_EQ(glob.error(), "") << "seed " << seed << ": " << printable(pattern);
         for (int i = 0; i < 20; ++i) {
             const std::string text = random.text();
             const bool expected = plainGlobMatches(pattern, text);
             matches += expected ? 1 : 0;
-            EXPECT_EQ(glob.matches(text), expected)
+            EXPECT_EQ(glob.matchesName(text), expected)
                 << "seed " << seed << ": " << printable(pattern) << " and " << printable(text);
         }
     }
@@ -142,12 +142,12 @@ TEST(GlobProperties, HasTheCharactersOfARangeInTheOrderOfTheirBytes) {
             set += "-\\";
             set += to;
             set += ']';
-            const Glob glob(set);
-            const Glob negated('[' + ("!" + set.substr(1)));
+            const NamePattern glob(set, NamePattern::Kind::Glob);
+            const NamePattern negated('[' + ("!" + set.substr(1)), NamePattern::Kind::Glob);
             for (const std::string_view text : characters()) {
-                EXPECT_EQ(glob.matches(text), plainGlobMatches(set, text))
+                EXPECT_EQ(glob.matchesName(text), plainGlobMatches(set, text))
                     << printable(set) << " and " << printable(text);
-                EXPECT_EQ(negated.matches(text), plainGlobMatches("[!" + set.substr(1), text))
+                EXPECT_EQ(negated.matchesName(text), plainGlobMatches("[!" + set.substr(1), text))
                     << "not " << printable(set) << " and " << printable(text);
             }
         }

@@ -1,4 +1,6 @@
-#include "query/Glob.h"
+// Which names a glob matches.
+
+#include "query/NamePattern.h"
 
 #include <gtest/gtest.h>
 
@@ -9,10 +11,14 @@ namespace consolidator::test {
 
 namespace {
 
-bool matches(std::string_view pattern, std::string_view text) {
-    const Glob glob(pattern);
+NamePattern globOf(const std::string& pattern) {
+    return NamePattern(pattern, NamePattern::Kind::Glob);
+}
+
+bool matches(const std::string& pattern, std::string_view text) {
+    const NamePattern glob = globOf(pattern);
     EXPECT_EQ(glob.error(), "") << pattern;
-    return glob.matches(text);
+    return glob.matchesName(text);
 }
 
 TEST(Glob, MatchesWholeTexts) {
@@ -71,15 +77,16 @@ TEST(Glob, TakesWhatFollowsABackslashAsItIs) {
 }
 
 TEST(Glob, TellsWhatItDoesNotUnderstand) {
-    EXPECT_EQ(Glob("sum[3").error(),
+    EXPECT_EQ(globOf("sum[3").error(),
               "its \"[\" has no \"]\" (write \"\\[\" for the character itself)");
-    EXPECT_EQ(Glob("[]").error(),
+    EXPECT_EQ(globOf("[]").error(),
               "its \"[\" has no \"]\" (write \"\\[\" for the character itself)");
-    EXPECT_EQ(Glob("sum\\").error(), "nothing follows its last \"\\\"");
-    EXPECT_EQ(Glob("[a\\").error(), "nothing follows its last \"\\\"");
-    EXPECT_EQ(Glob("[[:digit:]]").error(), "classes of characters as \"[:digit:]\" are not known");
-    EXPECT_FALSE(Glob("sum[3").matches("sum[3"));
-    EXPECT_FALSE(Glob("[").matches(""));
+    EXPECT_EQ(globOf("sum\\").error(), "nothing follows its last \"\\\"");
+    EXPECT_EQ(globOf("[a\\").error(), "nothing follows its last \"\\\"");
+    EXPECT_EQ(globOf("[[:digit:]]").error(),
+              "classes of characters as \"[:digit:]\" are not known");
+    EXPECT_FALSE(globOf("sum[3").matchesName("sum[3"));
+    EXPECT_FALSE(globOf("[").matchesName(""));
 }
 
 // A matcher that tries every way to share out the text between the stars would never end.
@@ -118,7 +125,7 @@ TEST(Glob, UnderstandsPatternsAsLongAsAnArgumentCanBe) {
         return pattern;
     };
     for (const std::string_view piece : {"a", "?", "[!a]", "[!\x80]", "?*"}) {
-        EXPECT_EQ(Glob(repeated(piece, 128 * 1024)).error(), "") << piece;
+        EXPECT_EQ(globOf(repeated(piece, 128 * 1024)).error(), "") << piece;
     }
     const std::string text(128 * 1024, 'a');
     EXPECT_TRUE(matches(text, text));

@@ -5,7 +5,7 @@
 
 namespace consolidator::test {
 
-/// Whether the whole text matches the glob (query/Glob.h), which must be one that can be
+/// Whether the whole text matches the glob (query/NamePattern.h), which must be one that can be
 /// understood.
 ///
 /// A table with a row for each piece of the pattern, filled character by character; it shares no

@@ -403,6 +403,20 @@ TEST_F(VerifyCommand, FindsNamesThatAreNotUnique) {
         "db: 4 warnings\n");
 }
 
+// In the order of the second of each; a path takes 5 bytes, the first one from 0x4d on.
+TEST_F(VerifyCommand, FindsSeveralNamesOfOneListThatAreNotUnique) {
+    const std::string start = "section 0 (kernel data), kernel 1 of 1 (\"k\"): the instance path ";
+    EXPECT_EQ(verify(dataFirst({{.name = "k", .instancePaths = {"q", "p", "r", "p", "q", "p"}}})),
+              "exit 1\n"
+              "db:0x5c: warning: " +
+                  start +
+                  "\"p\" stands here again, first at 0x52, and 3 times in all\n"
+                  "db:0x61: warning: " +
+                  start +
+                  "\"q\" stands here again, first at 0x4d\n"
+                  "db: 2 warnings\n");
+}
+
 // A kernel without anything has 33 bytes.
 TEST_F(VerifyCommand, FindsKernelsOfOneName) {
     EXPECT_EQ(
