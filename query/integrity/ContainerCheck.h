@@ -6,7 +6,6 @@
 #pragma once
 
 #include "consolidated/SectionEntry.h"
-#include "query/integrity/ByteRange.h"
 #include "query/integrity/DatabaseFindings.h"
 #include "query/integrity/FileBytes.h"
 
