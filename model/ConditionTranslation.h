@@ -1,6 +1,6 @@
 // The translation of a breakable condition from infix into prefix form.
 //
-// High-level synthesis states a condition in infix form, over bare signal names:
+// High-level synthesis states a condition in infix form, over the names of signals:
 //
 //     (fsm_state2 == 1'b1)
 //

@@ -73,7 +73,7 @@ public:
     /// entry, and on functions that do not end or end without having begun.
     bool parse() override;
 
-    /// All entries of the file, those included that do not count: what the kernel lacks is there.
+    /// All entries of the file, also those that do not count, which the kernel lacks.
     const std::deque<RtlEntry>& entries() const { return entries_; }
 
 private:

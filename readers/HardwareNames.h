@@ -27,8 +27,8 @@ public:
     explicit HardwareNames(const std::vector<Kernel>& kernels);
 
     /// Whether the name can be there: never false for one that is and, unless there are tens of
-    /// thousands of names, seldom true for one that is not. Most names of a file are told so by a
-    /// look at one bit.
+    /// thousands of names, seldom true for one that is not. Of most names in a file one bit shows
+    /// that no kernel has them.
     bool mayHave(std::string_view name) const {
         const std::uint64_t bit = filterBit(name);
         return ((filter_[bit / 64] >> (bit % 64)) & 1) != 0;

@@ -66,19 +66,19 @@ private:
     bool handleLine(const std::string& text);
     void handleBit(const std::string& text, std::size_t net, std::string_view knownNet);
 
-    bool passOverIfStranger(const NetWord& word, std::size_t lineLength);
-    void passOverStranger(const NetWord& word, std::size_t lineLength);
+    bool passOverIfUnmatched(const NetWord& word, std::size_t lineLength);
+    void passOverUnmatched(const NetWord& word, std::size_t lineLength);
     void tellOf(std::string_view net);
 
-    void noteLostNet(std::string_view text, std::size_t net);
+    void noteBlankNet(std::string_view text, std::size_t net);
     void remarkOnOddIndex(const BitLine& bit, std::string_view text);
     void remarkOnTallies();
 
     LLFile& file_;
     std::uint64_t lineNumber_ = 0;
     std::uint64_t bytesWithNets_ = 0; ///< Of the lines with a net that were read.
-    LineTally strangers_;             ///< Lines whose net belongs to no kernel.
-    LineTally lostNets_;              ///< Lines with a blank behind "Net=".
+    LineTally unmatched_;             ///< Lines whose net belongs to no kernel.
+    LineTally blankNets_;             ///< Lines with a blank behind "Net=".
 
     LineScanner scanner_{longestLine};
     NetMatcher matcher_; ///< Of the project's kernels.
@@ -86,7 +86,7 @@ private:
     /// The nets of lines that wait in it are views of ahead(): its addWaiting() comes before the
     /// stream may read.
     RegisterWriter writer_{{file_.kernels_, file_.project_, file_.lacksRegisters_, matcher_,
-                            file_.budget_, file_.diagnostic_, strangers_, file_.observer_}};
+                            file_.budget_, file_.diagnostic_, unmatched_, file_.observer_}};
 };
 
 void LLFile::setProject(const std::vector<Kernel>& project) {
@@ -177,11 +177,11 @@ bool LLFile::Reading::takeUsualLine(std::string_view line, std::size_t net) {
         return false;
     }
     if (!matcher_.mayKnowName(word.lastComponent())) {
-        passOverStranger(word, line.size());
+        passOverUnmatched(word, line.size());
         return true;
     }
     if (contains(line, headerWord)) { // which a net may have in its name
-        passOverIfStranger(word, line.size());
+        passOverIfUnmatched(word, line.size());
         return true;
     }
     BitLine bit;
@@ -209,8 +209,8 @@ bool LLFile::Reading::handleLine(const std::string& text) {
     NetWord word;
     const bool hasNet = net != std::string::npos;
     const bool isUsual = hasNet && word.find(text, net);
-    const bool isStranger = isUsual && passOverIfStranger(word, text.size());
-    if (hasNet && !isStranger && !isHeader) {
+    const bool isUnmatched = isUsual && passOverIfUnmatched(word, text.size());
+    if (hasNet && !isUnmatched && !isHeader) {
         handleBit(text, net, isUsual ? word.name : std::string_view());
     }
     return true;
@@ -227,7 +227,7 @@ void LLFile::Reading::handleBit(const std::string& text, std::size_t net,
             tellOf(knownNet);
         }
     } else if (!bit->hasNet) {
-        noteLostNet(text, net);
+        noteBlankNet(text, net);
     } else {
         remarkOnOddIndex(*bit, text);
         bytesWithNets_ += text.size();
@@ -236,18 +236,18 @@ void LLFile::Reading::handleBit(const std::string& text, std::size_t net,
     }
 }
 
-bool LLFile::Reading::passOverIfStranger(const NetWord& word, std::size_t lineLength) {
+bool LLFile::Reading::passOverIfUnmatched(const NetWord& word, std::size_t lineLength) {
     if (matcher_.knowsName(word.lastComponent())) {
         return false;
     }
-    passOverStranger(word, lineLength);
+    passOverUnmatched(word, lineLength);
     return true;
 }
 
-void LLFile::Reading::passOverStranger(const NetWord& word, std::size_t lineLength) {
+void LLFile::Reading::passOverUnmatched(const NetWord& word, std::size_t lineLength) {
     bytesWithNets_ += lineLength;
     tellOf(word.name);
-    strangers_.note(lineNumber_);
+    unmatched_.note(lineNumber_);
 }
 
 void LLFile::Reading::tellOf(std::string_view net) {
@@ -256,10 +256,10 @@ void LLFile::Reading::tellOf(std::string_view net) {
     }
 }
 
-void LLFile::Reading::noteLostNet(std::string_view text, std::size_t net) {
+void LLFile::Reading::noteBlankNet(std::string_view text, std::size_t net) {
     std::string_view behind = text.substr(net + NetWord::prefix.size());
     if (!behind.empty() && isSpace(behind.front()) && !takeWord(behind).empty()) {
-        lostNets_.note(lineNumber_);
+        blankNets_.note(lineNumber_);
     }
 }
 
@@ -278,19 +278,19 @@ void LLFile::Reading::remarkOnOddIndex(const BitLine& bit, std::string_view text
 }
 
 void LLFile::Reading::remarkOnTallies() {
-    if (strangers_.count > 0) {
-        file_.diagnostic_.note(strangers_.first, Code::NetOfNoKernel,
-                               strangers_.count == 1
+    if (unmatched_.count > 0) {
+        file_.diagnostic_.note(unmatched_.first, Code::NetOfNoKernel,
+                               unmatched_.count == 1
                                    ? "its net belongs to no kernel"
-                                   : "the first of " + std::to_string(strangers_.count) +
+                                   : "the first of " + std::to_string(unmatched_.count) +
                                          " lines whose net belongs to no kernel");
     }
-    if (lostNets_.count > 0) {
+    if (blankNets_.count > 0) {
         file_.diagnostic_.remark(
-            lostNets_.first, Code::BlankNet,
-            (lostNets_.count == 1
+            blankNets_.first, Code::BlankNet,
+            (blankNets_.count == 1
                  ? ""
-                 : "the first of " + std::to_string(lostNets_.count) + " lines without a net: ") +
+                 : "the first of " + std::to_string(blankNets_.count) + " lines without a net: ") +
                 std::string("a blank stands behind \"Net=\""));
     }
 }

@@ -1,4 +1,4 @@
-// Which bits a logic-location file has placed so far, for those who want to know.
+// Which bits a logic-location file has placed so far, for an observer of its reading.
 #pragma once
 
 #include "model/LocationList.h"

@@ -62,7 +62,7 @@ void RegisterWriter::addToOwners(const NetLine& line) {
     payFor(line.bytesWithNets);
     const auto owners = with_.matcher.owners(name, with_.budget.mostOwners());
     if (owners.empty()) {
-        with_.strangers.note(line.number);
+        with_.unmatched.note(line.number);
         return;
     }
     if (!mayHave(line)) {

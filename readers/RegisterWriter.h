@@ -27,7 +27,7 @@ struct NetLine {
     std::uint64_t bytesWithNets = 0; ///< Of the lines with a net, up to the end of this one.
 };
 
-/// Lines with something in common, of which the first is told, and how many there are.
+/// How many lines have something in common, and the number of the first one.
 struct LineTally {
     std::uint64_t count = 0;
     std::uint64_t first = 0;
@@ -53,7 +53,7 @@ public:
         NetMatcher& matcher; ///< Of the project, or else of the kernels.
         LocationBudget& budget;
         Diagnostic& diagnostic;
-        LineTally& strangers;            ///< The lines whose net belongs to no kernel.
+        LineTally& unmatched;            ///< The lines whose net belongs to no kernel.
         LogicLocationObserver* observer; ///< May be null.
     };
 
@@ -99,7 +99,7 @@ private:
     Surroundings with_;
     KnownNets knownNets_;
     std::uint64_t paidBytes_ = 0;
-    std::optional<PlacedBits> placedBits_; ///< There if somebody looks on.
+    std::optional<PlacedBits> placedBits_; ///< Only for an observer.
 
     std::array<NetLine, mostWaiting> waiting_;
     std::size_t waitingCount_ = 0;
