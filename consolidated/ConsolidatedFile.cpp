@@ -70,6 +70,7 @@ bool ConsolidatedFile::open(const std::string& path, bool create, bool dumpOnly)
     if (!create) {
         readExisting(path);
     }
+    // Only now: opening it for writing empties the file.
     stream_ = openFile(path, dumpOnly ? "r" : "w");
     if (!dumpOnly) {
         setBuffer(stream_, recordBuffer);
@@ -93,6 +94,7 @@ bool ConsolidatedFile::readExisting(const std::string& path) {
 }
 
 bool ConsolidatedFile::readTable(std::FILE* file, std::uint32_t count) {
+    // Entry by entry, and no room beforehand: the count is only what the file claims.
     for (std::uint32_t i = 0; i < count; ++i) {
         if (i == mostEntries) {
             return false; // no payload could be reached behind them
@@ -123,6 +125,7 @@ bool ConsolidatedFile::readSections(std::FILE* file) {
     const std::size_t count = sectionsToRead();
     for (std::size_t i = 0; i < sections_.size(); ++i) {
         SectionEntry& entry = sections_[i];
+        // Of sections that are not read too: a dump copies by it.
         entry.size = cappedLength(entry.size);
         if (entry.is(SectionType::KernelJson) || i >= count) {
             continue; // JSON is rendered anew whenever the file is written
@@ -134,6 +137,7 @@ bool ConsolidatedFile::readSections(std::FILE* file) {
         if (!readSection(file, entry)) {
             return false;
         }
+        // What was read counts, and not what the entry claims.
         const auto taken = static_cast<std::uint64_t>(std::ftell(file) - start);
         if (taken > left) {
             return false;
@@ -160,6 +164,7 @@ bool ConsolidatedFile::readSection(std::FILE* file, const SectionEntry& entry) {
 
 bool ConsolidatedFile::readDwarf(std::FILE* file, std::uint32_t size) {
     if (!readBytes(file, size, dwarf_.emplace())) {
+        // Half a payload is none.
         dwarf_.reset();
         return false;
     }
@@ -244,12 +249,14 @@ void ConsolidatedFile::write() {
     if (!stream_) {
         return;
     }
+    // JSON before kernel data: a new file holds conditions that rendering has translated.
     if (!hasSection(SectionType::KernelJson)) {
         sections_.push_back(SectionEntry::make(SectionType::KernelJson, 0));
     }
     if (!kernels().empty() && !hasSection(SectionType::KernelData)) {
         sections_.push_back(SectionEntry::make(SectionType::KernelData, 0));
     }
+    // Behind the table as long as it can get: which entries are dropped shows only later.
     seek(stream_.get(), tableOffset + sizeof(SectionEntry) * sections_.size());
     std::map<std::uint32_t, std::uint64_t> written; // bytes of each kind
     std::vector<SectionEntry> kept;
@@ -262,6 +269,7 @@ void ConsolidatedFile::write() {
     }
     sections_ = std::move(kept);
     const long end = std::ftell(stream_.get());
+    // Last, as the header makes it a database: a run that is cut off before leaves none.
     writeHeaderAndTable();
     if (jsonGivenUp_ && end >= 0 && std::fflush(stream_.get()) == 0) {
         // What the document has left behind the end. Where that fails it belongs to no section.

@@ -9,6 +9,7 @@ namespace {
 std::string shortened(std::string text) {
     if (text.size() > Diagnostic::longestText) {
         text.resize(Diagnostic::longestText);
+        // A thousand remarks are kept: none may hold on to the megabytes that a name had.
         text.shrink_to_fit();
         text += "...";
     }
@@ -18,6 +19,7 @@ std::string shortened(std::string text) {
 } // namespace
 
 void Diagnostic::stop(std::uint64_t line, std::string reason) {
+    // The first reason is the cause; the exception that ends a reader comes after it.
     if (!stopped_) {
         stopped_ =
             Finding{"", line, Severity::Error, Code::ReadingStopped, shortened(std::move(reason))};

@@ -42,6 +42,7 @@ int FileBuffer::sync() {
 }
 
 bool FileBuffer::pass(const char* text, std::size_t length) {
+    // Once failed, always failed: what came later would stand behind a gap.
     failed_ =
         failed_ || length > limit_ - written_ || std::fwrite(text, 1, length, file_) != length;
     written_ += failed_ ? 0 : length;

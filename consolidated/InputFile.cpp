@@ -13,6 +13,7 @@ namespace consolidator {
 InputFile::InputFile(const std::string& path, std::ostream& errors)
     : fileName_(path), source_(std::make_unique<std::filebuf>()), errors_(errors) {
     stream_.imbue(std::locale::classic());
+    // A file buffer does not say why it failed; what it calls leaves the reason there.
     errno = 0;
     if (static_cast<std::filebuf&>(*source_).open(path, std::ios::in) == nullptr) {
         if (errno == ENOMEM) {
@@ -36,6 +37,7 @@ bool InputFile::isOpen() const {
 
 bool InputFile::tryToParse() {
     try {
+        // What is not open was told of when it was opened, and has found no kernels.
         return !isOpen() || parse();
     } catch (const std::bad_alloc&) {
         throw; // no fault of the input: what other inputs have added would be lost in silence

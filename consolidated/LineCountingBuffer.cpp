@@ -19,6 +19,7 @@ std::uint64_t LineCountingBuffer::line() {
 void LineCountingBuffer::skip(std::size_t bytes, std::uint64_t newlines) {
     countUpTo(gptr());
     setg(eback(), gptr() + bytes, egptr());
+    // The caller has counted those of the skipped bytes while it looked at them.
     counted_ = gptr();
     newlines_ += newlines;
 }

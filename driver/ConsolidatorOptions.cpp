@@ -112,6 +112,7 @@ bool ConsolidatorOptions::check(std::ostream& out) const {
     if (optionError) {
         return false;
     }
+    // None of these adds anything, so neither a database nor an input has to be named.
     if (version || help || !dumpDwarfFile.empty() || !dumpJsonFile.empty()) {
         return true;
     }

@@ -48,6 +48,7 @@ bool isOfSupportedVersion(const ConsolidatedFile& database, const ConsolidatorOp
 
 int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
     const ConsolidatorOptions options(argc, argv, out);
+    // A wrong command line ends with 0 as well: 1 speaks of the database alone.
     if (options.parseError) {
         return 0;
     }
@@ -65,12 +66,14 @@ int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err)
         err << "Unable to open " << options.consolidatedFile << std::endl;
         return 1;
     }
+    // An add run that is refused here has emptied the file by opening it. The README warns of it.
     if (!isOfProject(database, options, err) || !isOfSupportedVersion(database, options, err)) {
         return 1;
     }
     if (!options.project.empty()) {
         database.setProject(options.project);
     }
+    // One dump a run, and of two that are asked for the DWARF.
     if (!options.dumpDwarfFile.empty()) {
         database.dumpSection(SectionType::Dwarf, options.dumpDwarfFile);
     } else if (!options.dumpJsonFile.empty()) {

@@ -28,6 +28,7 @@ bool add(const InputTarget& target, InputKind kind, const std::string& path, Inp
     if (target.observer == nullptr) {
         return target.database.addInputFile(reader);
     }
+    // What addInputFile() does, in its two halves: the observer looks on in between.
     target.observer->beforeReading(kind, path, reader);
     const bool isUsable = reader.tryToParse();
     target.observer->afterReading(kind, path, reader, isUsable);
@@ -67,6 +68,7 @@ void addLogicLocations(const InputTarget& target, const std::vector<std::string>
         }
         reader.setBudget(budget);
         if (add(target, InputKind::LogicLocations, path, reader)) {
+            // A file that adds nothing has spent nothing.
             budget = reader.budget();
         }
     }

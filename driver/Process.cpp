@@ -36,6 +36,7 @@ void fillStandardDescriptors() {
 [[gnu::noinline]] void growStack() {
     constexpr std::size_t need = std::size_t{64} * 1024;
     constexpr std::size_t page = 4096;
+    // Volatile, as the compiler would leave out writes that nobody reads.
     std::array<volatile char, need> room; // NOLINT(cppcoreguidelines-pro-type-member-init)
     for (std::size_t i = 0; i < room.size(); i += page) {
         room[i] = 0;

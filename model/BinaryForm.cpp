@@ -92,6 +92,7 @@ std::uint32_t writeText(std::FILE* stream, std::string_view text) {
 }
 
 std::uint32_t writeLocations(std::FILE* stream, std::span<const LogicLocation> locations) {
+    // Without elements there may be no address either, which fwrite must not be given.
     if (locations.empty()) {
         return 0;
     }
@@ -105,6 +106,7 @@ std::uint32_t cappedLength(std::uint32_t length) {
 }
 
 bool readNumber(std::FILE* stream, std::uint32_t& number) {
+    // Into a value of its own: a read that comes short may have written some of the bytes.
     std::uint32_t value = 0;
     if (readPieces(&value, sizeof value, 1, stream) != 1) {
         return false;

@@ -20,6 +20,7 @@ void HardwareVariable::writeJson(std::ostream& out) const {
     JsonBlock json(out);
     json.add("{ \"RTLName\" : ").addQuoted(name).add(", \"Logic Locations\" : [ ");
     {
+        // In a block of its own: the list's last bracket is written when this is destroyed.
         JsonLocations entries(json, '[', ']');
         locations.forEachRun([&entries](std::span<const LogicLocation> run) { entries.add(run); });
     }

@@ -19,7 +19,8 @@ constexpr std::uint32_t firstBeyond = 100'000'000;
 /// The most characters that are written for a number: "42" and the eight others of 4294967295.
 constexpr std::size_t roomForNumber = 10;
 
-/// The digits of all numbers of four digits, one in a byte, the first in the lowest.
+/// The digits of all numbers of four digits, one in a byte, the first in the lowest. Making digits
+/// one by one took a fifth of a run that changes nothing on a large database.
 constexpr std::array<std::uint32_t, 10'000> makeFourDigits() {
     std::array<std::uint32_t, 10'000> table{};
     for (std::uint32_t number = 0; number < table.size(); ++number) {
@@ -36,6 +37,7 @@ std::uint64_t digitsOf(std::uint32_t number) {
 }
 
 char* store(char* end, std::uint64_t digits) {
+    // 0x30 is '0': all eight digits become characters by one addition, which carries nowhere.
     const std::uint64_t text = digits + 0x3030'3030'3030'3030;
     std::memcpy(end, &text, sizeof text);
     return end;
@@ -71,6 +73,7 @@ void writeQuoted(std::ostream& out, std::string_view text) {
 JsonBlock& JsonBlock::add(std::string_view text) {
     if (text.size() >= block_.size()) {
         flush();
+        // Too long for the block, it goes out by itself, behind what waits there.
         out_.write(text.data(), static_cast<std::streamsize>(text.size()));
     } else {
         endAt(std::ranges::copy(text, room(text.size())).out);
@@ -108,6 +111,7 @@ void JsonLocations::add(std::span<const LogicLocation> run) {
 
 JsonLocations::~JsonLocations() {
     if (!isFirst_) {
+        // What stands between two locations begins with the bracket that closes the first.
         block_.add(std::string_view(&between_.front(), 1));
     }
 }

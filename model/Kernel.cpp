@@ -43,6 +43,7 @@ std::uint32_t Kernel::emptyBitsBefore(std::string_view rtlName, std::uint32_t bi
 }
 
 std::size_t Kernel::addHardwareVariable(HardwareVariable variable) {
+    // The name may go with it: findOrAdd() has no more use for its key once it makes an element.
     const auto make = [&] { return std::move(variable); };
     return hardwareVariables_.positionOf(hardwareVariables_.findOrAdd(variable.name, make).first);
 }
@@ -66,6 +67,7 @@ void Kernel::merge(Kernel other, MergeObserver* observer) {
     for (const std::string& path : other.instancePaths()) {
         addInstancePath(path);
     }
+    // By their texts alone: locations reach a project only with a kernel that is new to it.
     for (const Variable& argument : other.arguments()) {
         addArgument(argument.sourceName, argument.hardwareName, argument.typeText);
     }
@@ -103,6 +105,8 @@ std::string_view Kernel::instanceSuffix() const {
 
 void Kernel::translateConditions() {
     breakableConditions_.changeAll([](std::vector<BreakableCondition>& conditions) {
+        // Always-true ones are known by the text that synthesis wrote, so they go first. Conditions
+        // that the translation makes equal all stay.
         std::erase_if(conditions, [](const BreakableCondition& condition) {
             return isAlwaysTrue(condition.condition);
         });

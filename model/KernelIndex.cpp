@@ -9,6 +9,7 @@ KernelIndex KernelIndex::ofInstancePaths(const std::vector<Kernel>& kernels, std
     std::vector<PathOwners::Entry> entries;
     for (std::uint32_t i = 0; i < kernels.size(); ++i) {
         for (const std::string& path : kernels[i].instancePaths()) {
+            // A longer one cannot occur in any of the texts that are going to be searched.
             if (path.size() <= longest) {
                 entries.emplace_back(path, i);
             }

@@ -30,6 +30,7 @@ LogicLocation LocationList::operator[](std::uint32_t bit) const {
     if (bit < row_.size()) {
         return row_[bit];
     }
+    // From the back: a bit that was set again has several entries, and the last one counts.
     const auto last = std::find_if(beyond_.rbegin(), beyond_.rend(),
                                    [bit](const Beyond& entry) { return entry.bit == bit; });
     return last == beyond_.rend() ? LogicLocation() : last->location;
@@ -38,8 +39,10 @@ LogicLocation LocationList::operator[](std::uint32_t bit) const {
 void LocationList::set(std::uint32_t bit, LogicLocation location) {
     size_ = std::max(size_, bit + 1);
     if (bit >= row_.size()) {
+        // At its largest it allows a row of any length, so it need not count on.
         settings_ += settings_ < std::numeric_limits<std::uint32_t>::max() ? 1 : 0;
         if (!isClose(bit)) {
+            // Without a look for an entry of this bit, which could take long: the last one counts.
             beyond_.push_back({bit, location});
             return;
         }
@@ -49,6 +52,7 @@ void LocationList::set(std::uint32_t bit, LogicLocation location) {
 }
 
 bool LocationList::isClose(std::uint32_t bit) const {
+    // In 64 bits: the bound itself can be beyond 2^32.
     return bit < entriesAtFirst + entriesPerSetting * settings_;
 }
 
@@ -86,6 +90,7 @@ std::span<const LogicLocation> LocationList::zeros() {
 std::vector<LocationList::Beyond> LocationList::entriesInUse() const {
     std::vector<Beyond> entries;
     const auto add = [&entries](std::uint32_t bit, const LogicLocation& location) {
+        // A bit that was set to zeros equals one that was never set.
         if (location != LogicLocation()) {
             entries.push_back({bit, location});
         }

@@ -44,6 +44,7 @@ bool RAMFile::parse() {
     if (!isOpen()) {
         return false;
     }
+    // Not before: for a file that cannot be opened no index is made.
     paths_.emplace(*projectKernels_);
     std::array<char, longestLine + 1> buffer{};
     while (!stream_.eof()) {
@@ -53,6 +54,7 @@ bool RAMFile::parse() {
             stopAtLine(lineNumber_, longestLine);
             return true;
         }
+        // Empty lines go, and blanks in front of a line; the end of the file is noticed here.
         stream_ >> std::ws;
     }
     return true;
@@ -85,6 +87,7 @@ void RAMFile::enterSection(std::string_view text) {
 }
 
 void RAMFile::matchRow(std::string_view row) {
+    // The "|" that a row begins with; whatever stands there is not looked at.
     row.remove_prefix(row.empty() ? 0 : 1);
     const auto name = takeCell(row);
     const auto cellType = takeCell(row);
@@ -107,6 +110,8 @@ RAMFile::Owners RAMFile::ownersOf(std::string_view name) {
     paths_->finder.forEachIn(name, [&](std::uint32_t path) {
         for (const std::uint32_t kernel : paths_->index.kernelsOf(path)) {
             if (paths_->counted.set(kernel)) {
+                // Paths come in the order in which they end in the name, not in that of their
+                // kernels.
                 owners.first = std::min(owners.first, kernel);
                 ++owners.count;
             }

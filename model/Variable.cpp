@@ -11,6 +11,7 @@ Variable::Variable(std::string_view source, std::string_view hardware, std::stri
     : sourceName(source), hardwareName(hardware), typeText(type), valid(true) {}
 
 std::uint32_t Variable::bitWidth() const {
+    // The order matters: a pointer to char is a pointer.
     if (typeText.find('*') != std::string::npos) {
         return 64;
     }

@@ -86,6 +86,7 @@ void AuxiliaryXMLFile::scanAcceleratorMap(std::string_view words, Kernel& kernel
 
 std::string_view AuxiliaryXMLFile::nameOf(std::string_view word, std::string_view attribute) {
     std::string_view name = valueOf(word, attribute);
+    // The closing quote, as a rule; nothing checks that it is one.
     name.remove_suffix(name.empty() ? 0 : 1);
     return name;
 }
@@ -93,6 +94,7 @@ std::string_view AuxiliaryXMLFile::nameOf(std::string_view word, std::string_vie
 std::string_view AuxiliaryXMLFile::valueOf(std::string_view word, std::string_view attribute) {
     const std::size_t from = attribute.size() + 1; // behind the opening quote
     if (word.size() < from) {
+        // Said here, where the line is known: the exception that follows does not know it.
         stop(lineNumber_, inQuotes(word) + " has no value");
     }
     return word.substr(from); // throws when there is none

@@ -56,6 +56,7 @@ public:
         if (!takeSpace()) {
             return false;
         }
+        // With a capital X it is left to the stream, as everything else that is unusual.
         if (end_ - position_ > 2 && position_[0] == '0' && position_[1] == 'x') {
             position_ += 2;
         }
@@ -141,6 +142,7 @@ bool NetWord::find(std::string_view line, std::size_t at) {
     while (!net.empty() && isSpace(net.back())) {
         net.remove_suffix(1);
     }
+    // With white space in it there are words behind the net, and one of them may be another net.
     if (net.empty() || fields.empty() || !isSpace(fields.back()) || hasControlOrSpace(net)) {
         return false;
     }
@@ -163,6 +165,7 @@ std::optional<BitLine> BitLine::read(const std::string& line) {
     }
     bit.address = static_cast<std::uint32_t>(longAddress);
     std::string_view words;
+    // At its end a stream has no position any more, and the line no word.
     if (!fields.eof()) {
         words = std::string_view(line).substr(static_cast<std::size_t>(fields.tellg()));
     }
@@ -201,6 +204,7 @@ bool BitLine::scan(const NetWord& word) {
     if (word.hasIndex) {
         const char* const end = word.index.data() + word.index.size();
         const auto [behind, error] = std::from_chars(word.index.data(), end, bitIndex);
+        // A stream makes some number of every index: this one is left to it.
         if (error != std::errc() || behind != end) {
             return false;
         }

@@ -26,6 +26,7 @@ std::uint32_t leadingNumber(std::string_view text) {
         if (c < '0' || c > '9') {
             break;
         }
+        // Capped at each digit, so that no run of digits gets beyond 64 bits.
         number = std::min(largest, number * 10 + static_cast<std::uint64_t>(c - '0'));
     }
     return static_cast<std::uint32_t>(number);
@@ -105,6 +106,7 @@ bool HLSFile::endFunction() {
     if (functions_.empty()) {
         return stop(lineNumber_, "a function ends that has not begun");
     }
+    // Names are not compared, so the innermost one ends.
     functions_.pop_back();
     return true;
 }
@@ -130,6 +132,7 @@ bool HLSFile::readBlock(std::string_view name) {
         text = nextLine();
     } while (!stream_.fail() && readBlockLine(text, variable));
     takeWord(text);
+    // The line that has ended the block names the register, whatever line it is.
     variable.setRegister(registerRange(takeWord(text)));
     entries_.back().variables.push_back(std::move(variable));
     return true;
@@ -163,6 +166,7 @@ HLSFile::Register HLSFile::registerRange(std::string_view word) {
     const std::size_t close = word.find(']');
     const std::uint32_t high = leadingNumber(between(word, open, colon));
     const std::uint32_t low = leadingNumber(between(word, colon, close));
+    // A range the wrong way round wraps around; no width is written to a database.
     return {word.substr(0, open), high - low + 1};
 }
 

@@ -59,6 +59,7 @@ const HdlReservedWords& HdlReservedWords::shared() {
 }
 
 std::string HdlReservedWords::sourceName(std::string_view hardwareName) const {
+    // The first "_r" of the name has to be its end: with one more before it, the name stays.
     if (hardwareName.size() > suffix.size() &&
         hardwareName.find(suffix) == hardwareName.size() - suffix.size()) {
         const std::string_view stem = hardwareName.substr(0, hardwareName.size() - suffix.size());

@@ -40,6 +40,7 @@ bool HierarchyFile::parse() {
     while (!stream_.eof()) {
         stream_ >> std::ws >> word;
         if (!stream_.fail()) {
+            // White space behind the word is not read yet, so this is not the next line.
             wordLine_ = line();
         } else if (stream_.eof()) {
             remarkOnRepeatedWord(word);
@@ -50,6 +51,7 @@ bool HierarchyFile::parse() {
             return false;
         }
     }
+    // Not by the name: a kernel without one, which a file without words gives, counts as well.
     if (begun_ > appended_) {
         appendCurrent();
     }
@@ -89,6 +91,7 @@ bool HierarchyFile::readVersion() {
     stream_ >> std::ws >> version_;
     const bool noNumber = stuck();
     stream_ >> std::ws;
+    // Before the failure: a number too large for a float fails too, and counts as the largest one.
     if (static_cast<double>(version_) > supportedVersion) {
         reportUnsupportedVersion();
         std::ostringstream reason;

@@ -88,12 +88,14 @@ void KernelOutline::addArgument() {
     } else {
         remarkOnRepeat(source);
     }
+    // An element that lacks one of them must not get the value of the one before.
     argumentName_ = {};
     argumentType_ = {};
 }
 
 void KernelOutline::remarkOnRepeat(std::string_view source) {
     for (const Variable& known : kernel_.arguments()) {
+        // From the front: only repeats pay for it, and all of them together for so many looks.
         if (comparisonsLeft_ == 0) {
             return;
         }
@@ -133,6 +135,7 @@ void KernelOutline::addKernel() {
 }
 
 void KernelOutline::keepCopy() {
+    // Copied only when another element is about to change it: of a single kernel no copy is made.
     if (std::exchange(isComplete_, false)) {
         kernels_.push_back(kernel_);
     }

@@ -23,6 +23,7 @@ std::span<const KnownNets::Register> KnownNets::find(std::string_view net) const
 
 void KnownNets::findAll(std::span<Query> queries) const {
     const std::size_t mask = slots_.size() - 1;
+    // Slots, then texts: what a round needs was asked for, for all nets, in the one before it.
     for (Query& query : queries) {
         query.hash = keyHash(query.net);
         prefetch(&slots_[query.hash & mask]);
@@ -79,6 +80,7 @@ std::size_t KnownNets::slotOf(std::string_view net, std::uint64_t hash) const {
 
 std::string_view KnownNets::textAt(std::size_t position) const {
     Length length = 0;
+    // Texts follow each other without gaps, so a length may begin at any address.
     std::memcpy(&length, &texts_[position], sizeof length);
     return {texts_.data() + position + sizeof length, length};
 }
@@ -87,6 +89,7 @@ void KnownNets::grow() {
     const std::vector<Slot> old = std::exchange(slots_, std::vector<Slot>(2 * slots_.size()));
     for (const Slot& slot : old) {
         if (slot.text != none) {
+            // Of the hash only the half is kept that does not choose the slot.
             const std::string_view net = textAt(slot.text);
             slots_[slotOf(net, keyHash(net))] = slot;
         }

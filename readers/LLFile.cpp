@@ -114,6 +114,7 @@ bool LLFile::parse() {
 
 bool LLFile::Reading::run() {
     const bool readToItsEnd = readLines();
+    // Lines behind the last one of a kernel pay for the files that follow, too.
     writer_.payFor(bytesWithNets_);
     remarkOnTallies();
     return readToItsEnd;
@@ -139,6 +140,7 @@ bool LLFile::Reading::readLines() {
                 return file_.stopAtLine(lineNumber_, longestLine);
             }
         }
+        // Empty lines go, and blanks in front of a line; the end of the file is noticed here.
         stream >> std::ws;
     }
     return true;
@@ -149,6 +151,7 @@ bool LLFile::Reading::takeUsualLines() {
     const std::uint64_t firstLine = lineNumber_;
     std::size_t lines = countUsualLines(piece);
     std::size_t line = 0;
+    // From net to net: 85 % of the lines have none and need no look of their own.
     std::size_t net = piece.text.find(NetWord::prefix);
     while (net < piece.startOf(lines)) {
         while (piece.ends[line] < net) {
@@ -176,6 +179,8 @@ bool LLFile::Reading::takeUsualLine(std::string_view line, std::size_t net) {
     if (!word.find(line, net)) {
         return false;
     }
+    // Two thirds of the nets belong to no kernel, and one bit shows it of most: so this comes
+    // first, and the numbers of their lines are never read.
     if (!matcher_.mayKnowName(word.lastComponent())) {
         passOverUnmatched(word, line.size());
         return true;
@@ -264,6 +269,7 @@ void LLFile::Reading::noteBlankNet(std::string_view text, std::size_t net) {
 }
 
 void LLFile::Reading::remarkOnOddIndex(const BitLine& bit, std::string_view text) {
+    // The net is a view of this line, so what stands behind it can be reached from it.
     text.remove_prefix(static_cast<std::size_t>(bit.net.data() - text.data()) + bit.net.size());
     if (!text.starts_with('[')) {
         return;

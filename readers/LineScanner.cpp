@@ -38,6 +38,7 @@ struct Search {
 /// for it: for lines of 80 bytes that is most of the time. So the text is cut in four, and four
 /// searches that need not wait for each other take turns. That halves the time.
 std::span<const std::uint32_t> findEnds(std::string_view text, std::vector<std::uint32_t>& ends) {
+    // Each byte may be a newline. It never shrinks, as growing again would fill it with zeros.
     ends.resize(std::max(ends.size(), text.size()));
     std::array<Search, searches> parts{};
     for (std::size_t i = 0; i < searches; ++i) {
@@ -68,6 +69,7 @@ std::span<const std::uint32_t> findEnds(std::string_view text, std::vector<std::
 
 LineScanner::Piece LineScanner::next(std::string_view ahead) {
     const Piece piece = pieceOf(ahead, pieceSize_);
+    // Without the end of a line in it the piece was too small, or the line is too long.
     return piece.ends.empty() ? pieceOf(ahead, longestLine_ + 1) : piece;
 }
 

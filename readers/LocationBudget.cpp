@@ -11,6 +11,7 @@ bool LocationBudget::takeEmptyBits(std::uint64_t count) {
 }
 
 std::size_t LocationBudget::mostOwners() const {
+    // Rounded up, as mayShare() lets the last location go beyond what is left.
     const std::uint64_t left = mayShare() ? sharingAllowed_ - sharing_ : 0;
     const std::uint64_t paid = (left + locationBytes - 1) / locationBytes;
     return static_cast<std::size_t>(paid) + 2;

@@ -43,11 +43,13 @@ std::span<const std::uint32_t> NetMatcher::owners(std::string_view net, std::siz
     const std::size_t candidates = names_.kernelsOf(name).size();
     finder_.forEachIn(net, [&](std::uint32_t path) {
         const Kernels found = havingBoth(path, name);
+        // The first kernels of all are among the first of each path.
         for (const std::uint32_t kernel : found.first(std::min(most, found.size()))) {
             if (isOwner_.set(kernel)) {
                 owners_.push_back(kernel);
             }
         }
+        // Whatever else occurs in the net, no other kernel has the name.
         return owners_.size() < candidates;
     });
     std::ranges::sort(owners_);

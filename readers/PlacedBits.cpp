@@ -30,6 +30,8 @@ std::optional<LogicLocation> PlacedBits::find(KnownNets::Register where, std::ui
     if (word >= bits.size() || (bits[word] >> bitIndex % bitsOfAWord & 1U) == 0) {
         return std::nullopt;
     }
+    // What a register finds at once it always will. So a bit that it does not find so was not found
+    // so either when it was added, and far_ has it.
     return locations.findsAtOnce(bitIndex) ? locations[bitIndex]
                                            : far_[where.kernel].at(keyOf(where, bitIndex));
 }

@@ -19,6 +19,8 @@ void RegisterWriter::addWaiting() {
     for (std::size_t i = 0; i < lines.size(); ++i) {
         queries[i].net = lines[i].bit.net;
     }
+    // Three rounds, each of which asks for what the next one needs: the nets, their lists of
+    // locations, the entries of the bits. The waits for memory of all lines overlap.
     knownNets_.findAll(queries);
     const auto firstRegister = [this](const KnownNets::Query& query) {
         const auto& [owner, position] = query.registers.front();
@@ -91,6 +93,7 @@ void RegisterWriter::addToOwners(const NetLine& line) {
         }
         registers.push_back(where);
     }
+    // A net that some owner did not get is looked for again: its next bit may fit, or be paid for.
     if (registers.size() == owners.size()) {
         knownNets_.add(line.bit.net, registers);
     }
@@ -113,6 +116,7 @@ void RegisterWriter::addToRegisters(const NetLine& line, std::span<const Registe
         return;
     }
     const BitLine& bit = line.bit;
+    // The first kernel costs the budget nothing: its location is what the line itself pays for.
     bool isFurther = false;
     for (const Register where : registers) {
         const Kernel& kernel = with_.kernels[where.kernel];
@@ -143,6 +147,7 @@ void RegisterWriter::setWatched(Register where, const NetLine& line) {
     const LocationList& locations =
         with_.kernels[where.kernel].hardwareVariables()[where.position].locations;
     const LogicLocation location{bit.address, bit.offset};
+    // Before the bit is set: where it was is known to the register alone.
     const auto before = placedBits_->find(where, bit.bitIndex, locations);
     set(where, bit);
     placedBits_->add(where, bit.bitIndex, location, locations);
@@ -150,6 +155,7 @@ void RegisterWriter::setWatched(Register where, const NetLine& line) {
 }
 
 void RegisterWriter::payFor(std::uint64_t bytesWithNets) {
+    // Lines without a kernel pay too, and only here: the reader just goes on counting their bytes.
     with_.budget.lineRead(bytesWithNets - paidBytes_);
     paidBytes_ = bytesWithNets;
 }

@@ -96,6 +96,7 @@ constexpr bool areInOrder() {
     return true;
 }
 
+// A code is a position in the table: one row out of its place would shift the words behind it.
 static_assert(areInOrder());
 
 } // namespace

@@ -34,6 +34,7 @@ std::uint64_t multiply(std::uint64_t a, std::uint64_t b) {
 /// not fail for want of a secret.
 std::uint64_t drawKey() {
     std::uint64_t drawn = 0;
+    // Soon after a boot the system may have no random numbers yet: a run does not wait for them.
     if (getrandom(&drawn, sizeof drawn, GRND_NONBLOCK) != sizeof drawn) {
         const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
         drawn = static_cast<std::uint64_t>(now) ^ reinterpret_cast<std::uintptr_t>(&drawn);
@@ -49,6 +50,7 @@ struct Key {
     std::uint64_t fourth = multiply(third, first);
 };
 
+/// Drawn at the first hash and then kept for the whole process, as tables keep hashes.
 const Key& key() {
     static const Key drawn;
     return drawn;
@@ -65,6 +67,7 @@ std::uint64_t longTextPiece(std::string_view text, std::size_t at) {
     if (at < text.size()) {
         std::memcpy(&bytes, text.data() + text.size() - sizeof bytes, sizeof bytes);
     }
+    // Pieces behind the end are zeros. The length, which is hashed too, tells them from zero bytes.
     return bytes >> 8;
 }
 
@@ -83,6 +86,7 @@ void KeyedHash::addPiece(std::uint64_t piece) {
 }
 
 void KeyedHash::addPieces(std::uint64_t a, std::uint64_t b, std::uint64_t c, std::uint64_t d) {
+    // The sum stays below 2^123, so that one reduction does for four products.
     const Key& power = key();
     value_ = reduced(
         static_cast<Product>(value_ + a) * power.fourth + static_cast<Product>(b) * power.third +
@@ -98,6 +102,7 @@ std::uint64_t KeyedHash::value() const {
 }
 
 KeyedHash& KeyedHash::add(std::string_view text) {
+    // Of a text this short no eight bytes can be loaded.
     if (text.size() <= pieceSize) {
         addPiece(text.size());
         addPiece(shortTextPiece(text));

@@ -71,6 +71,7 @@ void PathFinder::linkSuffixes() {
     suffix_.assign(labels_.size(), root);
     for (std::uint32_t parent = root; parent < labels_.size(); ++parent) {
         for (std::uint32_t node = firstChild_[parent]; node < firstChild_[parent + 1]; ++node) {
+            // The only shorter end of a single byte is the empty text, whose node is the root.
             if (parent != root) {
                 suffix_[node] = next(suffix_[parent], labels_[node]);
             }
@@ -85,6 +86,8 @@ void PathFinder::linkSuffixes() {
 }
 
 std::uint32_t PathFinder::childOf(std::uint32_t node, std::uint8_t label) const {
+    // A byte that begins no path leads here again and again: it is looked up in one step. No node
+    // has the root for a child, so the root stands for "none".
     if (node == root) {
         return starts_[label];
     }

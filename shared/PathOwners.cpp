@@ -5,6 +5,7 @@
 namespace consolidator {
 
 PathOwners::PathOwners(std::vector<Entry> entries) {
+    // By path and then by owner, so that the owners of each path are ascending too.
     std::ranges::sort(entries);
     entries.erase(std::unique(entries.begin(), entries.end()), entries.end());
     owners_.reserve(entries.size());

@@ -17,6 +17,7 @@ std::string escaped(char byte) {
         return "\\n";
     case '\t':
         return "\\t";
+    // The backslash too: else a name of \ and n would look like one with a newline.
     case '\\':
         return "\\\\";
     default:
@@ -44,6 +45,7 @@ bool isControl(std::string_view character) {
         return first < 0x20 || first == 0x7F;
     }
     if (character.size() == 2) {
+        // U+0080 to U+009F, which some terminals obey as they do an escape sequence.
         return first == 0xC2 && static_cast<std::uint8_t>(character[1]) < 0xA0;
     }
     return character.size() == 3 && isInvisible(character);

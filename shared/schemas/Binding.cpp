@@ -8,8 +8,11 @@ namespace lmx60 {
 
 std::optional<std::uint64_t> unsignedNumber(std::string_view text, std::uint64_t largest) {
     constexpr std::string_view whiteSpace = " \t\n\r";
+    // A text of nothing but white space becomes empty, and behind that npos + 1 is 0.
     text.remove_prefix(std::min(text.size(), text.find_first_not_of(whiteSpace)));
     text = text.substr(0, text.find_last_not_of(whiteSpace) + 1);
+    // std::from_chars() takes no sign for an unsigned number: a minus is refused by it, and so
+    // would be a plus.
     if (text.starts_with('+')) {
         text.remove_prefix(1);
     }

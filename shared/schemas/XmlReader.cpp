@@ -140,6 +140,7 @@ private:
     template <typename Work>
     static void guarded(void* self, Work work) {
         auto& builder = *static_cast<TreeBuilder*>(self);
+        // The parser may have an event left that it tells of although it was stopped.
         if (builder.failure_) {
             return;
         }
@@ -168,6 +169,8 @@ private:
     static void onDoctype(void* self, const char* /*name*/, const char* /*systemId*/,
                           const char* /*publicId*/, int hasInternalSubset) {
         guarded(self, [=](TreeBuilder& builder) {
+            // Entities that are declared here could name each other until a few lines stand for
+            // gigabytes. An external document type is not read, and so does no harm.
             if (hasInternalSubset != 0) {
                 throw builder.fault(ErrorCode::UnsafeDocument,
                                     "the document type has declarations of its own");
@@ -263,6 +266,7 @@ private:
         try {
             ended.kind->end(ended.element);
         } catch (const Refusal& refusal) {
+            // Who refuses does not know where in the document that is.
             throw fault(ErrorCode::TooLarge, refusal.what());
         }
     }
@@ -274,6 +278,7 @@ private:
     }
 
     void addText(std::string_view text) {
+        // An unknown element inside has text of its own, which is passed over.
         if (skipped_ == 0) {
             *static_cast<std::string*>(open_.back().element) += text;
         }
