@@ -101,6 +101,8 @@ void RegisterWriter::addToOwners(const NetLine& line) {
 
 Kernel& RegisterWriter::withRegisters(std::uint32_t owner) {
     Kernel& kernel = with_.kernels[owner];
+    // Copied for the kernels that get a bit only. The empty bits before it are those that the
+    // project's register lacks, so that one has to be here.
     if (owner < with_.lacksRegisters.size() && with_.lacksRegisters[owner]) {
         for (const HardwareVariable& known : (*with_.project)[owner].hardwareVariables()) {
             kernel.addHardwareVariable(known);
