@@ -54,6 +54,7 @@ set(public_headers
     shared/HashIndex.h
     shared/KeyedHash.h
     shared/Marks.h
+    shared/FileReplacement.h
     shared/PathFinder.h
     shared/PathOwners.h
     shared/Prefetch.h

@@ -5,10 +5,13 @@
 #include "model/JsonText.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
 #include <locale>
 #include <map>
+#include <new>
 #include <stdio_ext.h>
+#include <sys/file.h>
 #include <tuple>
 #include <unistd.h>
 #include <utility>
@@ -66,21 +69,33 @@ bool hasPayload(const SectionEntry& entry) {
 
 bool ConsolidatedFile::open(const std::string& path, bool create, bool dumpOnly) {
     header_ = Header();
+    create_ = create;
     dumpOnly_ = dumpOnly;
-    if (!create) {
+    if (!create_) {
         readExisting(path);
     }
-    // Only now: opening it for writing empties the file.
-    stream_ = openFile(path, dumpOnly ? "r" : "w");
-    if (!dumpOnly) {
-        setBuffer(stream_, recordBuffer);
+    if (dumpOnly) {
+        stream_ = openFile(path, "r");
+        return stream_ != nullptr;
     }
-    return stream_ != nullptr;
+    auto target = std::make_unique<FileReplacement>();
+    if (!target->open(path)) {
+        if (errno == ENOMEM) {
+            throw std::bad_alloc(); // which says nothing about the file
+        }
+        return false;
+    }
+    target_ = std::move(target);
+    return true;
 }
 
 bool ConsolidatedFile::readExisting(const std::string& path) {
     FileHandle file = openFile(path, "r");
     setBuffer(file, recordBuffer);
+    if (file) {
+        // Until one that is writing it in place has done so.
+        std::ignore = flock(fileno(file.get()), LOCK_SH);
+    }
     Header found;
     if (!file || std::fread(&found, sizeof found, 1, file.get()) != 1 ||
         found.magic != magicNumber) {
@@ -198,7 +213,7 @@ void ConsolidatedFile::setProject(std::string_view name) {
 }
 
 void ConsolidatedFile::addDwarf(const std::string& path) {
-    if (hasSection(SectionType::Dwarf) || dwarf_) {
+    if (hasSection(SectionType::Dwarf) || dwarf_ || isReplaced(path)) {
         return;
     }
     const FileHandle file = openFile(path, "r");
@@ -245,10 +260,7 @@ bool ConsolidatedFile::hasSection(SectionType type) const {
                                [type](const SectionEntry& entry) { return entry.is(type); });
 }
 
-void ConsolidatedFile::write() {
-    if (!stream_) {
-        return;
-    }
+void ConsolidatedFile::addRequiredSections() {
     // JSON before kernel data: a new file holds conditions that rendering has translated.
     if (!hasSection(SectionType::KernelJson)) {
         sections_.push_back(SectionEntry::make(SectionType::KernelJson, 0));
@@ -256,6 +268,75 @@ void ConsolidatedFile::write() {
     if (!kernels().empty() && !hasSection(SectionType::KernelData)) {
         sections_.push_back(SectionEntry::make(SectionType::KernelData, 0));
     }
+}
+
+void ConsolidatedFile::write() {
+    if (!target_) {
+        return;
+    }
+    addRequiredSections();
+    const std::vector<SectionEntry> wanted = sections_;
+    const int fault = writeTo(openDescriptor(target_->begin()));
+    if (fault == 0) {
+        target_->commit();
+        return;
+    }
+    const bool isFull = fault == ENOSPC || fault == EDQUOT;
+    if (!isFull || !target_->canGoInPlace() || !canBeWrittenAgain()) {
+        return;
+    }
+    // There is no room for a second file. If there is for the new one alone, it goes over the old.
+    isTranslated_ = true;
+    sections_ = wanted;
+    const std::uint64_t size = measure();
+    sections_ = wanted;
+    if (target_->beginInPlace(size)) {
+        writeTo(openDescriptor(target_->begin()));
+    }
+}
+
+/// Whether writing once more, without translating the conditions again, makes the same bytes: in
+/// nearly all files, where a single JSON section comes before the kernel data.
+bool ConsolidatedFile::canBeWrittenAgain() const {
+    const auto isOf = [](SectionType type) {
+        return [type](const SectionEntry& entry) { return entry.is(type); };
+    };
+    const auto json = std::ranges::find_if(sections_, isOf(SectionType::KernelJson));
+    return std::ranges::count_if(sections_, isOf(SectionType::KernelJson)) == 1 &&
+           std::none_of(sections_.begin(), json, isOf(SectionType::KernelData));
+}
+
+/// The size of what would be written.
+std::uint64_t ConsolidatedFile::measure() {
+    CountedBytes bytes;
+    writeTo(bytes.open());
+    return bytes.size();
+}
+
+/// Writes all into the stream and closes it. Returns 0 when all of it has got there, and otherwise
+/// the error (see errno) of what was the first that did not.
+int ConsolidatedFile::writeTo(FileHandle stream) {
+    stream_ = std::move(stream);
+    if (!stream_) {
+        return errno;
+    }
+    setBuffer(stream_, recordBuffer);
+    jsonGivenUp_ = false;
+    errno = 0;
+    writePayloads();
+    const long end = std::ftell(stream_.get());
+    writeHeaderAndTable();
+    const bool isWritten = std::fflush(stream_.get()) == 0 && std::ferror(stream_.get()) == 0;
+    const int fault = isWritten ? 0 : errno != 0 ? errno : EIO;
+    if (isWritten && end >= 0 && (jsonGivenUp_ || target_->isInPlace())) {
+        // What the document has left behind the end, or the old file. Where that fails it belongs
+        // to no section.
+        std::ignore = ftruncate(fileno(stream_.get()), end);
+    }
+    return std::fclose(stream_.release()) == 0 || fault != 0 ? fault : errno;
+}
+
+void ConsolidatedFile::writePayloads() {
     // Behind the table as long as it can get: which entries are dropped shows only later.
     seek(stream_.get(), tableOffset + sizeof(SectionEntry) * sections_.size());
     std::map<std::uint32_t, std::uint64_t> written; // bytes of each kind
@@ -268,13 +349,6 @@ void ConsolidatedFile::write() {
         }
     }
     sections_ = std::move(kept);
-    const long end = std::ftell(stream_.get());
-    // Last, as the header makes it a database: a run that is cut off before leaves none.
-    writeHeaderAndTable();
-    if (jsonGivenUp_ && end >= 0 && std::fflush(stream_.get()) == 0) {
-        // What the document has left behind the end. Where that fails it belongs to no section.
-        std::ignore = ftruncate(fileno(stream_.get()), end);
-    }
 }
 
 bool ConsolidatedFile::writeSection(SectionEntry& entry) {
@@ -334,7 +408,9 @@ void ConsolidatedFile::writeJson(SectionEntry& entry) {
     if (jsonGivenUp_) {
         return; // it would not go out this time either
     }
-    kernels_.changeEach([](Kernel& kernel) { kernel.translateConditions(); });
+    if (!isTranslated_) {
+        kernels_.changeEach([](Kernel& kernel) { kernel.translateConditions(); });
+    }
     FileBuffer buffer(stream_.get(), largestPosition - entry.offset);
     std::ostream json(&buffer);
     json.imbue(std::locale::classic());

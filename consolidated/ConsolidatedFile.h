@@ -28,11 +28,13 @@
 #include "consolidated/InputFile.h"
 #include "consolidated/SectionEntry.h"
 #include "model/Kernel.h"
+#include "shared/FileReplacement.h"
 #include "shared/UniqueList.h"
 
 #include <cstdint>
 #include <cstdio>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -44,9 +46,11 @@ namespace consolidator {
 /// One database in memory, opened once for one run.
 ///
 /// It prints nothing and does not report write failures: a run that has got as far as writing
-/// ends well. Positions in the file are signed 32-bit numbers, so databases of 2 GiB or more are
-/// not supported: a JSON document that would reach beyond is left out, with a size of 0, and
-/// sections that would begin beyond are left out with their entries.
+/// ends well. But until all is written, the old file stays as it was (see FileReplacement), so that
+/// a run which is refused or interrupted, and a full disk, leave it. Positions in the file are
+/// signed 32-bit numbers, so databases of 2 GiB or more are not supported: a JSON document that
+/// would reach beyond is left out, with a size of 0, and sections that would begin beyond are left
+/// out with their entries.
 ///
 /// What a damaged or hostile file costs is bounded by its size: reading ends, as at any damage,
 /// when the sections together have been 64 KiB longer than the file, which only overlapping ones
@@ -68,8 +72,9 @@ public:
     static constexpr std::uint32_t supportedMinor = 1;
 
     /// Reads what the file at `path` holds, unless `create` is set, then opens it: for reading if
-    /// `dumpOnly` is set, else for writing, which empties it. Returns false when it cannot be
-    /// opened; that it could not be read is no failure.
+    /// `dumpOnly` is set, else for writing. Its content stays until write(), but for a device, and
+    /// for a file that is the standard output. Returns false when it cannot be opened; that it
+    /// could not be read is no failure.
     ///
     /// For a dump only header, table and project name are kept, which are the same as without:
     /// DWARF and kernels are passed over, and not even that behind the last project name.
@@ -101,8 +106,13 @@ public:
     void mergeKernel(Kernel kernel, MergeObserver* observer = nullptr);
 
     /// Writes the whole file anew, translating the kernels' conditions on the way. To be called
-    /// once for each open(), and without effect before it.
+    /// once for each open(), and without effect before it. What cannot be written whole leaves the
+    /// old file.
     void write();
+
+    /// Whether an input of this path is the file that write() will replace. A run has always
+    /// emptied it by the time that inputs are read, so that such an input is an empty one.
+    bool isReplaced(const std::string& path) const { return target_ && target_->isTarget(path); }
 
     /// Copies the payload of the first section of this type to the file at `outputPath`, which
     /// stays empty if there is none or it cannot be read. Does nothing unless the database is open
@@ -144,6 +154,11 @@ private:
     bool copySection(SectionType type, std::FILE* output);
 
     bool hasSection(SectionType type) const;
+    void addRequiredSections();
+    bool canBeWrittenAgain() const;
+    std::uint64_t measure();
+    int writeTo(FileHandle stream);
+    void writePayloads();
     bool writeSection(SectionEntry& entry);
     void writeDwarf(SectionEntry& entry);
     void writeProject(SectionEntry& entry);
@@ -151,14 +166,17 @@ private:
     void writeJson(SectionEntry& entry);
     void writeHeaderAndTable();
 
-    FileHandle stream_;
-    bool dumpOnly_ = false; ///< No more is read than a dump needs.
+    std::unique_ptr<FileReplacement> target_; ///< Of write(); nothing for a dump.
+    FileHandle stream_;                       ///< What is dumped from, or being written.
+    bool create_ = false;                     ///< The old file was not read.
+    bool dumpOnly_ = false;                   ///< No more is read than a dump needs.
     Header header_;
     std::vector<SectionEntry> sections_; ///< In file order.
     std::string project_;
     std::optional<std::string> dwarf_;
     UniqueList<Kernel, ByName> kernels_;
-    bool jsonGivenUp_ = false; ///< A document was begun, and what it left was not all overwritten.
+    bool isTranslated_ = false; ///< The conditions are, by a writing that was given up.
+    bool jsonGivenUp_ = false;  ///< A document was begun, and what it left was not all overwritten.
 };
 
 } // namespace consolidator

@@ -1,13 +1,11 @@
 // Ownership of a C standard library file.
 #pragma once
 
-#include <cerrno>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
-#include <new>
 #include <string>
-#include <tuple>
 #include <vector>
 
 namespace consolidator {
@@ -26,22 +24,28 @@ using FileHandle = std::unique_ptr<std::FILE, FileCloser>;
 
 /// Opens `path` in a mode of std::fopen; null when that fails. Throws when there is no memory for
 /// it, which says nothing about the file.
-inline FileHandle openFile(const std::string& path, const char* mode) {
-    FileHandle file(std::fopen(path.c_str(), mode));
-    if (!file && errno == ENOMEM) {
-        throw std::bad_alloc();
-    }
-    return file;
-}
+FileHandle openFile(const std::string& path, const char* mode);
+
+/// Opens for writing what a descriptor leads to. The descriptor stays open when the file is closed.
+/// Null, with errno, when that fails or there is none (-1).
+FileHandle openDescriptor(int descriptor);
 
 /// Gives a file that was just opened a buffer of this size: a system call moves so many bytes. If
 /// the library does not take it, its own does as well.
-inline void setBuffer(FileHandle& file, std::size_t size) {
-    if (file) {
-        std::vector<char>& buffer = file.get_deleter().buffer;
-        buffer.resize(size);
-        std::ignore = std::setvbuf(file.get(), buffer.data(), _IOFBF, buffer.size());
-    }
-}
+void setBuffer(FileHandle& file, std::size_t size);
+
+/// A file that keeps nothing of what is written to it but how far that reaches.
+class CountedBytes {
+public:
+    /// Opens it for writing. This object must outlive the file.
+    FileHandle open();
+
+    /// The size that an ordinary file would have; complete when it is closed.
+    std::uint64_t size() const { return size_; }
+
+private:
+    std::uint64_t size_ = 0;
+    std::uint64_t position_ = 0;
+};
 
 } // namespace consolidator

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <locale>
 #include <new>
+#include <unistd.h>
 #include <utility>
 
 namespace consolidator {
@@ -33,6 +34,15 @@ InputFile::~InputFile() = default;
 
 bool InputFile::isOpen() const {
     return stream_.good();
+}
+
+void InputFile::beEmpty() {
+    auto* const file = dynamic_cast<std::filebuf*>(source_.get());
+    if (file != nullptr && file->close() == nullptr && access(fileName_->c_str(), F_OK) != 0) {
+        // It has not even been made yet.
+        diagnostic_ = Diagnostic();
+        stream_.clear();
+    }
 }
 
 bool InputFile::tryToParse() {

@@ -47,6 +47,10 @@ public:
     /// list then holds what came before the fault.
     virtual bool parse() = 0;
 
+    /// Reads an empty file instead, whatever is in this one, and also if there is none yet. For a
+    /// file that the run itself is going to replace; to be called before anything is read.
+    void beEmpty();
+
     /// Runs parse() if the input is open. False when it fails or throws, which is noted then; but
     /// lack of memory is thrown on.
     bool tryToParse();

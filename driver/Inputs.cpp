@@ -23,6 +23,13 @@ struct InputTarget {
 
 namespace {
 
+/// The database itself counts as an empty input.
+void readNothingOfItself(const InputTarget& target, const std::string& path, InputFile& reader) {
+    if (target.database.isReplaced(path)) {
+        reader.beEmpty();
+    }
+}
+
 /// Returns whether the input adds what it has.
 bool add(const InputTarget& target, InputKind kind, const std::string& path, InputFile& reader) {
     if (target.observer == nullptr) {
@@ -54,6 +61,7 @@ template <InputKind kind, typename Reader>
 void addAll(const InputTarget& target, const std::vector<std::string>& paths) {
     for (const std::string& path : paths) {
         Reader reader(path, target.err);
+        readNothingOfItself(target, path, reader);
         add(target, kind, path, reader);
     }
 }
@@ -63,6 +71,7 @@ void addLogicLocations(const InputTarget& target, const std::vector<std::string>
     LocationBudget budget; // one for all files of the run
     for (const std::string& path : paths) {
         LLFile reader(path, target.err);
+        readNothingOfItself(target, path, reader);
         if (reader.isOpen()) { // else it has nothing to add, not even a second kernel to the first
             reader.setProject(target.database.kernels());
         }
@@ -78,6 +87,7 @@ void addLogicLocations(const InputTarget& target, const std::vector<std::string>
 void addRamReports(const InputTarget& target, const std::vector<std::string>& paths) {
     for (const std::string& path : paths) {
         RAMFile reader(path, target.database.kernels(), target.err);
+        readNothingOfItself(target, path, reader);
         add(target, InputKind::RamReport, path, reader);
     }
 }

@@ -2,11 +2,13 @@
 
 #include "inspect/commands/Commands.h"
 #include "inspect/commands/UsageError.h"
-#include "inspect/export/PendingFile.h"
 #include "inspect/export/SqliteExport.h"
+#include "shared/FileReplacement.h"
 #include "shared/Printable.h"
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <ostream>
 #include <system_error>
@@ -34,21 +36,22 @@ std::string targetError(const std::string& path, bool force, const std::string& 
     return "";
 }
 
-/// Why the export has failed; empty if it has not.
+/// Why the export has failed; empty if it has not. Nothing is left of it then.
 std::string exportError(const Database& database, const std::string& path, bool force) {
-    PendingFile pending(path);
-    if (!pending.make()) {
-        return "cannot be written: " + pending.error();
+    FileReplacement output;
+    if (!output.make(path)) {
+        return std::string("cannot be written: ") + std::strerror(errno);
     }
     try {
-        SqliteFile file(pending.path());
+        SqliteFile file(output.begin());
         exportSqlite(database, file);
         file.close();
     } catch (const SqliteError& error) {
         return std::string("cannot be written: ") + error.what();
     }
-    const auto existing = force ? PendingFile::Existing::Replace : PendingFile::Existing::Keep;
-    return pending.putInPlace(existing) ? "" : "cannot be written: " + pending.error();
+    const auto existing =
+        force ? FileReplacement::Existing::Replace : FileReplacement::Existing::Keep;
+    return output.commit(existing) ? "" : std::string("cannot be written: ") + std::strerror(errno);
 }
 
 } // namespace

@@ -20,8 +20,8 @@ public:
 /// no use: so nothing is done to survive a crash in between.
 class SqliteFile {
 public:
-    /// Opens an empty file that exists.
-    explicit SqliteFile(const std::string& path);
+    /// Opens an empty file by a descriptor that stays the caller's.
+    explicit SqliteFile(int descriptor);
 
     /// Runs statements that give no rows.
     void execute(const std::string& statements);

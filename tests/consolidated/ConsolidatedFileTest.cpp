@@ -98,19 +98,18 @@ std::string writtenAfter(Fill fill) {
 
 using Opening = ConsolidatedFileTest;
 
-TEST_F(Opening, ANewFileFindsNothingAndMakesAnEmptyFile) {
+TEST_F(Opening, ANewFileFindsNothingAndMakesNoneYet) {
     EXPECT_TRUE(file_.open(directory_.path("db.bin"), false, false));
     EXPECT_EQ(file_.header().magic, 0xBEEFDAD4U);
     expectUntouched();
-    EXPECT_EQ(directory_.read("db.bin"), "");
+    EXPECT_FALSE(directory_.has("db.bin"));
 }
 
-TEST_F(Opening, ReadsTheFileBeforeItEmptiesIt) {
-    const std::string path =
-        directory_.write("db.bin", DatabaseBuilder().section(0, "demo").bytes());
-    EXPECT_TRUE(file_.open(path, false, false));
+TEST_F(Opening, ReadsTheFileAndLeavesItUntilItIsWritten) {
+    const std::string content = DatabaseBuilder().section(0, "demo").bytes();
+    EXPECT_TRUE(file_.open(directory_.write("db.bin", content), false, false));
     EXPECT_EQ(file_.project(), "demo");
-    EXPECT_EQ(directory_.read("db.bin"), "");
+    EXPECT_EQ(directory_.read("db.bin"), content);
 }
 
 TEST_F(Opening, ForADumpReadsTheFileAndLeavesIt) {
@@ -171,12 +170,11 @@ TEST_F(Opening, ForADumpStopsWhereReadingStopsOnOverlappingSections) {
     }
 }
 
-TEST_F(Opening, InCreateModeEmptiesTheFileWithoutReadingIt) {
-    const std::string path =
-        directory_.write("db.bin", DatabaseBuilder().section(0, "demo").version(2, 7).bytes());
-    EXPECT_TRUE(file_.open(path, true, false));
+TEST_F(Opening, InCreateModeDoesNotReadTheFile) {
+    const std::string content = DatabaseBuilder().section(0, "demo").version(2, 7).bytes();
+    EXPECT_TRUE(file_.open(directory_.write("db.bin", content), true, false));
     expectUntouched();
-    EXPECT_EQ(directory_.read("db.bin"), "");
+    EXPECT_EQ(directory_.read("db.bin"), content);
 }
 
 TEST_F(Opening, InCreateModeForADumpNeitherReadsNorEmptiesTheFile) {
