@@ -1,6 +1,13 @@
-#include "inspect/commands/SqliteCommand.h"
+// `consolidator-inspect sqlite DB OUT.sqlite`: the content as an SQLite database.
+//
+//     consolidator-inspect sqlite DB OUT            makes OUT, see SqliteExport.h
+//     consolidator-inspect sqlite --force DB OUT    replaces it
+//
+// Nothing is printed unless something is wrong. OUT appears when it is complete: an export that
+// fails leaves nothing behind.
 
 #include "inspect/commands/Commands.h"
+#include "inspect/commands/DatabaseCommand.h"
 #include "inspect/commands/UsageError.h"
 #include "inspect/export/SqliteExport.h"
 #include "shared/FileReplacement.h"
@@ -10,7 +17,9 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <memory>
 #include <ostream>
+#include <string>
 #include <system_error>
 
 namespace consolidator::inspect {
@@ -54,7 +63,17 @@ std::string exportError(const Database& database, const std::string& path, bool 
     return output.commit(existing) ? "" : std::string("cannot be written: ") + std::strerror(errno);
 }
 
-} // namespace
+class SqliteCommand final : public DatabaseCommand {
+public:
+    /// Adds the command to the command line.
+    explicit SqliteCommand(CLI::App& commandLine);
+
+private:
+    Status show(const Database& database, Console& console) override;
+
+    std::string output_;
+    bool force_ = false;
+};
 
 SqliteCommand::SqliteCommand(CLI::App& commandLine)
     : DatabaseCommand(
@@ -77,6 +96,8 @@ Status SqliteCommand::show(const Database& database, Console& console) {
     }
     return Status::Fine;
 }
+
+} // namespace
 
 std::unique_ptr<Command> makeSqliteCommand(CLI::App& commandLine) {
     return std::make_unique<SqliteCommand>(commandLine);
