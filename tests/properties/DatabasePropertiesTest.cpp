@@ -137,7 +137,7 @@ TEST_F(DatabaseProperties, AnotherProjectIsRefused) {
                   (CommandResult{1, "",
                                  "Error: consolidated file " + db + " has meta-data for project " +
                                      project + ", not specified project other\n"}));
-        EXPECT_EQ(directory.read("db"), "");
+        EXPECT_EQ(directory.read("db"), before);
     });
 }
 
