@@ -16,7 +16,7 @@ enum class ErrorCode {
     NotWellFormed,  ///< The text is not well-formed XML.
     UnexpectedRoot, ///< The root element is not the one that was asked for.
     InvalidValue,   ///< A value is not of its attribute's type.
-    UnsafeDocument, ///< The document type has declarations of its own.
+    UnsafeDocument, ///< Its document type would make a small document large.
     TooLarge,       ///< The document asks for more memory than its reader gives it.
 };
 

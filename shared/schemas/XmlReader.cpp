@@ -2,12 +2,21 @@
 
 #include "shared/schemas/Exceptions.h"
 
+// Expat declares the bounds for what entities may make of a document only for those who say that
+// its library handles entities, which every build does that is no miniature.
+#ifndef XML_DTD
+#define XML_DTD
+#endif
+#ifndef XML_GE
+#define XML_GE 1
+#endif
 #include <expat.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <memory>
 #include <new>
@@ -50,6 +59,22 @@ std::uint64_t columnOf(XML_Parser parser) {
 }
 #endif
 
+// What a document type may add to its document. `freeGrowth` is free, which small documents never
+// reach; beyond it, what is added may be so many times the document. Expat's own bounds for
+// entities (8 MiB, and 100 times) are those of a parser, which forgets what it has read. Here a
+// record is made of each element, and takes some 80 bytes for each of its own; so entities get
+// less. Default values make no elements: what is kept of them are their own bytes.
+constexpr std::uint64_t freeGrowth = std::uint64_t{1} << 20U;
+constexpr std::uint64_t mostByEntities = 4;
+constexpr std::uint64_t mostByDefaults = 100;
+
+/// Expat compares each attribute of an element that is declared with those before it.
+constexpr std::size_t mostAttributeDeclarations = std::size_t{1} << 15U;
+
+/// Expat expands an entity within another one on the call stack, before 2.7 without a bound. No
+/// chain is longer than there are entities that refer to others.
+constexpr std::size_t mostNestingEntities = 1000;
+
 struct ParserFree {
     void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
 };
@@ -79,25 +104,24 @@ public:
         }
         XML_SetUserData(parser_.get(), this);
         XML_SetElementHandler(parser_.get(), &TreeBuilder::onStart, &TreeBuilder::onEnd);
-        XML_SetStartDoctypeDeclHandler(parser_.get(), &TreeBuilder::onDoctype);
+        watchDocumentType();
     }
 
     void read(std::istream& stream) {
         int blockSize = firstBlock;
-        std::int64_t fed = 0;
         bool more = true;
         while (more) {
             // To be asked for first: a new buffer makes the parser forget it.
             const std::int64_t before = byteIndexOf(parser_.get());
             void* const block = XML_GetBuffer(parser_.get(), blockSize);
             if (block == nullptr) {
-                if (fed - before > largestPart) {
+                if (fed_ - before > largestPart) {
                     throw fault(ErrorCode::CannotRead, "one of its parts is too large");
                 }
                 throw std::bad_alloc();
             }
             stream.read(static_cast<char*>(block), blockSize);
-            fed += stream.gcount();
+            fed_ += stream.gcount();
             more = stream.good();
             if (stream.bad()) {
                 throw c_lmx_exception(ErrorCode::CannotRead, documentName_ + ": cannot be read");
@@ -118,6 +142,19 @@ private:
         void* element; ///< Null for a watcher.
     };
 
+    /// Parameter entities are expanded as long as they stand in the document: what is outside is
+    /// read by handlers, of which there are none.
+    void watchDocumentType() {
+        XML_Parser parser = parser_.get();
+        XML_SetParamEntityParsing(parser, XML_PARAM_ENTITY_PARSING_ALWAYS);
+        XML_SetBillionLaughsAttackProtectionActivationThreshold(parser, freeGrowth);
+        // Expat counts the document itself, too.
+        XML_SetBillionLaughsAttackProtectionMaximumAmplification(
+            parser, static_cast<float>(1 + mostByEntities));
+        XML_SetAttlistDeclHandler(parser, &TreeBuilder::onAttributeDeclaration);
+        XML_SetEntityDeclHandler(parser, &TreeBuilder::onEntityDeclaration);
+    }
+
     void parse(int length, bool isLast) {
         if (XML_ParseBuffer(parser_.get(), length, isLast ? 1 : 0) == XML_STATUS_OK) {
             return;
@@ -128,7 +165,10 @@ private:
         if (XML_GetErrorCode(parser_.get()) == XML_ERROR_NO_MEMORY) {
             throw std::bad_alloc(); // no fault of the document
         }
-        throw fault(ErrorCode::NotWellFormed, XML_ErrorString(XML_GetErrorCode(parser_.get())));
+        const XML_Error error = XML_GetErrorCode(parser_.get());
+        throw fault(error == XML_ERROR_AMPLIFICATION_LIMIT_BREACH ? ErrorCode::UnsafeDocument
+                                                                  : ErrorCode::NotWellFormed,
+                    XML_ErrorString(error));
     }
 
     c_lmx_reader_exception fault(ErrorCode code, const std::string& reason) const {
@@ -166,19 +206,49 @@ private:
         });
     }
 
-    static void onDoctype(void* self, const char* /*name*/, const char* /*systemId*/,
-                          const char* /*publicId*/, int hasInternalSubset) {
-        guarded(self, [=](TreeBuilder& builder) {
-            // Entities that are declared here could name each other until a few lines stand for
-            // gigabytes. An external document type is not read, and so does no harm.
-            if (hasInternalSubset != 0) {
+    static void onAttributeDeclaration(void* self, const char* /*element*/,
+                                       const char* /*attribute*/, const char* /*type*/,
+                                       const char* /*value*/, int /*isRequired*/) {
+        guarded(self, [](TreeBuilder& builder) {
+            if (++builder.attributeDeclarations_ > mostAttributeDeclarations) {
                 throw builder.fault(ErrorCode::UnsafeDocument,
-                                    "the document type has declarations of its own");
+                                    "the document type declares too many attributes");
             }
         });
     }
 
+    static void onEntityDeclaration(void* self, const char* /*name*/, int /*isParameter*/,
+                                    const char* value, int length, const char* /*base*/,
+                                    const char* /*systemId*/, const char* /*publicId*/,
+                                    const char* /*notation*/) {
+        guarded(self, [=](TreeBuilder& builder) {
+            const std::string_view text(value == nullptr ? "" : value,
+                                        static_cast<std::size_t>(length));
+            if (text.find_first_of("&%") != std::string_view::npos &&
+                ++builder.nestingEntities_ > mostNestingEntities) {
+                throw builder.fault(ErrorCode::UnsafeDocument,
+                                    "the document type has too many entities that refer to others");
+            }
+        });
+    }
+
+    /// Default values stand behind those of the tag. Expat takes no account of them.
+    void countDefaults(const char** attributes) {
+        attributes += XML_GetSpecifiedAttributeCount(parser_.get());
+        if (*attributes == nullptr) {
+            return;
+        }
+        for (; *attributes != nullptr; ++attributes) {
+            defaultBytes_ += std::strlen(*attributes) + 1;
+        }
+        if (defaultBytes_ > freeGrowth + mostByDefaults * static_cast<std::uint64_t>(fed_)) {
+            throw fault(ErrorCode::UnsafeDocument,
+                        "the document type adds too much in default values");
+        }
+    }
+
     void start(const char* name, const char** attributes) {
+        countDefaults(attributes);
         if (skipped_ > 0) {
             ++skipped_;
             return;
@@ -293,6 +363,10 @@ private:
     Parser parser_;
     std::vector<Open> open_;
     std::size_t skipped_ = 0; ///< Open elements from the outermost unknown one on.
+    std::int64_t fed_ = 0;    ///< Bytes of the document that the parser has.
+    std::size_t attributeDeclarations_ = 0;
+    std::size_t nestingEntities_ = 0; ///< Declared ones that may refer to others.
+    std::uint64_t defaultBytes_ = 0;  ///< Of attributes that elements got by declarations.
     std::exception_ptr failure_;
 };
 

@@ -2,10 +2,20 @@
 // Binding.h).
 //
 // The document must be well-formed. Elements and attributes that no table names are skipped, with
-// all that they contain. Nothing outside the document is ever fetched, and a document type with
-// declarations of its own is refused: entities and default values could make a small document
-// expand without bound. With a document type that names an external one, a reference to an entity
-// that is declared nowhere in the document reads as nothing.
+// all that they contain.
+//
+// A document type counts as far as it stands in the document: its entities are expanded, parameter
+// entities too, and elements get the default values that it declares. Nothing outside the document
+// is ever fetched. A reference to an external entity reads as nothing in text and is a fault in an
+// attribute. So is a reference to an entity that is not declared at all, unless what is outside may
+// declare it: there is an external subset, or a reference to a parameter entity. Then it reads as
+// nothing in either place. Declarations behind a reference to an external parameter entity do not
+// count.
+//
+// So that a small document cannot become large: what its entities add may be up to 1 MiB, or 4
+// times the document, what default values add up to 1 MiB and 100 times the document, and a
+// document type may declare 2^15 attributes and 1000 entities that refer to others. Beyond it, the
+// document is refused as unsafe.
 //
 // The document comes in blocks, from files or pipes of any size, and its nesting may be as deep as
 // memory allows: open elements are kept in a list, not on the call stack.

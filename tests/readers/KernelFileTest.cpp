@@ -10,6 +10,7 @@
 #include "tests/support/Fifo.h"
 #include "tests/support/MemoryFile.h"
 #include "tests/support/Reading.h"
+#include "tests/support/Repeated.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -387,9 +388,25 @@ TEST(KernelFile, RefusesOtherRoots) {
     expectRefused(documentOfCore("").substr(std::string_view("<project>").size()));
 }
 
-TEST(KernelFile, RefusesDocumentTypesWithDeclarations) {
-    expectRefused("<!DOCTYPE project [<!ENTITY a \"b\">]><project/>");
+TEST(KernelFile, ReadsDocumentsWithATypeOfTheirOwn) {
+    const std::string type = "<?xml version=\"1.0\"?>\n"
+                             "<!DOCTYPE project SYSTEM \"missing.dtd\" [\n"
+                             "  <!ELEMENT project (platform)*>\n"
+                             "  <!ATTLIST arg name CDATA #REQUIRED type CDATA \"int\">\n"
+                             "  <!ENTITY more '<arg name=\"c\" type=\"&t;&lt;8>\"/>'>\n"
+                             "  <!ENTITY t \"uint\">\n"
+                             "]>\n";
+    EXPECT_EQ(kernelsOf(type + documentOfCore("<kernel name=\"k\"><arg name=\"a\"/>"
+                                              "<arg name=\"b\" type=\"&t;\"/>&more;</kernel>")),
+              kernelsOf(documentOfCore("<kernel name=\"k\"><arg name=\"a\" type=\"int\"/>"
+                                       "<arg name=\"b\" type=\"uint\"/>"
+                                       "<arg name=\"c\" type=\"uint&lt;8>\"/></kernel>")));
     EXPECT_THAT(kernelsOf("<!DOCTYPE project SYSTEM \"missing.dtd\"><project/>"), IsEmpty());
+}
+
+TEST(KernelFile, RefusesDocumentTypesThatWouldMakeItLarge) {
+    expectRefused("<!DOCTYPE project [<!ENTITY a '" + repeated("<kernel/>", 1000) +
+                  "'><!ENTITY b '" + repeated("&a;", 1000) + "'>]>" + documentOfCore("&b;"));
 }
 
 TEST(KernelFile, TakesNoKernelOfADocumentWithAFaultBehindIt) {

@@ -7,7 +7,6 @@
 #include "tests/support/Bytes.h"
 #include "tests/support/Elements.h"
 #include "tests/support/Repeated.h"
-#include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,8 +21,6 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <sys/inotify.h>
-#include <unistd.h>
 #include <vector>
 
 namespace consolidator::test {
@@ -483,102 +480,6 @@ TEST(Encoding, OfUtf16MustBeWhole) {
 TEST(Encoding, MustBeKnown) {
     expectRefused("<?xml version=\"1.0\" encoding=\"x-unknown\"?><project/>");
     expectRefused("<?xml version=\"1.0\" encoding=\"UTF-16\"?><project/>");
-}
-
-// Document types
-
-TEST(DocumentType, MayHaveANameAndAnExternalId) {
-    for (const char* const type :
-         {"<!DOCTYPE project>", "<!DOCTYPE design>", "<!DOCTYPE project SYSTEM \"missing.dtd\">",
-          "<!DOCTYPE project PUBLIC \"-//demo\" \"missing.dtd\">",
-          "<!DOCTYPE project SYSTEM \"http://localhost:9/missing.dtd\">"}) {
-        EXPECT_EQ(accepted(std::string(type) + "<project name=\"demo\"/>").name, given("demo"));
-    }
-}
-
-TEST(DocumentType, MustNotHaveDeclarationsOfItsOwn) {
-    for (const char* const type :
-         {"<!DOCTYPE project []>", "<!DOCTYPE project [ ]>",
-          "<!DOCTYPE project SYSTEM \"missing.dtd\" []>", "<!DOCTYPE project [<!ENTITY a \"b\">]>",
-          "<!DOCTYPE project [<!ELEMENT project ANY>]>",
-          "<!DOCTYPE project [<!ATTLIST project name CDATA \"x\">]>",
-          "<!DOCTYPE project [<!ENTITY % a SYSTEM \"missing.dtd\"> %a;]>",
-          "<!DOCTYPE project [<!ENTITY a SYSTEM \"missing.txt\">]>"}) {
-        expectRefused(std::string(type) + "<project name=\"demo\"/>", ErrorCode::UnsafeDocument);
-    }
-}
-
-TEST(DocumentType, IsRefusedBeforeAnythingIsTaken) {
-    const Outcome outcome = read("<?xml version=\"1.0\"?>\n<!DOCTYPE project [\n"
-                                 "<!ATTLIST project name CDATA \"x\">]>\n<project/>");
-    EXPECT_EQ(outcome.code, ErrorCode::UnsafeDocument);
-    EXPECT_EQ(outcome.line, 2U);
-    EXPECT_EQ(outcome.project, Mekto::Project());
-}
-
-TEST(DocumentType, CannotMakeASmallDocumentExpand) {
-    std::string document = "<!DOCTYPE project [<!ENTITY e0 \"xxxxxxxxxx\">";
-    for (int i = 1; i < 20; ++i) {
-        const std::string inner = "&e" + std::to_string(i - 1) + ";";
-        document += "<!ENTITY e" + std::to_string(i) + " \"" + repeated(inner, 10) + "\">";
-    }
-    expectRefused(document + "]><project name=\"&e19;\"/>", ErrorCode::UnsafeDocument);
-    expectRefused("<!DOCTYPE project [<!ENTITY a \"&b;\"><!ENTITY b \"&a;\">]>"
-                  "<project name=\"&a;\"/>",
-                  ErrorCode::UnsafeDocument);
-}
-
-TEST(DocumentType, MustBeWellFormedItself) {
-    expectRefused("<!DOCTYPE>");
-    expectRefused("<!DOCTYPE project SYSTEM><project/>");
-    expectRefused("<!DOCTYPE project><!DOCTYPE project><project/>");
-    expectRefused("<project/><!DOCTYPE project>");
-}
-
-/// Notices whether a file gets opened.
-class OpeningWatch {
-public:
-    explicit OpeningWatch(const std::string& path)
-        : descriptor_(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
-        if (inotify_add_watch(descriptor_, path.c_str(), IN_OPEN) < 0) {
-            throw std::runtime_error("cannot watch " + path);
-        }
-    }
-    ~OpeningWatch() { close(descriptor_); }
-    OpeningWatch(const OpeningWatch&) = delete;
-    OpeningWatch& operator=(const OpeningWatch&) = delete;
-
-    /// True if it was opened since this was asked last.
-    bool wasOpened() const {
-        std::array<char, 4096> events{};
-        return ::read(descriptor_, events.data(), events.size()) > 0;
-    }
-
-private:
-    int descriptor_;
-};
-
-TEST(DocumentType, IsNeverFetched) {
-    const TemporaryDirectory directory;
-    const std::string path = directory.write("project.dtd", "<!ENTITY outside \"fetched\">\n"
-                                                            "<!ATTLIST project name CDATA "
-                                                            "\"fetched\">\n");
-    const OpeningWatch watch(path);
-    EXPECT_EQ(directory.read("project.dtd").substr(0, 8), "<!ENTITY");
-    EXPECT_TRUE(watch.wasOpened());
-    for (const std::string& id : {path, "file://" + path}) {
-        for (const std::string kind : {"SYSTEM", "PUBLIC \"-//demo\""}) {
-            const Mekto::Project project =
-                accepted("<!DOCTYPE project " + kind + " \"" + id + "\">\n" +
-                         documentAround("<description>&outside;</description>"));
-            EXPECT_FALSE(project.name.present);
-            EXPECT_THAT(project.platform.at(0).description, ElementsAre(""));
-        }
-    }
-    expectRefused("<!DOCTYPE project [<!ENTITY outside SYSTEM \"" + path +
-                      "\">]><project name=\"&outside;\"/>",
-                  ErrorCode::UnsafeDocument);
-    EXPECT_FALSE(watch.wasOpened());
 }
 
 // Damaged documents

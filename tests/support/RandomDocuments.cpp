@@ -77,9 +77,11 @@ const Names beginnings{"",
                        "<?xml version=\"1.0\"?>\n",
                        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!-- made by hand -->\n",
                        "\n\n<?tool?>\n"};
-const Names oddBeginnings{"\xEF\xBB\xBF", "<!DOCTYPE project>\n",
+const Names oddBeginnings{"\xEF\xBB\xBF",
+                          "<!DOCTYPE project>\n",
                           "<!DOCTYPE project SYSTEM \"missing.dtd\">\n",
                           "<!DOCTYPE project [<!ENTITY a \"b\">]>\n",
+                          "<!DOCTYPE project [<!ATTLIST arg type CDATA \"int\">]>\n",
                           "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n"};
 
 } // namespace
