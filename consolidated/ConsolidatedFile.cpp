@@ -478,14 +478,18 @@ bool ConsolidatedFile::copySection(SectionType type, std::FILE* output) {
 }
 
 void ConsolidatedFile::printHeader(std::ostream& out) const {
-    out << "Magic number: " << header_.magic << std::endl;
-    out << "Major Version: " << header_.majorVersion << std::endl;
-    out << "Minor Version: " << header_.minorVersion << std::endl;
-    out << "Num sections: " << header_.sectionCount << std::endl;
+    // Whatever the stream's locale is, the numbers are plain.
+    const auto line = [&out](std::string_view what, std::uint64_t number) {
+        out << what << ": " << std::to_string(number) << std::endl;
+    };
+    line("Magic number", header_.magic);
+    line("Major Version", header_.majorVersion);
+    line("Minor Version", header_.minorVersion);
+    line("Num sections", header_.sectionCount);
     for (std::size_t i = 0; i < sections_.size(); ++i) {
-        out << "Section " << i << ": " << sections_[i].type << std::endl;
-        out << "Offset: " << sections_[i].offset << std::endl;
-        out << "Size: " << sections_[i].size << std::endl;
+        line("Section " + std::to_string(i), sections_[i].type);
+        line("Offset", sections_[i].offset);
+        line("Size", sections_[i].size);
     }
 }
 

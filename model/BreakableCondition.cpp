@@ -4,7 +4,6 @@
 #include "model/JsonText.h"
 #include "shared/KeyedHash.h"
 
-#include <ostream>
 #include <tuple>
 
 namespace consolidator {
@@ -36,26 +35,23 @@ bool BreakableCondition::operator==(const BreakableCondition& other) const {
 }
 
 void BreakableCondition::writeJson(std::ostream& out) const {
-    out << "{ ";
+    JsonBlock json(out);
+    json.add("{ ");
     switch (kind) {
     case Start:
-        out << "\"Start\":true, ";
+        json.add("\"Start\":true, ");
         break;
     case Stop:
-        out << "\"Stop\":true, ";
+        json.add("\"Stop\":true, ");
         break;
     case FileLine:
-        out << "\"File\":";
-        writeQuoted(out, file);
-        out << ", \"Line\":" << line << ", ";
+        json.add("\"File\":").addQuoted(file).add(", \"Line\":").add(line).add(", ");
         break;
     default:
-        out << "\"Error\":1, ";
+        json.add("\"Error\":1, ");
         break;
     }
-    out << "\"Cond\":";
-    writeQuoted(out, condition);
-    out << "}";
+    json.add("\"Cond\":").addQuoted(condition).add("}");
 }
 
 std::uint32_t BreakableCondition::write(std::FILE* stream) const {

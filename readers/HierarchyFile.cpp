@@ -29,6 +29,14 @@ KernelType typeOf(std::string_view word) {
     return KernelType::Unknown;
 }
 
+/// A version in six digits at most, the same in every locale: "1", "2.5".
+std::string versionText(double version) {
+    std::ostringstream text;
+    text.imbue(std::locale::classic());
+    text << version;
+    return text.str();
+}
+
 } // namespace
 
 bool HierarchyFile::parse() {
@@ -94,11 +102,8 @@ bool HierarchyFile::readVersion() {
     // Before the failure: a number too large for a float fails too, and counts as the largest one.
     if (static_cast<double>(version_) > supportedVersion) {
         reportUnsupportedVersion();
-        std::ostringstream reason;
-        reason.imbue(std::locale::classic());
-        reason << "version " << static_cast<double>(version_) << " is above " << supportedVersion
-               << ", the highest that is known";
-        return stop(wordLine_, reason.str());
+        return stop(wordLine_, "version " + versionText(version_) + " is above " +
+                                   versionText(supportedVersion) + ", the highest that is known");
     }
     if (noNumber) {
         return stop(wordLine_, stream_.bad() ? "the file cannot be read"
@@ -117,8 +122,8 @@ void HierarchyFile::reportUnsupportedVersion() {
         errors_.setstate(std::ios::badbit);
     }
     errors_ << std::endl;
-    errors_ << "Version: " << static_cast<double>(version_) << std::endl;
-    errors_ << "Supported Version: " << supportedVersion << std::endl;
+    errors_ << "Version: " << versionText(version_) << std::endl;
+    errors_ << "Supported Version: " << versionText(supportedVersion) << std::endl;
 }
 
 bool HierarchyFile::readInstance(std::string& word) {

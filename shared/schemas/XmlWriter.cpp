@@ -39,7 +39,7 @@ void writeEscaped(std::ostream& out, std::string_view text) {
         case '\t':
         case '\n':
         case '\r':
-            out << "&#" << static_cast<int>(c) << ';';
+            out << "&#" << std::to_string(static_cast<int>(c)) << ';';
             break;
         default:
             out << c;
