@@ -36,7 +36,9 @@ constexpr std::uint64_t overlapAllowance = std::uint64_t{64} * 1024;
 /// Every section of a kind is written with the same content. Project names repeat by design, one a
 /// run; other kinds only in files that were made by hand or damaged, where repeating them each time
 /// would double the file with every run. Further sections are written while their kind holds less
-/// than this.
+/// than this; project names, while they hold less than this and the file that was read. In a file
+/// that was written each entry has its own payload, so no series of runs ever gets there; a table
+/// with a million entries for one long name does.
 constexpr std::uint64_t repeatAllowance = std::uint64_t{1024} * 1024;
 
 /// Records are small and many. More than this saves little, and makes blocks of JSON text, which
@@ -136,7 +138,9 @@ std::size_t ConsolidatedFile::sectionsToRead() const {
 }
 
 bool ConsolidatedFile::readSections(std::FILE* file) {
-    std::uint64_t left = overlapAllowance + sizeOf(file);
+    const std::uint64_t size = sizeOf(file);
+    nameRoom_ += size;
+    std::uint64_t left = overlapAllowance + size;
     const std::size_t count = sectionsToRead();
     for (std::size_t i = 0; i < sections_.size(); ++i) {
         SectionEntry& entry = sections_[i];
@@ -210,6 +214,7 @@ void ConsolidatedFile::setProject(std::string_view name) {
     const auto size = static_cast<std::uint32_t>(name.size());
     sections_.push_back(SectionEntry::make(SectionType::ProjectName, size));
     project_ = name;
+    nameRoom_ += name.size();
 }
 
 void ConsolidatedFile::addDwarf(const std::string& path) {
@@ -343,7 +348,8 @@ void ConsolidatedFile::writePayloads() {
     std::vector<SectionEntry> kept;
     for (SectionEntry& entry : sections_) {
         std::uint64_t& bytes = written[entry.type];
-        if (bytes < repeatAllowance && writeSection(entry)) {
+        const std::uint64_t room = entry.is(SectionType::ProjectName) ? nameRoom_ : 0;
+        if (bytes < repeatAllowance + room && writeSection(entry)) {
             bytes += hasPayload(entry) ? entry.size : 0;
             kept.push_back(entry);
         }

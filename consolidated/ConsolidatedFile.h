@@ -55,8 +55,9 @@ namespace consolidator {
 /// What a damaged or hostile file costs is bounded by its size: reading ends, as at any damage,
 /// when the sections together have been 64 KiB longer than the file, which only overlapping ones
 /// can be. When it is written again, a kind of section is repeated only while its sections hold
-/// less than 1 MiB; entries beyond that go, and leave a gap between the table and the first
-/// payload.
+/// less than 1 MiB, and project names while they hold less than that and the file together, which
+/// those of a series of runs always do; entries beyond that go, and leave a gap between the table
+/// and the first payload.
 class ConsolidatedFile {
 public:
     /// The first 16 bytes of the file.
@@ -173,6 +174,7 @@ private:
     Header header_;
     std::vector<SectionEntry> sections_; ///< In file order.
     std::string project_;
+    std::uint64_t nameRoom_ = 0; ///< Bytes of the files that were read and the names that were set.
     std::optional<std::string> dwarf_;
     UniqueList<Kernel, ByName> kernels_;
     bool isTranslated_ = false; ///< The conditions are, by a writing that was given up.

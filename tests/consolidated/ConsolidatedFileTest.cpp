@@ -8,6 +8,7 @@
 #include "tests/support/Kernels.h"
 #include "tests/support/KnownKernels.h"
 #include "tests/support/MemoryFile.h"
+#include "tests/support/Repeated.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -691,11 +692,13 @@ std::size_t namesWritten(std::size_t length) {
     return file.sections().size() - 1;
 }
 
-TEST_F(Writing, RepeatsASectionWhileItsKindHoldsLessThanAMebibyte) {
+TEST_F(Writing, RepeatsProjectNamesWhileTheyHoldAMebibyteMoreThanThereWas) {
+    // There were 16 + 2000 * 24 bytes in the file, and the name.
     EXPECT_EQ(namesWritten(20), 2001U);
-    EXPECT_EQ(namesWritten(1000), 1049U);
-    EXPECT_EQ(namesWritten(1'048'575), 2U);
-    EXPECT_EQ(namesWritten(1'048'576), 1U);
+    EXPECT_EQ(namesWritten(1000),
+              1098U); // 1,048,576 + 48,016 + 1000 bytes, of which 1097 leave some
+    EXPECT_EQ(namesWritten(1'048'575), 3U);
+    EXPECT_EQ(namesWritten(3'000'000), 2U);
 }
 
 TEST_F(Writing, LeavesNoEntryForASectionThatIsNotRepeated) {
@@ -751,6 +754,64 @@ TEST_F(Writing, ReadsBackWhatItWrote) {
     EXPECT_EQ(file_.project(), "demo");
     EXPECT_EQ(file_.dwarf(), "blob");
     EXPECT_THAT(namesOf(file_.kernels()), ElementsAre("scale_rows", ""));
+}
+
+using RepeatedSections = ConsolidatedFileTest;
+
+TEST_F(RepeatedSections, AreAllKeptWhenTheyAreTheProjectNamesOfRuns) {
+    const std::string path = directory_.path("db.bin");
+    const std::string name(100'000, 'n');
+    for (std::size_t runs = 1; runs <= 25; ++runs) { // 2.5 MB in the end
+        {
+            ConsolidatedFile file;
+            ASSERT_TRUE(file.open(path, runs == 1, false));
+            file.setProject(name);
+            file.write();
+        }
+        ConsolidatedFile written;
+        ASSERT_TRUE(written.readExisting(path));
+        ASSERT_EQ(std::ranges::count_if(written.sections(),
+                                        [&](const SectionEntry& entry) {
+                                            return entry.is(SectionType::ProjectName) &&
+                                                   entry.size == name.size();
+                                        }),
+                  runs);
+    }
+}
+
+TEST_F(RepeatedSections, AreAllKeptWhenOneRunSetsManyNames) {
+    ASSERT_TRUE(file_.open(directory_.path("db.bin"), true, false));
+    for (int i = 0; i < 25; ++i) {
+        file_.setProject(std::string(100'000, 'n'));
+    }
+    file_.write();
+    EXPECT_THAT(file_.sections(), SizeIs(26)); // and the JSON
+}
+
+TEST_F(RepeatedSections, GoWhenManyProjectNamesLieOverOneAnother) {
+    constexpr std::uint32_t entries = 4000;
+    const std::string name(100'000, 'n');
+    const std::string path = directory_.write(
+        "db.bin", header(entries) + repeated(entry(0, 16 + 24 * entries, 100'000), entries) + name);
+    for (int run = 0; run < 3; ++run) {
+        ConsolidatedFile file;
+        ASSERT_TRUE(file.open(path, false, false));
+        EXPECT_EQ(file.project(), name);
+        file.write();
+        // The file has 196,016 bytes, and 1 MiB is 1,048,576: the 13th name gets beyond both.
+        EXPECT_THAT(file.sections(), SizeIs(13 + 1));
+    }
+}
+
+TEST_F(RepeatedSections, OfOtherKindsGoBeyondAMebibyte) {
+    const std::string blob(100'000, 'b');
+    DatabaseBuilder builder;
+    for (int i = 0; i < 25; ++i) {
+        builder.section(1, blob);
+    }
+    ASSERT_TRUE(file_.open(directory_.write("db.bin", builder.bytes()), false, false));
+    file_.write();
+    EXPECT_THAT(file_.sections(), SizeIs(11 + 1));
 }
 
 using Dumping = ConsolidatedFileTest;
