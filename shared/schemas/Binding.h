@@ -72,6 +72,13 @@ struct ChildRow {
     const void* (*at)(const void* element, std::size_t index);
 };
 
+/// A namespace that an element declares: xmlns:PREFIX="URI", or xmlns="URI" for an empty prefix,
+/// which alone may have an empty URI.
+struct NamespaceDeclaration {
+    std::string_view prefix;
+    std::string_view uri;
+};
+
 /// The tables of one element class. A class that holds only text has no rows.
 struct ElementKind {
     std::span<const AttributeRow> attributes = {};
@@ -80,6 +87,9 @@ struct ElementKind {
 
     /// Called once an element has been read, with its attributes and children. May throw Refusal.
     void (*end)(void* element) = nullptr;
+
+    /// For writing only; readers look at no namespaces.
+    std::span<const NamespaceDeclaration> namespaces = {};
 };
 
 /// The row of children that are read into the object of their parent, each over the one before it,

@@ -23,16 +23,23 @@ enum class ErrorCode {
 /// The code in words.
 std::string_view get_error_description(ErrorCode code); // NOLINT(readability-identifier-naming)
 
-/// A document that cannot be read. The text is made for users: file, line, column and reason.
-class c_lmx_exception : public std::runtime_error { // NOLINT(readability-identifier-naming)
+/// The base of all that is thrown when a document cannot be read. The text is made for users: file,
+/// line, column and reason.
+class lmx_exception : public std::runtime_error { // NOLINT(readability-identifier-naming)
 public:
-    c_lmx_exception(ErrorCode code, const std::string& text)
+    lmx_exception(ErrorCode code, const std::string& text)
         : std::runtime_error(text), code_(code) {}
 
     ErrorCode code() const { return code_; }
 
 private:
     ErrorCode code_;
+};
+
+/// A document that cannot be read as a whole, as its file cannot be opened.
+class c_lmx_exception : public lmx_exception { // NOLINT(readability-identifier-naming)
+public:
+    using lmx_exception::lmx_exception;
 };
 
 /// A fault at a place inside a document.

@@ -1,9 +1,9 @@
 #include "shared/schemas/XmlWriter.h"
 
-#include <cstddef>
+#include <algorithm>
 #include <optional>
+#include <ranges>
 #include <string>
-#include <vector>
 
 namespace lmx60 {
 
@@ -48,8 +48,13 @@ void writeEscaped(std::ostream& out, std::string_view text) {
     }
 }
 
-void writeStartTag(std::ostream& out, const Open& open) {
+/// Begins an element, which stays the innermost of `scope`.
+void writeStartTag(std::ostream& out, const Open& open, NamespaceScope& scope,
+                   std::span<const NamespaceDeclaration> more = {}) {
     out << '<' << open.name;
+    scope.enter();
+    conditionally_write_ns_attrs(out, more, scope);
+    conditionally_write_ns_attrs(out, open.kind->namespaces, scope);
     for (const AttributeRow& row : open.kind->attributes) {
         if (const std::optional<std::string> text = row.text(open.element)) {
             out << ' ' << row.name << "=\"";
@@ -60,10 +65,9 @@ void writeStartTag(std::ostream& out, const Open& open) {
     out << '>';
 }
 
-void writeTextElement(std::ostream& out, const Open& open) {
-    writeStartTag(out, open);
-    writeEscaped(out, *static_cast<const std::string*>(open.element));
+void writeEndTag(std::ostream& out, const Open& open, NamespaceScope& scope) {
     out << "</" << open.name << ">\n";
+    scope.leave();
 }
 
 /// The next child of the element that is due; nothing when all have been written.
@@ -79,22 +83,64 @@ std::optional<Open> nextChild(Open& parent) {
 
 } // namespace
 
+void NamespaceScope::enter() {
+    elements_.push_back(declared_.size());
+}
+
+void NamespaceScope::leave() {
+    for (; declared_.size() > elements_.back(); declared_.pop_back()) {
+        uris_.at(declared_.back()).pop_back();
+    }
+    elements_.pop_back();
+}
+
+bool NamespaceScope::declare(const NamespaceDeclaration& declaration) {
+    std::vector<std::string_view>& uris = uris_[declaration.prefix];
+    const std::string_view current = uris.empty() ? std::string_view() : uris.back();
+    const auto own = std::ranges::subrange(
+        declared_.begin() + static_cast<std::ptrdiff_t>(elements_.back()), declared_.end());
+    if (current == declaration.uri || std::ranges::find(own, declaration.prefix) != own.end()) {
+        return false;
+    }
+    uris.push_back(declaration.uri);
+    declared_.push_back(declaration.prefix);
+    return true;
+}
+
+// NOLINTNEXTLINE(readability-identifier-naming)
+void conditionally_write_ns_attrs(std::ostream& out,
+                                  std::span<const NamespaceDeclaration> declarations,
+                                  NamespaceScope& scope) {
+    for (const NamespaceDeclaration& declaration : declarations) {
+        if (scope.declare(declaration)) {
+            out << " xmlns" << (declaration.prefix.empty() ? "" : ":") << declaration.prefix
+                << "=\"";
+            writeEscaped(out, declaration.uri);
+            out << '"';
+        }
+    }
+}
+
 void writeDocument(std::ostream& out, std::string_view rootName, const ElementKind& kind,
-                   const void* root) {
+                   const void* root, std::span<const NamespaceDeclaration> namespaces) {
     out << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
     // Elements nest as deep as they like, so the open ones are kept in a list.
     std::vector<Open> open{{rootName, &kind, root}};
-    writeStartTag(out, open.back());
+    NamespaceScope scope;
+    writeStartTag(out, open.back(), scope, namespaces);
     out << '\n';
     while (!open.empty()) {
         const std::optional<Open> child = nextChild(open.back());
         if (!child) {
-            out << "</" << open.back().name << ">\n";
+            writeEndTag(out, open.back(), scope);
             open.pop_back();
-        } else if (child->kind->isText) {
-            writeTextElement(out, *child);
+            continue;
+        }
+        writeStartTag(out, *child, scope);
+        if (child->kind->isText) {
+            writeEscaped(out, *static_cast<const std::string*>(child->element));
+            writeEndTag(out, *child, scope);
         } else {
-            writeStartTag(out, *child);
             out << '\n';
             open.push_back(*child);
         }

@@ -21,6 +21,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace consolidator::test {
@@ -660,6 +661,27 @@ TEST(DocumentWatcher, MayEndIt) {
     EXPECT_THROW(watch("<project/>", impatient), std::length_error);
 }
 
+TEST(Exception, OfAnyKindHasOneBaseWithCodeAndText) {
+    Mekto::Project project;
+    for (const auto& [document, code] : {std::pair("<project", ErrorCode::NotWellFormed),
+                                         std::pair("<design/>", ErrorCode::UnexpectedRoot)}) {
+        try {
+            project.readMemory(document);
+            FAIL() << document;
+        } catch (const lmx60::lmx_exception& exception) {
+            EXPECT_EQ(exception.code(), code);
+            EXPECT_THAT(exception.what(), HasSubstr("document:1:"));
+        }
+    }
+    try {
+        project.readFile("missing/kernel.xml");
+        FAIL();
+    } catch (const lmx60::lmx_exception& exception) {
+        EXPECT_EQ(exception.code(), ErrorCode::CannotOpen);
+        EXPECT_THAT(exception.what(), HasSubstr("missing/kernel.xml"));
+    }
+}
+
 TEST(Exception, HoldsCodeAndText) {
     const lmx60::c_lmx_exception exception(ErrorCode::CannotOpen, "kernel.xml: is not there");
     EXPECT_EQ(exception.code(), ErrorCode::CannotOpen);
@@ -683,6 +705,7 @@ TEST(ReaderException, IsCaughtAsTheGeneralOne) {
         throw lmx60::c_lmx_reader_exception(ErrorCode::NotWellFormed, "kernel.xml", 1, 1, "x");
     };
     EXPECT_THROW(fail(), lmx60::c_lmx_exception);
+    EXPECT_THROW(fail(), lmx60::lmx_exception);
     EXPECT_THROW(fail(), std::runtime_error);
 }
 

@@ -8,6 +8,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <span>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -162,6 +164,118 @@ TEST(XmlWriter, GivesEveryCharacterBack) {
     text += "\x7F \n";
     const Mekto::Project project = projectWith(text, {text, "", " ", "\n"});
     EXPECT_EQ(projectOf(documentOf(project)), project);
+}
+
+// Namespaces
+
+using lmx60::NamespaceDeclaration;
+
+/// A list whose tables declare two namespaces, of lists that do so too, and of others.
+struct OtherList;
+struct List {
+    std::vector<List> list;
+    std::vector<OtherList> other;
+    static const lmx60::ElementKind& kind();
+};
+struct OtherList {
+    std::vector<List> list;
+    static const lmx60::ElementKind& kind();
+};
+
+const lmx60::ElementKind& List::kind() {
+    static constexpr std::array namespaces{NamespaceDeclaration{"", "urn:list"},
+                                           NamespaceDeclaration{"x", "urn:x&y"}};
+    static constexpr std::array children{lmx60::child<&List::list>("list"),
+                                         lmx60::child<&List::other>("other")};
+    static constexpr lmx60::ElementKind table{.children = children, .namespaces = namespaces};
+    return table;
+}
+
+const lmx60::ElementKind& OtherList::kind() {
+    static constexpr std::array namespaces{NamespaceDeclaration{"", ""}};
+    static constexpr std::array children{lmx60::child<&OtherList::list>("list")};
+    static constexpr lmx60::ElementKind table{.children = children, .namespaces = namespaces};
+    return table;
+}
+
+std::string documentOf(const List& list, std::span<const NamespaceDeclaration> namespaces = {}) {
+    std::ostringstream out;
+    lmx60::writeDocument(out, "list", List::kind(), &list, namespaces);
+    return out.str().substr(declaration.size());
+}
+
+const std::string listTag = "<list xmlns=\"urn:list\" xmlns:x=\"urn:x&amp;y\">\n";
+
+TEST(XmlWriter, DeclaresNamespacesWhereTheyAreNotInScope) {
+    List list;
+    EXPECT_EQ(documentOf(list), listTag + "</list>\n");
+    list.list.resize(2);
+    list.list[0].list.resize(1);
+    EXPECT_EQ(documentOf(list), listTag + "<list>\n<list>\n</list>\n</list>\n<list>\n</list>\n"
+                                          "</list>\n");
+}
+
+TEST(XmlWriter, DeclaresNamespacesAgainWhereAnotherOneHasTheirPrefix) {
+    List list;
+    list.other.resize(2);
+    list.other[0].list.resize(2);
+    EXPECT_EQ(documentOf(list), listTag + "<other xmlns=\"\">\n"
+                                          "<list xmlns=\"urn:list\">\n</list>\n"
+                                          "<list xmlns=\"urn:list\">\n</list>\n"
+                                          "</other>\n"
+                                          "<other xmlns=\"\">\n</other>\n</list>\n");
+}
+
+TEST(XmlWriter, DeclaresAtTheRootWhatItsCallerWants) {
+    const std::array wanted{NamespaceDeclaration{"y", "urn:y"},
+                            NamespaceDeclaration{"x", "urn:x&y"}};
+    EXPECT_EQ(documentOf(List(), wanted),
+              "<list xmlns:y=\"urn:y\" xmlns:x=\"urn:x&amp;y\" xmlns=\"urn:list\">\n</list>\n");
+}
+
+TEST(XmlWriter, DeclaresAPrefixOnceInATag) {
+    const std::array wanted{NamespaceDeclaration{"", "urn:mine"},
+                            NamespaceDeclaration{"", "urn:mine"},
+                            NamespaceDeclaration{"x", "urn:mine"}};
+    List list;
+    list.list.resize(1);
+    EXPECT_EQ(documentOf(list, wanted),
+              "<list xmlns=\"urn:mine\" xmlns:x=\"urn:mine\">\n" + listTag + "</list>\n</list>\n");
+}
+
+TEST(XmlWriter, WritesNamespacesThatItsReaderPassesOver) {
+    const std::array wanted{NamespaceDeclaration{"", "urn:demo"}};
+    const Mekto::Project project = projectOf(everyElementDocument());
+    std::ostringstream out;
+    lmx60::writeDocument(out, "project", Mekto::Project::kind(), &project, wanted);
+    EXPECT_THAT(out.str(), HasSubstr("<project xmlns=\"urn:demo\" "));
+    EXPECT_EQ(projectOf(out.str()), project);
+}
+
+TEST(NamespaceScope, WritesWhatIsNotInScope) {
+    lmx60::NamespaceScope scope;
+    const auto written = [&](const NamespaceDeclaration& one) {
+        std::ostringstream out;
+        lmx60::conditionally_write_ns_attrs(out, std::array{one}, scope);
+        return out.str();
+    };
+    scope.enter();
+    EXPECT_EQ(written({"", ""}), "");
+    EXPECT_EQ(written({"a", "1"}), " xmlns:a=\"1\"");
+    EXPECT_EQ(written({"a", "1"}), "");
+    EXPECT_EQ(written({"a", "2"}), ""); // it would be a second one in the tag
+    scope.enter();
+    EXPECT_EQ(written({"a", "1"}), "");
+    EXPECT_EQ(written({"a", "2"}), " xmlns:a=\"2\"");
+    EXPECT_EQ(written({"b", "\"3\n"}), " xmlns:b=\"&quot;3&#10;\"");
+    scope.leave();
+    scope.enter();
+    EXPECT_EQ(written({"a", "1"}), "");
+    EXPECT_EQ(written({"b", "3"}), " xmlns:b=\"3\"");
+    scope.leave();
+    scope.leave();
+    scope.enter();
+    EXPECT_EQ(written({"a", "1"}), " xmlns:a=\"1\"");
 }
 
 } // namespace
