@@ -17,6 +17,7 @@ set(public_headers
     consolidated/InputFile.h
     consolidated/LineCountingBuffer.h
     consolidated/SectionEntry.h
+    model/ArgumentList.h
     model/BreakableCondition.h
     model/HardwareVariable.h
     model/InstanceLocations.h

@@ -24,7 +24,8 @@ void requireUnique(const Elements& elements, KeyOf keyOf, const char* what) {
 
 bool same(const Kernel& left, const Kernel& right) {
     return left.name() == right.name() && left.type() == right.type() &&
-           left.instancePaths() == right.instancePaths() && left.arguments() == right.arguments() &&
+           left.instancePaths() == right.instancePaths() &&
+           std::ranges::equal(left.arguments(), right.arguments()) &&
            left.variables() == right.variables() &&
            left.hardwareVariables() == right.hardwareVariables() &&
            left.breakableConditions() == right.breakableConditions() &&

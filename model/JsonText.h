@@ -18,7 +18,7 @@ namespace consolidator {
 
 /// Calls writeOne(element) for each element, with ", " on `out` between two of them.
 template <typename Elements, typename WriteOne>
-void writeSeparated(std::ostream& out, Elements& elements, WriteOne writeOne) {
+void writeSeparated(std::ostream& out, Elements&& elements, WriteOne writeOne) {
     std::string_view separator;
     for (auto& element : elements) {
         out << separator;

@@ -14,19 +14,14 @@ void Kernel::addInstancePath(std::string_view path) {
     instancePaths_.findOrAdd(path, [&] { return std::string(path); });
 }
 
-void Kernel::addTo(VariableList& list, std::string_view sourceName, std::string_view hardwareName,
-                   std::string_view typeText) {
-    list.findOrAdd(sourceName, [&] { return Variable(sourceName, hardwareName, typeText); });
-}
-
 void Kernel::addArgument(std::string_view sourceName, std::string_view hardwareName,
                          std::string_view typeText) {
-    addTo(arguments_, sourceName, hardwareName, typeText);
+    arguments_.add(sourceName, hardwareName, typeText);
 }
 
 void Kernel::addVariable(std::string_view sourceName, std::string_view hardwareName,
                          std::string_view typeText) {
-    addTo(variables_, sourceName, hardwareName, typeText);
+    variables_.findOrAdd(sourceName, [&] { return Variable(sourceName, hardwareName, typeText); });
 }
 
 std::size_t Kernel::addHardwareLocation(std::string_view rtlName, std::uint32_t bit,
@@ -68,9 +63,7 @@ void Kernel::merge(Kernel other, MergeObserver* observer) {
         addInstancePath(path);
     }
     // By their texts alone: locations reach a project only with a kernel that is new to it.
-    for (const Variable& argument : other.arguments()) {
-        addArgument(argument.sourceName, argument.hardwareName, argument.typeText);
-    }
+    arguments_.merge(other.arguments_);
     for (const Variable& variable : other.variables()) {
         addVariable(variable.sourceName, variable.hardwareName, variable.typeText);
     }
@@ -181,7 +174,7 @@ bool Kernel::read(std::FILE* stream) {
     const auto readBram = [&] {
         return readTextOnto([&](std::string bram) { brams_.push_back(std::move(bram)); });
     };
-    const auto readVariable = [stream](VariableList& list) {
+    const auto readVariable = [stream](auto& list) {
         return list.append(Variable::read(stream)).valid;
     };
     const auto readRegister = [&] {

@@ -4,6 +4,7 @@
 // by name, stores them in the binary form and renders them as JSON.
 #pragma once
 
+#include "model/ArgumentList.h"
 #include "model/BreakableCondition.h"
 #include "model/HardwareVariable.h"
 #include "model/KernelType.h"
@@ -15,13 +16,16 @@
 #include <cstdio>
 #include <functional>
 #include <iosfwd>
+#include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace consolidator {
 
-/// One kernel with all that is known about it. It owns everything by value; a copy shares nothing.
+/// One kernel with all that is known about it. It owns everything by value; a copy shares
+/// nothing that changes.
 ///
 /// The add operations keep each list free of duplicates, and the first description wins: what comes
 /// later under a known name is dropped, not merged. Each takes constant time on average. Lists that
@@ -53,8 +57,9 @@ public:
 
     /// Hierarchical paths of the kernel's instances in the linked design, unique.
     const std::vector<std::string>& instancePaths() const { return instancePaths_.items(); }
-    /// Top-level arguments, unique by source name.
-    const std::vector<Variable>& arguments() const { return arguments_.items(); }
+    /// Top-level arguments, unique by source name. They hold until the kernel gets more of them.
+    std::span<const Variable> arguments() const { return arguments_.items(); }
+    const ArgumentList& argumentList() const { return arguments_; }
     /// Local variables, unique by source name.
     const std::vector<Variable>& variables() const { return variables_.items(); }
     /// Registers, unique by net name.
@@ -76,6 +81,8 @@ public:
     /// The same for a local variable.
     void addVariable(std::string_view sourceName, std::string_view hardwareName,
                      std::string_view typeText);
+    /// Replaces the arguments, by a list that other kernels may share.
+    void setArguments(ArgumentList arguments) { arguments_ = std::move(arguments); }
     /// Sets where one bit of the register `rtlName` lies, adding the register if it is new. The
     /// caller bounds `bit`, see HardwareVariable::setLocation. Returns the register's position.
     std::size_t addHardwareLocation(std::string_view rtlName, std::uint32_t bit,
@@ -133,24 +140,18 @@ private:
     struct ByText {
         std::string_view operator()(const std::string& text) const { return text; }
     };
-    struct BySourceName {
-        std::string_view operator()(const Variable& variable) const { return variable.sourceName; }
-    };
     struct ByNetName {
         std::string_view operator()(const HardwareVariable& variable) const {
             return variable.name;
         }
     };
-    using VariableList = UniqueList<Variable, BySourceName>;
 
-    static void addTo(VariableList& list, std::string_view sourceName,
-                      std::string_view hardwareName, std::string_view typeText);
     bool readType(std::FILE* stream);
 
     std::string name_;
     UniqueList<std::string, ByText> instancePaths_;
     KernelType type_ = KernelType::Unknown;
-    VariableList arguments_;
+    ArgumentList arguments_;
     VariableList variables_;
     UniqueList<HardwareVariable, ByNetName> hardwareVariables_;
     UniqueList<BreakableCondition, std::identity> breakableConditions_;

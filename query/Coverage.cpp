@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
 
 namespace consolidator {
 
@@ -68,7 +69,7 @@ VariableCoverage Coverage::of(const SourceVariable& variable) const {
     return result;
 }
 
-LocatedCount Coverage::countOf(const std::vector<Variable>& variables, bool areArguments) const {
+LocatedCount Coverage::countOf(std::span<const Variable> variables, bool areArguments) const {
     LocatedCount count;
     for (const Variable& variable : variables) {
         count.add(of({&variable, areArguments}).state());

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -92,7 +93,7 @@ public:
     std::vector<LocatedCount> instances() const;
 
 private:
-    LocatedCount countOf(const std::vector<Variable>& variables, bool areArguments) const;
+    LocatedCount countOf(std::span<const Variable> variables, bool areArguments) const;
 
     const KernelView* view_;
 };

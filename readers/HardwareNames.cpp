@@ -13,8 +13,8 @@ HardwareNames::HardwareNames(const std::vector<Kernel>& kernels)
     std::vector<std::uint32_t> lastKernels; // of each name, which spares most repeated numbers
     for (const Kernel& kernel : kernels) {
         const auto kernelNumber = static_cast<std::uint32_t>(ends.size());
-        for (const auto* variables : {&kernel.arguments(), &kernel.variables()}) {
-            for (const Variable& variable : *variables) {
+        for (const std::span variables : {kernel.arguments(), std::span(kernel.variables())}) {
+            for (const Variable& variable : variables) {
                 const std::uint32_t number = numberOrAdd(variable.hardwareName);
                 if (number == lastKernels.size()) {
                     lastKernels.push_back(none);

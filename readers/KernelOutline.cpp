@@ -67,23 +67,25 @@ const ElementKind& KernelOutline::argumentKind() {
 }
 
 KernelOutline::KernelOutline(const HdlReservedWords& reservedWords, Diagnostic& diagnostic)
-    : reservedWords_(reservedWords), diagnostic_(diagnostic) {}
+    : reservedWords_(reservedWords), diagnostic_(diagnostic) {
+    empty_.addBreakableCondition(BreakableCondition::Start, startCondition);
+    empty_.addBreakableCondition(BreakableCondition::Stop, stopCondition);
+}
 
 std::vector<Kernel> KernelOutline::read(std::istream& stream, const std::string& documentName) {
     lmx60::readDocument(stream, documentName, "project", projectKind(), this);
-    if (isComplete_) {
-        kernels_.push_back(std::move(kernel_));
+    if (kernels_.size() == 1) {
+        // Nobody shares with it, so that it can be added to without a copy.
+        kernels_.front().setArguments(ArgumentList(std::move(*arguments_)));
     }
     return std::move(kernels_);
 }
 
 void KernelOutline::addArgument() {
-    keepCopy();
     const std::string& port = argumentName_.value;
     const std::string source = reservedWords_.sourceName(port);
-    const std::size_t before = kernel_.arguments().size();
-    kernel_.addArgument(source, port, argumentType_.value);
-    if (kernel_.arguments().size() > before) {
+    const auto make = [&] { return Variable(source, port, argumentType_.value); };
+    if (arguments_->findOrAdd(source, make).second) {
         ownBytes_ += bytesPerArgument + source.size() + port.size() + argumentType_.value.size();
     } else {
         remarkOnRepeat(source);
@@ -94,7 +96,7 @@ void KernelOutline::addArgument() {
 }
 
 void KernelOutline::remarkOnRepeat(std::string_view source) {
-    for (const Variable& known : kernel_.arguments()) {
+    for (const Variable& known : arguments_->items()) {
         // From the front: only repeats pay for it, and all of them together for so many looks.
         if (comparisonsLeft_ == 0) {
             return;
@@ -119,26 +121,17 @@ void KernelOutline::remarkOnRepeat(std::string_view source) {
 }
 
 void KernelOutline::addKernel() {
-    keepCopy();
     carried_ += carriedBytes_;
     if (carried_ > mostCarried) {
         throw lmx60::Refusal("its kernels would take over more than " +
-                             std::to_string(mostCarried >> 20U) +
-                             " MiB of arguments from those before them");
+                             std::to_string(mostCarried >> 30U) +
+                             " GiB of arguments from those before them");
     }
     carriedBytes_ += std::exchange(ownBytes_, 0);
-    kernel_.setName(kernelName_.value);
-    kernel_.addBreakableCondition(BreakableCondition::Start, startCondition);
-    kernel_.addBreakableCondition(BreakableCondition::Stop, stopCondition);
-    isComplete_ = true;
+    Kernel& kernel = kernels_.emplace_back(empty_);
+    kernel.setName(kernelName_.value);
+    kernel.setArguments(ArgumentList(arguments_, arguments_->items().size()));
     kernelName_ = {};
-}
-
-void KernelOutline::keepCopy() {
-    // Copied only when another element is about to change it: of a single kernel no copy is made.
-    if (std::exchange(isComplete_, false)) {
-        kernels_.push_back(kernel_);
-    }
 }
 
 } // namespace consolidator

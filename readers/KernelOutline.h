@@ -2,6 +2,7 @@
 #pragma once
 
 #include "consolidated/Diagnostic.h"
+#include "model/ArgumentList.h"
 #include "model/Kernel.h"
 #include "readers/HdlReservedWords.h"
 #include "shared/schemas/Binding.h"
@@ -9,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <istream>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,14 +18,16 @@
 namespace consolidator {
 
 /// Makes kernel records of a kernel description document, without a tree of its elements: beside
-/// the records there is only ever one kernel and one argument in memory.
+/// the records there is only ever one kernel and one argument in memory. All records share one list
+/// of arguments, see ArgumentList.
 class KernelOutline {
 public:
-    /// The most bytes that the kernels of one document may take over from earlier ones, which grows
-    /// with the square of the document: each argument counts `bytesPerArgument` and its three
-    /// texts.
-    static constexpr std::uint64_t mostCarried = std::uint64_t{256} << 20U;
-    static constexpr std::uint64_t bytesPerArgument = 128;
+    /// The most bytes that what the kernels of one document take over from earlier ones may have in
+    /// a database, which grows with the square of the document: each argument its three texts and
+    /// `bytesPerArgument`, for their lengths and the number of its instances. No database holds
+    /// more.
+    static constexpr std::uint64_t mostCarried = std::uint64_t{2} << 30U;
+    static constexpr std::uint64_t bytesPerArgument = 16;
 
     /// The most arguments that are looked at to tell how one that is passed over differs from the
     /// one before it: a document full of repeats takes no longer.
@@ -51,18 +55,18 @@ private:
     void addArgument();
     void remarkOnRepeat(std::string_view source);
     void addKernel();
-    void keepCopy();
 
     const HdlReservedWords& reservedWords_;
     Diagnostic& diagnostic_;
     std::size_t comparisonsLeft_ = mostComparisons;
+    Kernel empty_; ///< What all kernels are copies of: it has what they have in common.
     std::vector<Kernel> kernels_;
     std::uint64_t carried_ = 0; ///< What `kernels_` have taken over.
 
-    Kernel kernel_;           ///< One for all, so that each has the arguments of those before it.
-    bool isComplete_ = false; ///< It has ended. Its copy is made when the next one needs it.
-    std::uint64_t ownBytes_ = 0;     ///< Of the arguments that it got from the open kernel,
-    std::uint64_t carriedBytes_ = 0; ///< and from those before.
+    /// Those of all kernels, so that each has the arguments of those before it.
+    std::shared_ptr<VariableList> arguments_ = std::make_shared<VariableList>();
+    std::uint64_t ownBytes_ = 0;     ///< Of the arguments that the open kernel has brought,
+    std::uint64_t carriedBytes_ = 0; ///< and those before.
 
     // The attributes of the element that is open. Empty in between.
     lmx60::Attribute<std::string> kernelName_;

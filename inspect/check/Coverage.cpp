@@ -4,6 +4,7 @@
 #include "query/KernelView.h"
 
 #include <algorithm>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -11,7 +12,7 @@ namespace consolidator::inspect {
 
 namespace {
 
-KernelCoverage::Count countOf(const KernelView& nets, const std::vector<Variable>& variables,
+KernelCoverage::Count countOf(const KernelView& nets, std::span<const Variable> variables,
                               bool areArguments, std::vector<MissingName>& missing) {
     KernelCoverage::Count count;
     for (const Variable& variable : variables) {

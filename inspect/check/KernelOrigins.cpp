@@ -14,23 +14,47 @@ KernelOrigins::Ignored KernelOrigins::add(std::uint32_t input, const Kernel& ker
     } else if (kernel.type() != KernelType::Unknown && kernel.type() != origin.type) {
         ignored.types.push_back({kernel.type(), origin.type, origin.typeInput});
     }
-    addDescriptions(input, true, kernel.arguments(), origin.arguments, ignored);
-    addDescriptions(input, false, kernel.variables(), origin.variables, ignored);
+    if (!share(input, kernel.argumentList(), origin)) {
+        addDescriptions(input, true, kernel.arguments(), origin, ignored);
+    }
+    addDescriptions(input, false, kernel.variables(), origin, ignored);
     return ignored;
 }
 
+bool KernelOrigins::share(std::uint32_t input, const ArgumentList& arguments, Origin& origin) {
+    const bool isFirst = origin.sharedArguments.items().empty() && origin.arguments.empty();
+    const bool goesOn = input == origin.sharedInput && arguments.sharesWith(origin.sharedArguments);
+    if (!arguments.isShared() || !(isFirst || goesOn)) {
+        return false;
+    }
+    origin.sharedArguments.merge(arguments);
+    origin.sharedInput = input;
+    return true;
+}
+
 void KernelOrigins::addDescriptions(std::uint32_t input, bool areArguments,
-                                    const std::vector<Variable>& variables, Descriptions& known,
+                                    std::span<const Variable> variables, Origin& origin,
                                     Ignored& ignored) {
-    for (const Variable& variable : variables) {
-        const auto [entry, isNew] = known.try_emplace(
-            variable.sourceName, Description{variable.hardwareName, variable.typeText, input});
-        const Description& first = entry->second;
-        if (!isNew && first.input != input &&
+    Descriptions& known = areArguments ? origin.arguments : origin.variables;
+    const auto compare = [&](const Variable& variable, const auto& first, std::uint32_t told) {
+        if (told != input &&
             (first.hardwareName != variable.hardwareName || first.typeText != variable.typeText)) {
             ignored.descriptions.push_back({areArguments, variable.sourceName,
                                             variable.hardwareName, variable.typeText,
-                                            first.hardwareName, first.typeText, first.input});
+                                            first.hardwareName, first.typeText, told});
+        }
+    };
+    for (const Variable& variable : variables) {
+        const Variable* const shared =
+            areArguments ? origin.sharedArguments.find(variable.sourceName) : nullptr;
+        if (shared != nullptr) {
+            compare(variable, *shared, origin.sharedInput);
+            continue;
+        }
+        const auto [entry, isNew] = known.try_emplace(
+            variable.sourceName, Description{variable.hardwareName, variable.typeText, input});
+        if (!isNew) {
+            compare(variable, entry->second, entry->second.input);
         }
     }
 }

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -59,12 +60,18 @@ private:
         std::vector<std::uint32_t> inputs;
         KernelType type = KernelType::Unknown;
         std::uint32_t typeInput = 0;
-        Descriptions arguments; ///< By source name.
+        /// Arguments that were told first, all by one input, where kernels of it share them: a
+        /// thousand kernels may have millions.
+        ArgumentList sharedArguments;
+        std::uint32_t sharedInput = 0;
+        Descriptions arguments; ///< All others, by source name.
         Descriptions variables;
     };
 
+    /// Takes over the arguments without a copy, if that is possible.
+    static bool share(std::uint32_t input, const ArgumentList& arguments, Origin& origin);
     static void addDescriptions(std::uint32_t input, bool areArguments,
-                                const std::vector<Variable>& variables, Descriptions& known,
+                                std::span<const Variable> variables, Origin& origin,
                                 Ignored& ignored);
 
     std::unordered_map<std::string, Origin, TextHash> origins_; ///< By kernel name.

@@ -173,8 +173,8 @@ void NearestNets::offerAlike(const Net& net, const Alike& alike) {
 const NearestNets::Names* NearestNets::namesOf(const Kernel& kernel) {
     const auto [found, isNew] = names_.try_emplace(&kernel);
     if (isNew) {
-        for (const auto* variables : {&kernel.arguments(), &kernel.variables()}) {
-            for (const Variable& variable : *variables) {
+        for (const std::span variables : {kernel.arguments(), std::span(kernel.variables())}) {
+            for (const Variable& variable : variables) {
                 found->second.insert(variable.hardwareName);
             }
         }

@@ -55,6 +55,7 @@
 #include <map>
 #include <memory>
 #include <ostream>
+#include <span>
 #include <string>
 #include <unordered_map>
 
@@ -194,7 +195,7 @@ private:
         }
     }
 
-    void printVariables(std::string_view heading, const std::vector<Variable>& variables) {
+    void printVariables(std::string_view heading, std::span<const Variable> variables) {
         if (!begin(heading, !variables.empty())) {
             return;
         }

@@ -189,11 +189,11 @@ auto keysAt(const std::vector<Element>& elements, const std::vector<std::uint32_
     return keys;
 }
 
-template <typename Key, typename Element, typename KeyOf>
-std::vector<Key> keysOf(const std::vector<Element>& elements, KeyOf keyOf) {
+template <typename Key, typename List, typename KeyOf>
+std::vector<Key> keysOf(const List& elements, KeyOf keyOf) {
     std::vector<Key> keys;
     keys.reserve(elements.size());
-    for (const Element& element : elements) {
+    for (const auto& element : elements) {
         keys.push_back(keyOf(element));
     }
     return keys;
@@ -220,13 +220,12 @@ void KernelDiff::compareTypes() {
 /// Compares two lists whose elements belong together by their names. name(element) gives that,
 /// describe(element) what is shown behind it of an element that is alone, and
 /// compare(before, after) compares a pair.
-template <typename Element, typename Name, typename Describe, typename Compare>
-void KernelDiff::compareLists(const std::string& word, const std::vector<Element>& before,
-                              const std::vector<Element>& after, Name name, Describe describe,
-                              Compare compare) {
+template <typename List, typename Name, typename Describe, typename Compare>
+void KernelDiff::compareLists(const std::string& word, const List& before, const List& after,
+                              Name name, Describe describe, Compare compare) {
     const ListMatch match(keysOf<std::string_view>(before, name),
                           keysOf<std::string_view>(after, name));
-    const auto shown = [&](const Element& element) {
+    const auto shown = [&](const auto& element) {
         return word + ' ' + nameText(name(element)) + describe(element);
     };
     for (std::uint32_t position = 0; position < before.size(); ++position) {
@@ -250,8 +249,8 @@ void KernelDiff::compareTexts(const std::string& word, const std::vector<std::st
         [](const std::string&) { return ""; }, [](const std::string&, const std::string&) {});
 }
 
-void KernelDiff::compareVariables(const std::string& word, const std::vector<Variable>& before,
-                                  const std::vector<Variable>& after) {
+void KernelDiff::compareVariables(const std::string& word, std::span<const Variable> before,
+                                  std::span<const Variable> after) {
     compareLists(
         word, before, after,
         [](const Variable& variable) { return std::string_view(variable.sourceName); },

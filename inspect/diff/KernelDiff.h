@@ -5,6 +5,7 @@
 #include "inspect/diff/ListMatch.h"
 #include "model/Kernel.h"
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -25,18 +26,17 @@ private:
     void compareTypes();
     void compareTexts(const std::string& word, const std::vector<std::string>& before,
                       const std::vector<std::string>& after);
-    void compareVariables(const std::string& word, const std::vector<Variable>& before,
-                          const std::vector<Variable>& after);
+    void compareVariables(const std::string& word, std::span<const Variable> before,
+                          std::span<const Variable> after);
     void compareVariable(const std::string& word, const Variable& before, const Variable& after);
     void compareRegisters();
     void compareBits(const std::string& what, const LocationList& before,
                      const LocationList& after);
     void compareConditions();
 
-    template <typename Element, typename Name, typename Describe, typename Compare>
-    void compareLists(const std::string& word, const std::vector<Element>& before,
-                      const std::vector<Element>& after, Name name, Describe describe,
-                      Compare compare);
+    template <typename List, typename Name, typename Describe, typename Compare>
+    void compareLists(const std::string& word, const List& before, const List& after, Name name,
+                      Describe describe, Compare compare);
 
     const Kernel* before_;
     const Kernel* after_;

@@ -357,7 +357,7 @@ private:
         }
     }
 
-    void add(const std::vector<Variable>& variables, std::string_view role) {
+    void add(std::span<const Variable> variables, std::string_view role) {
         for (const Variable& variable : variables) {
             variable_.run(++variables_, kernels_, role, variable.sourceName, variable.hardwareName,
                           variable.typeText, variable.bitWidth());

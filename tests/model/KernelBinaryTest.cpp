@@ -43,7 +43,7 @@ KernelFields kernelFields(const Kernel& kernel, bool result = false) {
     return {kernel.name(),
             kernel.instancePaths(),
             static_cast<std::uint32_t>(kernel.type()),
-            kernel.arguments(),
+            {kernel.arguments().begin(), kernel.arguments().end()},
             kernel.variables(),
             kernel.hardwareVariables(),
             fieldsOf(kernel.breakableConditions()),

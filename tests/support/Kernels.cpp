@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <span>
+
 namespace consolidator::test {
 
 namespace {
@@ -19,7 +21,7 @@ std::vector<KnownPlace> placesOf(const Locations& locations) {
     return places;
 }
 
-std::vector<KnownVariable> variablesOf(const std::vector<Variable>& variables) {
+std::vector<KnownVariable> variablesOf(std::span<const Variable> variables) {
     std::vector<KnownVariable> result;
     for (const Variable& variable : variables) {
         KnownVariable known{variable.sourceName, variable.hardwareName, variable.typeText};

@@ -14,6 +14,7 @@
 
 #include <array>
 #include <memory>
+#include <span>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -65,7 +66,7 @@ Reading readBroken(const std::string& text, const Context&... context) {
 /// Source name, hardware name and type.
 using VariableTexts = std::array<std::string, 3>;
 
-inline std::vector<VariableTexts> textsOf(const std::vector<Variable>& variables) {
+inline std::vector<VariableTexts> textsOf(std::span<const Variable> variables) {
     std::vector<VariableTexts> result;
     result.reserve(variables.size());
     for (const Variable& variable : variables) {
