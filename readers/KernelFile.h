@@ -15,8 +15,8 @@
 //
 // The arguments of a document's kernels add up: the second kernel has the first one's arguments in
 // front of its own, and so on. As the first argument of a source name wins, with its type, so does
-// that of an earlier kernel. Databases in use were made so; it stays. It also makes the records
-// grow with the square of the document, so there is a limit: see KernelOutline.h.
+// that of an earlier kernel. Databases in use were made so; it stays. It also makes databases grow
+// with the square of the document. In memory the kernels share their arguments: see ArgumentList.h.
 //
 // The whole document as a tree is Mekto::Project (shared/schemas/KernelDescription.h). The reader
 // does not build it: a tree costs up to a hundred times the bytes of its document, most of it

@@ -76,6 +76,9 @@ Taken takenFromTree(const std::string& document) {
     return taken;
 }
 
+const std::string beginning = "<project><platform><device><core>\n";
+const std::string end = "</core></device></platform></project>\n";
+
 TEST(KernelOutline, TakesFromEveryDocumentWhatIsInItsTree) {
     RandomDocuments documents(20);
     for (int i = 0; i < 6000; ++i) {
@@ -110,17 +113,28 @@ TEST(KernelOutline, MeetsAllKindsOfDocuments) {
     EXPECT_LT(damagedAccepted, 200U);
 }
 
+TEST(KernelOutline, GivesEachOfManyKernelsWhatIsInTheTree) {
+    std::string kernels;
+    for (int i = 0; i < 120; ++i) {
+        const std::string number = std::to_string(i);
+        // Some arguments are known from kernels before, and some kernels are of one name.
+        kernels += "<kernel name=\"k" + std::to_string(i % 100) + "\"><arg name=\"a" + number +
+                   "\" type=\"int\"/><arg name=\"b" + std::to_string(i / 3) + "\" type=\"t" +
+                   number + "\"/><arg name=\"input_r\" type=\"char\"/></kernel>\n";
+    }
+    const Taken taken = takenByReader(beginning + kernels + end);
+    EXPECT_EQ(taken.kernels.size(), 120U);
+    EXPECT_EQ(taken, takenFromTree(beginning + kernels + end));
+}
+
 // The limit: each kernel behind the first one takes its only argument over, which is 1 MiB.
 
 constexpr std::size_t mebibyte = std::size_t{1} << 20U;
 
-const std::string beginning = "<project><platform><device><core>\n";
-const std::string end = "</core></device></platform></project>\n";
-
-/// The kernel of an argument that counts as 1 MiB, on one line.
+/// The kernel of an argument that has 1 MiB in a database, on one line.
 std::string bigKernel() {
-    // 128 for the argument, 2 for its two names.
-    const std::string type(mebibyte - 128 - 2, 't');
+    // Of its texts three lengths and two names, and the number of instances.
+    const std::string type(mebibyte - 3 * 4 - 2 - 4, 't');
     return "<kernel><arg name=\"n\" type=\"" + type + "\"/></kernel>\n";
 }
 
@@ -151,44 +165,44 @@ void expectTooLarge(const std::string& document, std::uint64_t line) {
     EXPECT_FALSE(result.succeeded);
     EXPECT_EQ(result.kernels, 0U);
     EXPECT_EQ(result.stop.line, line);
-    EXPECT_THAT(result.stop.text, HasSubstr("more than 256 MiB"));
+    EXPECT_THAT(result.stop.text, HasSubstr("more than 2 GiB"));
     EXPECT_EQ(result.messages, "Could not parse kernel file\n");
 }
 
-TEST(KernelOutline, TakesAllThatTheLimitAllows) {
-    const Limited result = readLimited(beginning + bigKernel() + smallKernels(256) + end);
+TEST(KernelOutline, TakesAllThatADatabaseHolds) {
+    const Limited result = readLimited(beginning + bigKernel() + smallKernels(2048) + end);
     EXPECT_TRUE(result.succeeded) << result.stop.text;
-    EXPECT_EQ(result.kernels, 257U);
+    EXPECT_EQ(result.kernels, 2049U);
 }
 
 TEST(KernelOutline, RefusesADocumentAtTheKernelThatIsTooMuch) {
     // The first kernel stands on line 2, and what comes behind the last one is never read.
-    const std::string tooMuch = beginning + bigKernel() + smallKernels(257);
-    expectTooLarge(tooMuch + end, 259);
-    expectTooLarge(tooMuch + smallKernels(1000) + "<damaged", 259);
+    const std::string tooMuch = beginning + bigKernel() + smallKernels(2049);
+    expectTooLarge(tooMuch + end, 2051);
+    expectTooLarge(tooMuch + smallKernels(1000) + "<damaged", 2051);
 }
 
 TEST(KernelOutline, CountsNeitherKernelsNorTheirOwnArguments) {
     EXPECT_TRUE(readLimited(beginning + smallKernels(600'000) + end).succeeded);
-    EXPECT_TRUE(readLimited(beginning + bigKernel() + smallKernels(255) +
+    EXPECT_TRUE(readLimited(beginning + bigKernel() + smallKernels(2047) +
                             "<kernel><arg name=\"m\"/></kernel>" + end)
                     .succeeded);
 }
 
 TEST(KernelOutline, CountsBothNamesOfAnArgument) {
     const auto documentWith = [](const std::string& name) {
-        // 128 and two names, four times as four kernels take them over.
-        return beginning + "<kernel><arg name=\"" + name + "\"/></kernel>\n" + smallKernels(4) +
+        // 16 and two names, as often as kernels take them over.
+        return beginning + "<kernel><arg name=\"" + name + "\"/></kernel>\n" + smallKernels(2048) +
                end;
     };
-    const std::size_t fits = (64 * mebibyte - 128) / 2;
+    const std::size_t fits = (mebibyte - 16) / 2;
     EXPECT_TRUE(readLimited(documentWith(std::string(fits, 'n'))).succeeded);
-    expectTooLarge(documentWith(std::string(fits + 1, 'n')), 6);
+    expectTooLarge(documentWith(std::string(fits + 1, 'n')), 2050);
 }
 
 TEST(KernelOutline, DoesNotCountArgumentsThatAreKnown) {
     const std::string known = repeated("<arg name=\"n\" type=\"other\"/>", 1000);
-    const std::string kernels = bigKernel() + "<kernel>" + known + "</kernel>" + smallKernels(255);
+    const std::string kernels = bigKernel() + "<kernel>" + known + "</kernel>" + smallKernels(2047);
     EXPECT_TRUE(readLimited(beginning + kernels + end).succeeded);
 }
 

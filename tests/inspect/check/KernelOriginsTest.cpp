@@ -5,6 +5,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <memory>
+#include <string>
+
 namespace consolidator::inspect::test {
 
 namespace {
@@ -41,6 +45,33 @@ TEST(KernelOrigins, TellWhichDescriptionsAreIgnored) {
     EXPECT_EQ(ignored[0].firstHardwareName, "a");
     EXPECT_EQ(ignored[0].firstTypeText, "int");
     EXPECT_EQ(ignored[0].firstInput, 0U);
+}
+
+TEST(KernelOrigins, TellWhichDescriptionsAreIgnoredWhereArgumentsAreShared) {
+    const auto list = std::make_shared<VariableList>();
+    for (const std::string name : {"a", "b", "c"}) {
+        list->findOrAdd(name, [&] { return Variable(name, name, "int"); });
+    }
+    const auto kernelSharing = [&](std::size_t count) {
+        Kernel kernel;
+        kernel.setName("k");
+        kernel.setArguments(ArgumentList(list, count));
+        return kernel;
+    };
+    KernelOrigins origins;
+    EXPECT_THAT(origins.add(0, kernelSharing(1)).descriptions, IsEmpty());
+    EXPECT_THAT(origins.add(0, kernelSharing(2)).descriptions, IsEmpty()); // of the same document
+    EXPECT_THAT(origins.add(1, kernelWith("c", "c_r", "int")).descriptions, IsEmpty());
+    const auto second = origins.add(2, kernelWith("b", "b_r", "int")).descriptions;
+    ASSERT_EQ(second.size(), 1U);
+    EXPECT_EQ(second[0].firstHardwareName, "b");
+    EXPECT_EQ(second[0].firstInput, 0U);
+    const auto third = origins.add(3, kernelSharing(3)).descriptions; // as another document's
+    ASSERT_EQ(third.size(), 1U);
+    EXPECT_EQ(third[0].sourceName, "c");
+    EXPECT_EQ(third[0].hardwareName, "c");
+    EXPECT_EQ(third[0].firstHardwareName, "c_r");
+    EXPECT_EQ(third[0].firstInput, 1U);
 }
 
 TEST(KernelOrigins, KeepArgumentsAndVariablesApart) {
