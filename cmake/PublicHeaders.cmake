@@ -55,6 +55,7 @@ set(public_headers
     shared/HashIndex.h
     shared/KeyedHash.h
     shared/Marks.h
+    shared/FileDescriptor.h
     shared/FileReplacement.h
     shared/PathFinder.h
     shared/PathOwners.h

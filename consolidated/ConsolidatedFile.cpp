@@ -11,7 +11,6 @@
 #include <map>
 #include <new>
 #include <stdio_ext.h>
-#include <sys/file.h>
 #include <tuple>
 #include <unistd.h>
 #include <utility>
@@ -73,12 +72,16 @@ bool ConsolidatedFile::open(const std::string& path, bool create, bool dumpOnly)
     header_ = Header();
     create_ = create;
     dumpOnly_ = dumpOnly;
+    if (dumpOnly) {
+        // It is dumped from what the table was read from, whatever gets the file's name meanwhile.
+        stream_ = openFile(path, "r");
+        if (stream_ && !create_) {
+            readFrom(stream_);
+        }
+        return stream_ != nullptr;
+    }
     if (!create_) {
         readExisting(path);
-    }
-    if (dumpOnly) {
-        stream_ = openFile(path, "r");
-        return stream_ != nullptr;
     }
     auto target = std::make_unique<FileReplacement>();
     if (!target->open(path)) {
@@ -93,14 +96,14 @@ bool ConsolidatedFile::open(const std::string& path, bool create, bool dumpOnly)
 
 bool ConsolidatedFile::readExisting(const std::string& path) {
     FileHandle file = openFile(path, "r");
+    return file && readFrom(file);
+}
+
+bool ConsolidatedFile::readFrom(FileHandle& file) {
     setBuffer(file, recordBuffer);
-    if (file) {
-        // Until one that is writing it in place has done so.
-        std::ignore = flock(fileno(file.get()), LOCK_SH);
-    }
+    FileReplacement::waitForWriter(fileno(file.get()));
     Header found;
-    if (!file || std::fread(&found, sizeof found, 1, file.get()) != 1 ||
-        found.magic != magicNumber) {
+    if (std::fread(&found, sizeof found, 1, file.get()) != 1 || found.magic != magicNumber) {
         return false;
     }
     header_ = found;

@@ -111,8 +111,8 @@ public:
     /// old file.
     void write();
 
-    /// Whether an input of this path is the file that write() will replace. A run has always
-    /// emptied it by the time that inputs are read, so that such an input is an empty one.
+    /// Whether an input of this path is the file that write() will replace. Such an input counts
+    /// as empty.
     bool isReplaced(const std::string& path) const { return target_ && target_->isTarget(path); }
 
     /// Copies the payload of the first section of this type to the file at `outputPath`, which
@@ -144,6 +144,7 @@ private:
         std::string_view operator()(const Kernel& kernel) const { return kernel.name(); }
     };
 
+    bool readFrom(FileHandle& file);
     bool readTable(std::FILE* file, std::uint32_t count);
     std::size_t sectionsToRead() const;
     bool readSections(std::FILE* file);

@@ -66,7 +66,6 @@ int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err)
         err << "Unable to open " << options.consolidatedFile << std::endl;
         return 1;
     }
-    // An add run that is refused here has emptied the file by opening it. The README warns of it.
     if (!isOfProject(database, options, err) || !isOfSupportedVersion(database, options, err)) {
         return 1;
     }

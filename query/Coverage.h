@@ -2,9 +2,9 @@
 // for all of their registers' bits, for some, or for none; each in each instance.
 //
 //     const Coverage coverage(view);
-//     coverage.of(variable).state();               // Located::InPart: bit 6 of 8 in instance 1 is
-//     missing coverage.of(variable).instances[1].located;  // 7 coverage.instances()[1].inPart; //
-//     1 of the kernel's variables is so there
+//     coverage.of(variable).state();               // Located::InPart: a bit of 8 is missing
+//     coverage.of(variable).instances[1].located;  // 7, in the second instance
+//     coverage.instances()[1].inPart;              // 1 variable is in part located there
 #pragma once
 
 #include "query/KernelView.h"

@@ -28,6 +28,8 @@ Finding firstError(const std::string& path) {
 } // namespace
 
 Database::Readable Database::read(const std::string& path, Extent extent) {
+    content_ = std::make_unique<ConsolidatedFile>();
+    fileSize_ = 0;
     path_ = path;
     error_ = openingError(path);
     if (!error_.empty()) {
@@ -58,6 +60,11 @@ Database::Readable Database::read(const std::string& path, Extent extent) {
     error_ = "is damaged at " + inHex(first.offset) + ": " + first.text +
              "; what could be read is shown";
     return Readable::InPart;
+}
+
+const Kernel* Database::kernel(std::string_view name) const {
+    const auto found = std::ranges::find(kernels(), name, &Kernel::name);
+    return found == kernels().end() ? nullptr : &*found;
 }
 
 bool Database::readContent(Extent extent) {

@@ -37,7 +37,7 @@ public:
         Table, ///< Header and section table: no DWARF and no kernels.
     };
 
-    /// Reads the regular file at `path`, which is never written to. To be called once. Afterwards
+    /// Reads the regular file at `path`, which is never written to. What was read before goes. Then
     /// error() says why the file, as far as it was to be read, is not Whole. Damage costs no
     /// memory: nothing is reserved for what a file only claims. Throws std::bad_alloc where there
     /// is not enough for what it holds.
@@ -67,6 +67,9 @@ public:
     /// In the order in which they were first seen; of a damaged file those that could be
     /// read. None with Extent::Table.
     const std::vector<Kernel>& kernels() const { return content_->kernels(); }
+
+    /// The first kernel of this name, which is the one that runs add to; null if there is none.
+    const Kernel* kernel(std::string_view name) const;
 
     /// The same as the consolidator has it, for inputs to be added to, of which
     /// nothing gets into the file.

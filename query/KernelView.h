@@ -59,6 +59,7 @@ class KernelView {
 public:
     /// Of a kernel as it lies in a database; takes no time in its size.
     explicit KernelView(const Kernel& kernel);
+    explicit KernelView(Kernel&&) = delete; // it would be gone
     ~KernelView();
     KernelView(KernelView&&) noexcept;
     KernelView& operator=(KernelView&&) noexcept;

@@ -1,6 +1,6 @@
 // What lies at a place of the device, or at a range of places.
 //
-//     for (const Occupant& occupant : occupantsOf(views, {0x1a01, 0x1a01})) {   // a whole frame
+//     for (const Occupant& occupant : occupantsOf(views, PlaceRange::frame(0x1a01))) {
 //         occupant.bits;                   // bits 7:0 at offset 160 and after
 //         occupant.hardware->name;         // the register, "/top/region_0/scale_rows_1/U0/sum_reg"
 //         occupant.variables;              // what it holds: variable "sum"
@@ -25,6 +25,16 @@ struct PlaceRange {
     std::uint32_t lastAddress = std::numeric_limits<std::uint32_t>::max();
     std::uint32_t firstOffset = 0;
     std::uint32_t lastOffset = std::numeric_limits<std::uint32_t>::max();
+
+    /// All of one frame.
+    static PlaceRange frame(std::uint32_t address) {
+        return {.firstAddress = address, .lastAddress = address};
+    }
+
+    /// One bit of the device.
+    static PlaceRange place(std::uint32_t address, std::uint32_t offset) {
+        return {address, address, offset, offset};
+    }
 
     /// The part of a run of bits that lies in the range; nothing for a run without a place.
     std::optional<BitRun> partOf(const BitRun& run) const;

@@ -26,9 +26,14 @@ void forEachStop(std::span<const Kernel> kernels, Visit visit) {
 } // namespace
 
 std::string Stop::conditionFor(std::size_t instance) const {
+    return consolidator::conditionFor(*kernel, *condition, instance);
+}
+
+std::string conditionFor(const Kernel& kernel, const BreakableCondition& condition,
+                         std::size_t instance) {
     constexpr std::string_view placeholder = "$i";
-    const std::string path = conditionPath(*kernel, instance);
-    const std::string_view text = condition->condition;
+    const std::string path = conditionPath(kernel, instance);
+    const std::string_view text = condition.condition;
     std::string result;
     std::size_t from = 0;
     for (std::size_t at = 0; (at = text.find(placeholder, from)) != text.npos;) {

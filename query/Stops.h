@@ -26,10 +26,15 @@ struct Stop {
     const std::string& file() const { return condition->file; }
     std::uint32_t line() const { return condition->line; }
 
-    /// The condition for one instance, a position in the kernel's instancePaths(): each "$i" in its
-    /// text gives way to conditionPath(). Throws std::out_of_range if there is no such instance.
+    /// The condition for one instance: that of the function below.
     std::string conditionFor(std::size_t instance) const;
 };
+
+/// What a condition of a kernel, also one of its start or its end, says for one instance, a
+/// position in the kernel's instancePaths(): each "$i" in its text gives way to conditionPath().
+/// Throws std::out_of_range if there is no such instance.
+std::string conditionFor(const Kernel& kernel, const BreakableCondition& condition,
+                         std::size_t instance);
 
 /// The path that "$i" stands for in the conditions of a kernel: that of the instance with what JSON
 /// puts behind it ("/U0" or "/inst"), which is where the kernel's own registers are. Throws

@@ -1,7 +1,8 @@
 #include "shared/FileReplacement.h"
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <csignal>
 #include <cstdio>
@@ -13,6 +14,7 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
+#include <thread>
 #include <tuple>
 #include <unistd.h>
 #include <utility>
@@ -49,8 +51,8 @@ std::pair<std::string, std::string> split(const std::string& path) {
     return {path.substr(0, std::max<std::size_t>(slash, 1)), path.substr(slash + 1)};
 }
 
-Descriptor openDirectory(const std::string& path) {
-    return Descriptor(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+FileDescriptor openDirectory(const std::string& path) {
+    return FileDescriptor(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 
 /// A value of an extended attribute, or the list of their names: get(memory, size) is one of the
@@ -126,6 +128,17 @@ bool isLackOfMeans(int fault) {
            fault == ENOMEM || fault == EIO;
 }
 
+/// Locks a file (flock) until it is closed. Whoever may read a file may lock it for good, so that
+/// after some seconds it is done without.
+void lock(int file, int kind) {
+    constexpr int mostTries = 500;
+    constexpr std::chrono::milliseconds pause(10);
+    for (int i = 0; i < mostTries && flock(file, kind | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+         ++i) {
+        std::this_thread::sleep_for(pause);
+    }
+}
+
 /// Signals wait while it lives.
 class SignalsHeld {
 public:
@@ -160,18 +173,8 @@ bool renameToNewName(int directory, const std::string& from, const std::string& 
 
 } // namespace
 
-Descriptor::Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
-    close();
-    number_ = std::exchange(other.number_, -1);
-    return *this;
-}
-
-void Descriptor::close() {
-    if (isOpen()) {
-        ::close(std::exchange(number_, -1));
-    }
+void FileReplacement::waitForWriter(int file) {
+    lock(file, LOCK_SH);
 }
 
 FileReplacement::~FileReplacement() {
@@ -179,7 +182,7 @@ FileReplacement::~FileReplacement() {
         unlinkat(directory_.number(), scratchName_.c_str(), 0);
     }
     Status made = {};
-    if (isMade_ && fstat(target_.number(), &made) == 0 && made.st_size == 0) {
+    if (isMade_ && isNamed() && fstat(target_.number(), &made) == 0 && made.st_size == 0) {
         unlinkat(directory_.number(), name_.c_str(), 0);
     }
 }
@@ -221,7 +224,7 @@ bool FileReplacement::openNew(const std::string& path) {
         name_ = name;
         if (!name.empty() && directory_.isOpen()) {
             // With the right to make this file comes the one to make the other.
-            scratch_ = Descriptor(
+            scratch_ = FileDescriptor(
                 openat(directory_.number(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, forEverybody));
         }
         if (scratch_.isOpen()) {
@@ -230,20 +233,21 @@ bool FileReplacement::openNew(const std::string& path) {
         }
     }
     // Be it that it cannot be made, that a link leads to it, or that the file system has no files
-    // without names: the system knows.
-    if (!openDirectly(path, 0)) {
+    // without names: the system knows. What is made through a link might be somebody else's.
+    const bool isOwn = openDirectly(path, O_EXCL);
+    if (!isOwn && !openDirectly(path, 0)) {
         return false;
     }
     way_ = Way::Scratch;
     findPlace(path);
-    isMade_ = directory_.isOpen();
+    isMade_ = isOwn && directory_.isOpen();
     return true;
 }
 
 bool FileReplacement::openDirectly(const std::string& path, int flags) {
     // O_CREAT, although it is there: the system refuses some files of others to it.
     target_ =
-        Descriptor(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, forEverybody));
+        FileDescriptor(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, forEverybody));
     way_ = target_.isOpen() ? Way::Direct : Way::None;
     return target_.isOpen();
 }
@@ -259,7 +263,7 @@ void FileReplacement::findPlace(const std::string& path) {
     const auto [directory, name] = split(whole.get());
     Status target = {};
     Status named = {};
-    Descriptor opened = openDirectory(directory);
+    FileDescriptor opened = openDirectory(directory);
     if (fstat(target_.number(), &target) == 0 &&
         fstatat(opened.number(), name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
         isSameFile(target, named)) {
@@ -273,7 +277,7 @@ int FileReplacement::begin() {
         if (isLackOfMeans(errno)) {
             return -1;
         }
-        std::ignore = flock(target_.number(), LOCK_EX);
+        lock(target_.number(), LOCK_EX);
         if (ftruncate(target_.number(), 0) != 0) {
             return -1;
         }
@@ -287,7 +291,8 @@ bool FileReplacement::makeScratch(mode_t mode) {
         errno = ENOENT; // nobody knows it by a name
         return false;
     }
-    scratch_ = Descriptor(openat(directory_.number(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode));
+    scratch_ =
+        FileDescriptor(openat(directory_.number(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode));
     return scratch_.isOpen() || makeNamedScratch(mode);
 }
 
@@ -295,7 +300,7 @@ bool FileReplacement::makeNamedScratch(mode_t mode) {
     constexpr int mostTries = 100; // processes of other machines may have the same number
     for (int number = 0; number < mostTries; ++number) {
         const std::string name = unfinishedName(number);
-        scratch_ = Descriptor(
+        scratch_ = FileDescriptor(
             openat(directory_.number(), name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
         if (scratch_.isOpen()) {
             scratchName_ = name;
@@ -309,28 +314,75 @@ bool FileReplacement::makeNamedScratch(mode_t mode) {
 }
 
 std::string FileReplacement::unfinishedName(int number) const {
-    return name_ + ".unfinished-" + std::to_string(getpid()) + '-' + std::to_string(number);
+    const std::string end =
+        ".unfinished-" + std::to_string(getpid()) + '-' + std::to_string(number);
+    return name_.substr(0, NAME_MAX - end.size()) + end;
 }
 
 bool FileReplacement::commit(Existing existing) {
     if (way_ != Way::Scratch) {
         return true;
     }
-    if (renameOver(existing)) {
+    if (isOther_) {
+        takeOverFromName();
+        return isStored() && renameOver(existing);
+    }
+    // Where the target has lost its name meanwhile, as to another run, its content is of no use to
+    // anybody, and the name is what counts.
+    const bool isReplaceable = !target_.isOpen() || takesOverAll() || isRenamedAway();
+    if (isReplaceable && renameOver(existing)) {
         isMade_ = false;
         return true;
     }
-    return existing == Existing::Replace && !isOther_ && copyOver();
+    return !isRenamedAway() && copyOver();
+}
+
+/// Whether the target is still what its name leads to.
+bool FileReplacement::isNamed() const {
+    Status target = {};
+    Status named = {};
+    return directory_.isOpen() && target_.isOpen() && fstat(target_.number(), &target) == 0 &&
+           fstatat(directory_.number(), name_.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           isSameFile(target, named);
+}
+
+/// Whether the target had a name and is no longer what it leads to.
+bool FileReplacement::isRenamedAway() const {
+    return directory_.isOpen() && target_.isOpen() && !isNamed();
+}
+
+/// Gives the scratch what it can have of the owner, mode and attributes of a file that it will take
+/// the name of.
+void FileReplacement::takeOverFromName() {
+    const int to = scratch_.number();
+    Status old = {};
+    if (fstatat(directory_.number(), name_.c_str(), &old, AT_SYMLINK_NOFOLLOW) != 0 ||
+        !S_ISREG(old.st_mode)) {
+        return;
+    }
+    std::ignore = fchown(to, old.st_uid, old.st_gid);
+    std::ignore = fchmod(to, old.st_mode & modeBits);
+    const FileDescriptor from(
+        openat(directory_.number(), name_.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (from.isOpen()) {
+        copyAttributes(from.number(), to);
+    }
+}
+
+/// Whether the file system has taken all that was written: some tell only when a file is closed.
+bool FileReplacement::isStored() const {
+    const int copy = fcntl(scratch_.number(), F_DUPFD_CLOEXEC, 0);
+    return copy >= 0 && ::close(copy) == 0;
 }
 
 /// Gives the scratch all that a user sees of the target but its content. False where that cannot be
-/// done; also where the target has a second name, or none any more.
+/// done; also where the target has a second name.
 bool FileReplacement::takesOverAll() {
     const int from = target_.number();
     const int to = scratch_.number();
     Status old = {};
     Status fresh = {};
-    if (fstat(from, &old) != 0 || fstat(to, &fresh) != 0 || old.st_nlink != 1) {
+    if (fstat(from, &old) != 0 || fstat(to, &fresh) != 0 || old.st_nlink > 1) {
         return false;
     }
     const bool isOwned = old.st_uid == fresh.st_uid && old.st_gid == fresh.st_gid;
@@ -341,7 +393,7 @@ bool FileReplacement::takesOverAll() {
 }
 
 bool FileReplacement::renameOver(Existing existing) {
-    if (!directory_.isOpen() || (target_.isOpen() && !takesOverAll())) {
+    if (!directory_.isOpen()) {
         return false;
     }
     if (!target_.isOpen() && scratchName_.empty()) {
@@ -353,6 +405,7 @@ bool FileReplacement::renameOver(Existing existing) {
         }
     }
     const SignalsHeld held; // nothing stays behind if one ends the process
+    const bool hadNoName = scratchName_.empty();
     for (int number = 0; scratchName_.empty(); ++number) {
         const std::string name = unfinishedName(number);
         if (link(name)) {
@@ -365,9 +418,13 @@ bool FileReplacement::renameOver(Existing existing) {
                                ? renameToNewName(directory_.number(), scratchName_, name_)
                                : renameat(directory_.number(), scratchName_.c_str(),
                                           directory_.number(), name_.c_str()) == 0;
+    const int fault = errno;
     if (isRenamed) {
         scratchName_.clear();
+    } else if (hadNoName) {
+        unlinkat(directory_.number(), std::exchange(scratchName_, {}).c_str(), 0);
     }
+    errno = fault;
     return isRenamed;
 }
 
@@ -382,11 +439,11 @@ bool FileReplacement::link(const std::string& name) {
 
 bool FileReplacement::copyOver() {
     if (!target_.isOpen()) {
-        target_ = Descriptor(openat(directory_.number(), name_.c_str(),
-                                    O_WRONLY | O_CREAT | O_CLOEXEC, forEverybody));
+        target_ = FileDescriptor(openat(directory_.number(), name_.c_str(),
+                                        O_WRONLY | O_CREAT | O_CLOEXEC, forEverybody));
     }
     Status content = {};
-    std::ignore = flock(target_.number(), LOCK_EX);
+    lock(target_.number(), LOCK_EX);
     if (!target_.isOpen() || fstat(scratch_.number(), &content) != 0 ||
         !reserve(target_.number(), content.st_size)) {
         return false;
@@ -420,7 +477,7 @@ bool FileReplacement::beginInPlace(std::uint64_t size) {
         unlinkat(directory_.number(), std::exchange(scratchName_, {}).c_str(), 0);
     }
     scratch_.close();
-    std::ignore = flock(target_.number(), LOCK_EX);
+    lock(target_.number(), LOCK_EX);
     if (fallocate(target_.number(), FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(size)) != 0) {
         return false;
     }

@@ -1,27 +1,12 @@
 // A file whose content is replaced as a whole: until the new one is complete, the old one stays.
 #pragma once
 
+#include "shared/FileDescriptor.h"
+
 #include <cstdint>
 #include <string>
 
 namespace consolidator {
-
-/// A file descriptor that is closed when its owner goes.
-class Descriptor {
-public:
-    Descriptor() = default;
-    explicit Descriptor(int number) : number_(number) {}
-    ~Descriptor() { close(); }
-    Descriptor(Descriptor&& other) noexcept;
-    Descriptor& operator=(Descriptor&& other) noexcept;
-
-    bool isOpen() const { return number_ >= 0; }
-    int number() const { return number_; }
-    void close();
-
-private:
-    int number_ = -1;
-};
 
 /// Takes the new content of a file and puts it into the old one's place when it is complete.
 ///
@@ -39,6 +24,8 @@ private:
 ///   followed to the file that they lead to. A kill leaves nothing behind, but for the instant
 ///   between naming and renaming. Where the file system has no files without names it has one from
 ///   the beginning: "NAME.unfinished-PID-0".
+/// - Where the file has lost its name meanwhile, to another process or to nobody, the new one takes
+///   it all the same.
 /// - Where a user would see that it is another file (it has a second name, its owner cannot be
 ///   given, something is mounted there), the content is copied over the old one when it is
 ///   complete, once there is room for it.
@@ -49,7 +36,7 @@ private:
 ///
 /// Of two processes that replace a file at the same time the last one wins as a whole. Waiting for
 /// each other would save both changes, but a process that stands still would stop all others. Those
-/// that write in place wait (flock), for as long as that takes, for each other.
+/// that write in place wait (flock) for each other and for who reads, some seconds at most.
 class FileReplacement {
 public:
     /// What is to be done with a file that has come to a new file's name meanwhile.
@@ -91,6 +78,10 @@ public:
     /// to be written over and cut off at the new end.
     bool beginInPlace(std::uint64_t size);
 
+    /// Waits, before a file is read, until one that is writing to it in place has done so, some
+    /// seconds at most, and keeps others from it until the file is closed.
+    static void waitForWriter(int file);
+
     /// Whether the path leads to the file that is to be replaced, or will come to be.
     bool isTarget(const std::string& path) const;
 
@@ -102,20 +93,24 @@ private:
     void findPlace(const std::string& path);
     bool makeScratch(unsigned mode);
     bool makeNamedScratch(unsigned mode);
+    bool isNamed() const;
+    bool isRenamedAway() const;
+    bool isStored() const;
     bool takesOverAll();
+    void takeOverFromName();
     bool renameOver(Existing existing);
     bool link(const std::string& name);
     bool copyOver();
     std::string unfinishedName(int number) const;
 
     Way way_ = Way::None;
-    Descriptor target_;       ///< The old file, or the pipe or device. Not open for a new file.
-    Descriptor directory_;    ///< Of the file, if it is known by a name there.
-    Descriptor scratch_;      ///< The new content.
-    std::string name_;        ///< In the directory.
-    std::string scratchName_; ///< There, while the scratch has one.
-    bool isMade_ = false;     ///< The target was made by open(), and nothing is in it.
-    bool isOther_ = false;    ///< Of make(): the old file is not written to.
+    FileDescriptor target_;    ///< The old file, or the pipe or device. Not open for a new file.
+    FileDescriptor directory_; ///< Of the file, if it is known by a name there.
+    FileDescriptor scratch_;   ///< The new content.
+    std::string name_;         ///< In the directory.
+    std::string scratchName_;  ///< There, while the scratch has one.
+    bool isMade_ = false;      ///< The target was made by open(), and nothing is in it.
+    bool isOther_ = false;     ///< Of make(): the old file is not written to.
 };
 
 } // namespace consolidator

@@ -285,7 +285,7 @@ void CheckCommand::reportDatabaseAsInput(Findings& findings) const {
             std::error_code error;
             if (!databasePath_.empty() && std::filesystem::equivalent(path, databasePath_, error)) {
                 findings.add({path, 0, Severity::Error, Code::DatabaseIsInput,
-                              "is given with -f too: a run empties it before it is read"});
+                              "is given with -f too: a run takes it as empty"});
             }
         }
     }

@@ -3,8 +3,8 @@
 //     consolidator-inspect sqlite DB OUT            makes OUT, see SqliteExport.h
 //     consolidator-inspect sqlite --force DB OUT    replaces it
 //
-// Nothing is printed unless something is wrong. OUT appears when it is complete: an export that
-// fails leaves nothing behind.
+// Nothing is printed unless something is wrong. OUT appears when it is complete; see
+// shared/FileReplacement.h for what an export that fails leaves behind.
 
 #include "inspect/commands/Commands.h"
 #include "inspect/commands/DatabaseCommand.h"

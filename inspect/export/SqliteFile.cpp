@@ -11,7 +11,7 @@ namespace {
 // SQLite opens files by their names, and a file that is to leave nothing behind has none. So the
 // system call with which SQLite opens this name, which nothing else has, gives the file that is
 // about to be opened. SQLite takes one function for all connections of a process: hence a variable.
-constexpr const char* nameForSqlite = "/consolidator/file without a name";
+constexpr const char* nameForSqlite = "/file of the inspector that has no name";
 int fileForSqlite = -1;
 
 int openForSqlite(const char* path, int flags, int mode) {
@@ -28,6 +28,8 @@ int openConnection(int descriptor, sqlite3** connection) {
                            reinterpret_cast<sqlite3_syscall_ptr>(openForSqlite)); // NOLINT
     const int result = sqlite3_open_v2(nameForSqlite, connection,
                                        SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+    system->xSetSystemCall(system, "open", nullptr); // as it was
+    fileForSqlite = -1;
     return result;
 }
 

@@ -55,6 +55,16 @@ TEST_F(StopsTest, AreSortedByFileAndLine) {
                 ElementsAre("a src/y.cpp:3", "b src/y.cpp:3", "a src/y.cpp:20", "b y.cpp:7"));
 }
 
+TEST_F(StopsTest, AreNotTheOnlyConditionsOfAnInstance) {
+    Kernel& kernel = kernels[0];
+    kernel.addInstancePath("top/a_1");
+    kernel.setType(KernelType::RTL);
+    const BreakableCondition start{BreakableCondition::Start, "== $i/go 1'b1 && $i/on"};
+    const std::string path = conditionPath(kernel, 0);
+    EXPECT_EQ(conditionFor(kernel, start, 0), "== " + path + "/go 1'b1 && " + path + "/on");
+    EXPECT_THROW(conditionFor(kernel, start, 1), std::out_of_range);
+}
+
 TEST_F(StopsTest, AreFoundByAWholePathOrItsEnd) {
     EXPECT_THAT(placesOf(stopsIn(kernels, "src/sly.cpp")), ElementsAre("b src/sly.cpp:3"));
     EXPECT_THAT(stopsIn(kernels, "ly.cpp"), IsEmpty());

@@ -1,9 +1,10 @@
 // A library to be loaded before the C library (LD_PRELOAD). It counts the calls with which a
 // program opens, reads, writes and names files, and lets one go wrong:
 //
-//     FAILING_CALL=17 FAILING_HOW=kill       at the 17th the process is killed
-//     FAILING_CALL=17 FAILING_HOW=28         from the 17th on, those that need room fail with errno
-//     28 FAILING_COUNT=FILE                     the number of calls goes into FILE in the end
+//     FAILING_CALL=17 FAILING_HOW=kill   at the 17th the process is killed
+//     FAILING_CALL=17 FAILING_HOW=28     from the 17th on, those that need room fail, errno 28
+//     FAILING_COUNT=FILE                 the number of calls goes into FILE in the end
+//     FAILING_UNNAMED=1                  as on a file system without files that have no name
 //
 // Calls that the C library makes within itself are not seen; so the standard streams' functions are
 // counted, and not only what they are made of.
@@ -16,9 +17,11 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/types.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace {
@@ -26,12 +29,14 @@ namespace {
 int calls = 0;
 int failingCall = 0;
 int failingErrno = 0; // 0: the process is killed
+bool unnamedFails = false;
 
 __attribute__((constructor)) void begin() {
     const char* const call = std::getenv("FAILING_CALL");
     const char* const how = std::getenv("FAILING_HOW");
     failingCall = call == nullptr ? 0 : std::atoi(call);
     failingErrno = how == nullptr ? 0 : std::atoi(how);
+    unnamedFails = std::getenv("FAILING_UNNAMED") != nullptr;
 }
 
 __attribute__((destructor)) void end() {
@@ -96,6 +101,10 @@ int openat(int directory, const char* path, int flags, ...) {
     va_start(list, flags);
     const auto mode = static_cast<mode_t>(makesFile(flags) ? va_arg(list, int) : 0);
     va_end(list);
+    if (unnamedFails && (flags & O_TMPFILE) == O_TMPFILE) {
+        errno = EOPNOTSUPP;
+        return -1;
+    }
     return fails(makesFile(flags)) ? -1 : next(&::openat, "openat")(directory, path, flags, mode);
 }
 
@@ -187,6 +196,24 @@ int fchmod(int file, mode_t mode) noexcept {
 
 int linkat(int from, const char* path, int to, const char* name, int flags) noexcept {
     return fails(true) ? -1 : next(&::linkat, "linkat")(from, path, to, name, flags);
+}
+
+int fsetxattr(int file, const char* name, const void* value, std::size_t size, int flags) noexcept {
+    return fails(true) ? -1 : next(&::fsetxattr, "fsetxattr")(file, name, value, size, flags);
+}
+
+ssize_t pread(int file, void* to, std::size_t size, off_t offset) {
+    fails(false);
+    return next(&::pread, "pread")(file, to, size, offset);
+}
+
+int flock(int file, int operation) noexcept {
+    fails(false);
+    return next(&::flock, "flock")(file, operation);
+}
+
+int renameat2(int from, const char* path, int to, const char* name, unsigned flags) noexcept {
+    return fails(true) ? -1 : next(&::renameat2, "renameat2")(from, path, to, name, flags);
 }
 
 int renameat(int from, const char* path, int to, const char* name) noexcept {
