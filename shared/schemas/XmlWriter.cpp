@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <ranges>
 #include <string>
 
 namespace lmx60 {
@@ -97,9 +96,9 @@ void NamespaceScope::leave() {
 bool NamespaceScope::declare(const NamespaceDeclaration& declaration) {
     std::vector<std::string_view>& uris = uris_[declaration.prefix];
     const std::string_view current = uris.empty() ? std::string_view() : uris.back();
-    const auto own = std::ranges::subrange(
-        declared_.begin() + static_cast<std::ptrdiff_t>(elements_.back()), declared_.end());
-    if (current == declaration.uri || std::ranges::find(own, declaration.prefix) != own.end()) {
+    const auto own = declared_.begin() + static_cast<std::ptrdiff_t>(elements_.back());
+    if (current == declaration.uri ||
+        std::find(own, declared_.end(), declaration.prefix) != declared_.end()) {
         return false;
     }
     uris.push_back(declaration.uri);

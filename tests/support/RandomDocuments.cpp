@@ -82,6 +82,8 @@ const Names oddBeginnings{"\xEF\xBB\xBF",
                           "<!DOCTYPE project SYSTEM \"missing.dtd\">\n",
                           "<!DOCTYPE project [<!ENTITY a \"b\">]>\n",
                           "<!DOCTYPE project [<!ATTLIST arg type CDATA \"int\">]>\n",
+                          "<!DOCTYPE project [<!ENTITY a \"&a;\"><!ATTLIST x y CDATA \"&a;\">]>\n",
+                          "<!DOCTYPE project [<!ELEMENT project>]>\n",
                           "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n"};
 
 } // namespace
