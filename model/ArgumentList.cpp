@@ -25,10 +25,11 @@ const Variable* ArgumentList::find(std::string_view sourceName) {
     if (beginning == nullptr) {
         return std::get<VariableList>(items_).find(sourceName);
     }
-    if (beginning->list == nullptr) {
+    if (beginning->items().empty()) {
         return nullptr;
     }
-    // The list has its index, as its elements came by findOrAdd(): nothing in it changes.
+    // The list has its index, as its elements came by findOrAdd(): nothing in it changes, and other
+    // threads may look into it.
     const Variable* const found = beginning->list->find(sourceName);
     const bool isMine = found != nullptr && beginning->list->positionOf(*found) < beginning->count;
     return isMine ? found : nullptr;

@@ -18,7 +18,7 @@ KernelCoverage::Count countOf(const KernelView& nets, std::span<const Variable> 
     for (const Variable& variable : variables) {
         ++count.total;
         if (nets.registersOf(variable.hardwareName).empty()) {
-            missing.push_back({&variable, areArguments, std::nullopt});
+            missing.push_back({&variable, areArguments, nullptr});
         } else {
             ++count.located;
         }

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,7 +27,8 @@ struct NearNet {
 struct MissingName {
     const Variable* variable;
     bool isArgument; ///< Else a local variable.
-    std::optional<NearNet> nearest;
+    /// Null until one is found. There can be millions without, see ArgumentList.
+    std::shared_ptr<const NearNet> nearest;
 };
 
 /// Signs that an instance path is not what its writer meant. Where a count is 0, what follows it

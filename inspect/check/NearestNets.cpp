@@ -5,6 +5,7 @@
 #include "readers/LLFile.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 
 namespace consolidator::inspect {
@@ -133,8 +134,8 @@ void NearestNets::offerSameName(const Net& net, Wanted& wanted) {
         (isInKernel ? sameNameInKernelScore : sameNameScore) + commonBeginning(net.name, path);
     if (score > wanted.score) {
         wanted.score = score;
-        wanted.missing->nearest = {'/' + std::string(net.name), net.file, net.line, true,
-                                   isInKernel};
+        wanted.missing->nearest = std::make_shared<NearNet>(
+            NearNet{'/' + std::string(net.name), net.file, net.line, true, isInKernel});
     }
 }
 
@@ -165,8 +166,8 @@ void NearestNets::offerAlike(const Net& net, const Alike& alike) {
     const std::size_t score = likeness + (isInKernel ? alikeInKernelScore : 0);
     if (score > wanted.score) {
         wanted.score = score;
-        wanted.missing->nearest = {'/' + std::string(net.name), net.file, net.line, false,
-                                   isInKernel};
+        wanted.missing->nearest = std::make_shared<NearNet>(
+            NearNet{'/' + std::string(net.name), net.file, net.line, false, isInKernel});
     }
 }
 

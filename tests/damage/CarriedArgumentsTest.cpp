@@ -86,9 +86,9 @@ private:
         const std::size_t start = nothing.find("[ ") + 2;
         take(std::string_view(nothing).substr(0, start));
         for (std::size_t i = 0; i < kernels_.size(); ++i) {
-            const std::string document = knownJson({kernels_[i]});
-            const std::size_t size = document.size() - nothing.size();
-            const std::string_view json = std::string_view(document).substr(start, size);
+            const std::string alone = knownJson({kernels_[i]});
+            const std::size_t size = alone.size() - nothing.size();
+            const std::string_view json = std::string_view(alone).substr(start, size);
             const std::size_t place = json.find(heading) + heading.size();
             take(i == 0 ? "" : ", ");
             take(json.substr(0, place));
@@ -159,7 +159,7 @@ TEST_F(CarriedArguments, OfAFewKernelsAreInEachOfThem) {
     std::vector<KnownVariable> arguments;
     std::vector<KnownKernel> kernels;
     for (const std::string name : {"kernel_0", "kernel_1", "kernel_2"}) {
-        for (const std::string port : {name + "_argument_0", name + "_argument_1"}) {
+        for (const std::string& port : {name + "_argument_0", name + "_argument_1"}) {
             arguments.push_back({port, port, "int*", 64});
         }
         kernels.push_back({.name = name, .arguments = arguments});

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,7 +15,7 @@ namespace {
 
 /// Looks for the variable "sum_reg" of a kernel at "top/r/k_1" among these nets, one on each
 /// line.
-std::optional<NearNet> nearestIn(const std::vector<std::string>& nets) {
+std::shared_ptr<const NearNet> nearestIn(const std::vector<std::string>& nets) {
     Kernel kernel;
     kernel.addInstancePath("top/r/k_1");
     kernel.addVariable("sum", "sum_reg", "int");
