@@ -83,6 +83,10 @@ bool ConsolidatedFile::open(const std::string& path, bool create, bool dumpOnly)
     if (!create_) {
         readExisting(path);
     }
+    return openTarget(path);
+}
+
+bool ConsolidatedFile::openTarget(const std::string& path) {
     auto target = std::make_unique<FileReplacement>();
     if (!target->open(path)) {
         if (errno == ENOMEM) {
@@ -278,29 +282,32 @@ void ConsolidatedFile::addRequiredSections() {
     }
 }
 
-void ConsolidatedFile::write() {
+bool ConsolidatedFile::write() {
     if (!target_) {
-        return;
+        errno = EBADF;
+        return false;
     }
     addRequiredSections();
     const std::vector<SectionEntry> wanted = sections_;
-    const int fault = writeTo(openDescriptor(target_->begin()));
+    int fault = writeTo(openDescriptor(target_->begin()));
     if (fault == 0) {
-        target_->commit();
-        return;
+        return target_->commit();
     }
-    const bool isFull = fault == ENOSPC || fault == EDQUOT;
-    if (!isFull || !target_->canGoInPlace() || !canBeWrittenAgain()) {
-        return;
+    if ((fault == ENOSPC || fault == EDQUOT) && target_->canGoInPlace() && canBeWrittenAgain()) {
+        // No room for a second file. If there is for the new one alone, it goes over the old.
+        fault = writeInPlace(wanted, fault);
     }
-    // There is no room for a second file. If there is for the new one alone, it goes over the old.
+    errno = fault;
+    return fault == 0;
+}
+
+/// Writes over the old file. Returns 0 or the error; `fault` if there is not even room for that.
+int ConsolidatedFile::writeInPlace(const std::vector<SectionEntry>& wanted, int fault) {
     isTranslated_ = true;
     sections_ = wanted;
     const std::uint64_t size = measure();
     sections_ = wanted;
-    if (target_->beginInPlace(size)) {
-        writeTo(openDescriptor(target_->begin()));
-    }
+    return target_->beginInPlace(size) ? writeTo(openDescriptor(target_->begin())) : fault;
 }
 
 /// Whether writing once more, without translating the conditions again, makes the same bytes: in

@@ -45,9 +45,8 @@ namespace consolidator {
 
 /// One database in memory, opened once for one run.
 ///
-/// It prints nothing and does not report write failures: a run that has got as far as writing
-/// ends well. But until all is written, the old file stays as it was (see FileReplacement), so that
-/// a run which is refused or interrupted, and a full disk, leave it. Positions in the file are
+/// It prints nothing. Until all is written, the old file stays as it was (see FileReplacement), so
+/// that a run which is refused or interrupted, and a full disk, leave it. Positions in the file are
 /// signed 32-bit numbers, so databases of 2 GiB or more are not supported: a JSON document that
 /// would reach beyond is left out, with a size of 0, and sections that would begin beyond are left
 /// out with their entries.
@@ -81,6 +80,10 @@ public:
     /// DWARF and kernels are passed over, and not even that behind the last project name.
     bool open(const std::string& path, bool create, bool dumpOnly);
 
+    /// Opens the file that write() will replace, as open() does; reads nothing. False, with errno,
+    /// when that is impossible.
+    bool openTarget(const std::string& path);
+
     /// Adds the content of the file at `path`. False when it is not a whole consolidated file; what
     /// was read before the fault stays, except for the half-read last kernel or payload. A file
     /// without the magic number adds nothing at all.
@@ -107,9 +110,9 @@ public:
     void mergeKernel(Kernel kernel, MergeObserver* observer = nullptr);
 
     /// Writes the whole file anew, translating the kernels' conditions on the way. To be called
-    /// once for each open(), and without effect before it. What cannot be written whole leaves the
-    /// old file.
-    void write();
+    /// once for each open() or openTarget(), and without effect before it. What cannot be written
+    /// whole leaves the old file. Returns whether all has got into place; errno says why not.
+    bool write();
 
     /// Whether an input of this path is the file that write() will replace. Such an input counts
     /// as empty.
@@ -159,6 +162,7 @@ private:
     void addRequiredSections();
     bool canBeWrittenAgain() const;
     std::uint64_t measure();
+    int writeInPlace(const std::vector<SectionEntry>& wanted, int fault);
     int writeTo(FileHandle stream);
     void writePayloads();
     bool writeSection(SectionEntry& entry);

@@ -59,11 +59,11 @@ struct InputOption {
     using ManyPaths = std::vector<std::string> InputPaths::*;
 
     InputKind kind;
-    char letter;                            ///< 'l', for -l.
-    std::string_view longName;              ///< "ll", for --ll.
-    std::string_view description;           ///< In the consolidator's --help.
-    std::string_view checkDescription;      ///< In the --help of `consolidator-inspect check`.
-    std::string_view content;               ///< What such a file is: "a logic-location file".
+    char letter;                       ///< 'l', for -l.
+    std::string_view longName;         ///< "ll", for --ll.
+    std::string_view description;      ///< In the consolidator's --help.
+    std::string_view checkDescription; ///< In the --help of the inspector's `check` and `merge`.
+    std::string_view content;          ///< What such a file is: "a logic-location file".
     std::variant<OnePath, ManyPaths> paths; ///< Where the files' paths are kept.
 
     /// Takes the files in; called by addInputs().

@@ -114,6 +114,7 @@ public:
         add(makeAtCommand);
         add(makeBreakCommand);
         add(makeCheckCommand);
+        add(makeMergeCommand);
         add(makeJsonCommand);
         add(makeSqliteCommand);
         add(makeDiffCommand);

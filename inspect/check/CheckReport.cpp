@@ -198,6 +198,12 @@ void printText(const CheckReport& report, Console& console) {
                 << inWords(report.findings.count(Severity::Error), "error") << ", "
                 << inWords(report.findings.count(Severity::Warning), "warning") << ", "
                 << inWords(report.findings.count(Severity::Note), "note") << '\n';
+    if (report.outcome) {
+        console.out << printable(report.outcome->path)
+                    << (report.outcome->isWritten() ? ": written"
+                                                    : ": not written: " + report.outcome->reason)
+                    << '\n';
+    }
 }
 
 void printJson(const CheckReport& report, std::ostream& out) {
@@ -208,6 +214,10 @@ void printJson(const CheckReport& report, std::ostream& out) {
     writeNumber(json, "warnings", report.findings.count(Severity::Warning));
     writeNumber(json, "notes", report.findings.count(Severity::Note));
     writeNumber(json, "mistakenKernels", report.kernelsOfWrongKind);
+    if (report.outcome) {
+        json.Key("written");
+        json.Bool(report.outcome->isWritten());
+    }
     json.Key("findings");
     json.StartArray();
     for (const Finding& finding : report.findings.kept()) {

@@ -1,12 +1,18 @@
 // `consolidator-inspect check OPTIONS`: what a run of the consolidator would make of its inputs,
-// and what it would pass over in silence.
+// and what it would pass over in silence. `consolidator-inspect merge OPTIONS`: the same, and the
+// database is written if there is no error.
 //
 //     $ consolidator-inspect check -f accelerator.bin -h system.hier -k kernel.xml -l top.ll
 //     top.ll:30: error: line begins with "Info", not "Bit": reading stops here and nothing of …
 //     …
 //
-// It takes the inputs as the consolidator does, reads them by the same code in the same order, and
-// writes nothing. What it prints is told in CheckReport.h.
+//     $ consolidator-inspect merge -f accelerator.bin -h system.hier -k kernel.xml -l top.ll
+//     …
+//     accelerator.bin: not written: 1 error
+//
+// Both take the inputs as the consolidator does and read them by the same code in the same order.
+// `check` writes nothing; `merge` writes what the consolidator would, byte for byte, or leaves the
+// old database as it is. What they print is told in CheckReport.h.
 
 #include "driver/Inputs.h"
 #include "inspect/check/CheckReport.h"
@@ -15,6 +21,7 @@
 #include "inspect/commands/Commands.h"
 #include "inspect/commands/UsageError.h"
 #include "query/Database.h"
+#include "shared/Numbers.h"
 #include "shared/Printable.h"
 
 #include <CLI/CLI.hpp>
@@ -24,6 +31,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -172,19 +180,54 @@ void addList(CLI::App& command, const std::string& names, std::vector<std::strin
         ->type_name("FILE");
 }
 
+/// Whether the consolidator would refuse the whole run. So does a merge then, whatever its options.
+bool isRefused(const Findings& findings) {
+    return std::ranges::any_of(findings.kept(), [](const Finding& finding) {
+        return finding.code == Code::OtherProject || finding.code == Code::NewerVersion ||
+               finding.code == Code::RepeatedOption;
+    });
+}
+
+/// Whether the file at `path` is what this program prints into. To open it for writing empties it,
+/// and a database among findings is none.
+bool isPrintedInto(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::is_regular_file(path, error) &&
+           (std::filesystem::equivalent(path, "/dev/stdout", error) ||
+            std::filesystem::equivalent(path, "/dev/stderr", error));
+}
+
+/// Says why the database could not be written.
+Status writingFailed(const std::string& path, const std::string& reason, Console& console) {
+    console.err << printable(path) << ": error: cannot be written: " << reason << '\n';
+    return Status::Unreadable;
+}
+
+/// `check` and `merge`.
 class CheckCommand final : public Command {
 public:
+    enum class Mode { Check, Merge };
+
     /// Adds the command to the command line.
-    explicit CheckCommand(CLI::App& commandLine);
+    CheckCommand(CLI::App& commandLine, Mode mode);
 
     Status run(Console& console) override;
 
 private:
     /// `all` has these options already, by their whole names; without it none is abbreviated.
     void addOptions(CLI::App& command, const CLI::App* all);
+    void addMergeOptions(CLI::App& command);
+    bool isMerge() const { return mode_ == Mode::Merge; }
+    bool writes() const { return isMerge() && !dryRun_; }
     Status check(Console& console);
+    Status look(OldDatabase& old, Findings& findings, Console& console);
+    void reportCommandLine(Findings& findings) const;
     void reportDatabaseAsInput(Findings& findings) const;
+    std::string reasonNotToWrite(const Findings& findings) const;
+    MergeOutcome write(ConsolidatedFile& database, const Findings& findings) const;
+    Status statusOf(const Findings& findings) const;
 
+    Mode mode_;
     InputPaths inputs_;
     std::vector<std::string> dwarfFiles_;
     bool add_ = false;    ///< As without; the consolidator has this option.
@@ -192,16 +235,29 @@ private:
     std::string databasePath_;
     std::string project_;
     std::string format_ = "text";
+
+    // Of a merge alone.
+    bool warningsAreErrors_ = false;
+    bool keepGoing_ = false; ///< Writes in spite of errors.
+    bool dryRun_ = false;    ///< Is a check.
 };
 
-CheckCommand::CheckCommand(CLI::App& commandLine) {
+CheckCommand::CheckCommand(CLI::App& commandLine, Mode mode) : mode_(mode) {
     // How far a name may be cut short is known when all are, and an option takes no more names once
     // it is added. So they are added twice, first to a command line that nobody uses.
     CLI::App all;
     addOptions(all, nullptr);
-    CLI::App& command = *commandLine.add_subcommand(
-        "check", "Read inputs as the consolidator does, and say what goes wrong; write nothing");
+    CLI::App& command =
+        isMerge()
+            ? *commandLine.add_subcommand(
+                  "merge", "Read inputs as check does, and write the database if there is no error")
+            : *commandLine.add_subcommand(
+                  "check",
+                  "Read inputs as the consolidator does, and say what goes wrong; write nothing");
     addOptions(command, &all);
+    if (isMerge()) {
+        addMergeOptions(command);
+    }
 }
 
 void CheckCommand::addOptions(CLI::App& command, const CLI::App* all) {
@@ -213,7 +269,8 @@ void CheckCommand::addOptions(CLI::App& command, const CLI::App* all) {
         command.add_flag(names("-a", "add"), add_, "Add to what the database holds (default)");
     command
         .add_flag(names("-c", "create"), create_,
-                  "Check for a new database, whatever the one of -f holds now")
+                  isMerge() ? "Start the database afresh, whatever it holds now"
+                            : "Check for a new database, whatever the one of -f holds now")
         ->excludes(add);
     for (const InputOption& input : inputOptions()) {
         const auto* const many = std::get_if<InputOption::ManyPaths>(&input.paths);
@@ -223,7 +280,8 @@ void CheckCommand::addOptions(CLI::App& command, const CLI::App* all) {
     }
     command
         .add_option(names("-f", "consolidated_file"), databasePath_,
-                    "Consolidated file that the inputs would be added to")
+                    isMerge() ? "Consolidated file that the inputs are added to; needed"
+                              : "Consolidated file that the inputs would be added to")
         ->check(emptyNameError)
         ->type_name("DB");
     command.add_option(names("-p", "project"), project_, "Name of the project")->type_name("NAME");
@@ -232,12 +290,25 @@ void CheckCommand::addOptions(CLI::App& command, const CLI::App* all) {
         ->type_name("FORM");
 }
 
+/// They have no abbreviations, and leave the other options theirs: those of the consolidator's
+/// command line.
+void CheckCommand::addMergeOptions(CLI::App& command) {
+    command.add_flag("--werror", warningsAreErrors_, "Take warnings for errors: write nothing");
+    command.add_flag("--keep-going", keepGoing_,
+                     "Write in spite of errors, as the consolidator does");
+    command.add_flag("--dry-run", dryRun_, "Do what check does: write nothing");
+}
+
 Status CheckCommand::run(Console& console) {
     if (!dwarfFiles_.empty()) {
         inputs_.dwarfFile = dwarfFiles_.front();
     }
+    const std::string_view name = isMerge() ? "merge" : "check";
+    if (isMerge() && databasePath_.empty()) {
+        return usageError(console, name, "no consolidated file is given; -f names it");
+    }
     if (!inputs_.anyInput()) {
-        return usageError(console, "check", "no input file is given");
+        return usageError(console, name, "no input file is given");
     }
     return check(console);
 }
@@ -245,20 +316,11 @@ Status CheckCommand::run(Console& console) {
 Status CheckCommand::check(Console& console) {
     Findings findings;
     OldDatabase old;
-    if (create_ && !databasePath_.empty()) {
-        OldDatabase::checkWritable(databasePath_, findings);
+    const Status status = look(old, findings, console);
+    if (status != Status::Fine) {
+        return status;
     }
-    if (!databasePath_.empty() && !create_ && !old.read(databasePath_, project_, findings)) {
-        console.err << printable(databasePath_) << ": error: " << old.error() << '\n';
-        return Status::Unreadable;
-    }
-    for (std::size_t i = 1; i < dwarfFiles_.size(); ++i) {
-        findings.add(
-            {dwarfFiles_[i], 0, Severity::Error, Code::RepeatedOption,
-             "-d is given more than once: the consolidator refuses the whole command line, "
-             "and only the first one is looked at here"});
-    }
-    reportDatabaseAsInput(findings);
+    reportCommandLine(findings);
     Progress progress(console.err, console.progress);
     InputCheck inputs(old.content(), findings, progress);
     inputs.addOldDatabase(databasePath_);
@@ -267,16 +329,54 @@ Status CheckCommand::check(Console& console) {
 
     ProjectCheck project(old.content(), inputs, findings, progress);
     project.run();
+    std::optional<MergeOutcome> outcome;
+    if (writes()) {
+        outcome = write(old.content(), findings);
+    }
     const CheckReport report{findings, project.coverage(), project.kernelsOfWrongKind(),
-                             !inputs.readLogicLocations().empty()};
+                             !inputs.readLogicLocations().empty(), outcome};
     if (format_ == "json") {
         printJson(report, console.out);
     } else {
         printText(report, console);
     }
-    const bool anyFault =
-        findings.count(Severity::Error) > 0 || findings.count(Severity::Warning) > 0;
-    return anyFault ? Status::Findings : Status::Fine;
+    return outcome && outcome->hasFailed ? writingFailed(databasePath_, outcome->reason, console)
+                                         : statusOf(findings);
+}
+
+/// Looks at the database as it is, and opens it if it will be written: from then on, an input that
+/// is the database counts as empty, as with the consolidator. Fine, or Unreadable after a message.
+Status CheckCommand::look(OldDatabase& old, Findings& findings, Console& console) {
+    if (create_ && !databasePath_.empty()) {
+        OldDatabase::checkWritable(databasePath_, findings);
+    }
+    if (!databasePath_.empty() && !create_ && !old.read(databasePath_, project_, findings)) {
+        console.err << printable(databasePath_) << ": error: " << old.error() << '\n';
+        return Status::Unreadable;
+    }
+    if (!writes()) {
+        return Status::Fine;
+    }
+    if (isPrintedInto(databasePath_)) {
+        return writingFailed(databasePath_, "it is the output of this program", console);
+    }
+    if (!old.content().openTarget(databasePath_)) {
+        return writingFailed(databasePath_, std::strerror(errno), console);
+    }
+    if (!project_.empty()) {
+        old.content().setProject(project_);
+    }
+    return Status::Fine;
+}
+
+void CheckCommand::reportCommandLine(Findings& findings) const {
+    for (std::size_t i = 1; i < dwarfFiles_.size(); ++i) {
+        findings.add(
+            {dwarfFiles_[i], 0, Severity::Error, Code::RepeatedOption,
+             "-d is given more than once: the consolidator refuses the whole command line, "
+             "and only the first one is looked at here"});
+    }
+    reportDatabaseAsInput(findings);
 }
 
 void CheckCommand::reportDatabaseAsInput(Findings& findings) const {
@@ -291,10 +391,49 @@ void CheckCommand::reportDatabaseAsInput(Findings& findings) const {
     }
 }
 
+/// In words that follow "not written: "; empty if nothing speaks against it.
+std::string CheckCommand::reasonNotToWrite(const Findings& findings) const {
+    if (isRefused(findings)) {
+        return "the run is refused";
+    }
+    const std::uint64_t errors = findings.count(Severity::Error);
+    const std::uint64_t warnings = warningsAreErrors_ ? findings.count(Severity::Warning) : 0;
+    if (keepGoing_ || errors + warnings == 0) {
+        return "";
+    }
+    std::string reason = errors > 0 ? inWords(errors, "error") : "";
+    if (warnings > 0) {
+        reason += (reason.empty() ? "" : ", ") + inWords(warnings, "warning");
+    }
+    return reason;
+}
+
+/// Writes the database unless the findings are against it.
+MergeOutcome CheckCommand::write(ConsolidatedFile& database, const Findings& findings) const {
+    MergeOutcome outcome{databasePath_, reasonNotToWrite(findings)};
+    if (outcome.isWritten() && !database.write()) {
+        outcome.reason = std::strerror(errno);
+        outcome.hasFailed = true;
+    }
+    return outcome;
+}
+
+/// A merge does its work in spite of warnings, unless it is told not to; a check is there for them.
+Status CheckCommand::statusOf(const Findings& findings) const {
+    const bool doWarningsCount = !writes() || warningsAreErrors_;
+    const bool anyFault = findings.count(Severity::Error) > 0 ||
+                          (doWarningsCount && findings.count(Severity::Warning) > 0);
+    return anyFault ? Status::Findings : Status::Fine;
+}
+
 } // namespace
 
 std::unique_ptr<Command> makeCheckCommand(CLI::App& commandLine) {
-    return std::make_unique<CheckCommand>(commandLine);
+    return std::make_unique<CheckCommand>(commandLine, CheckCommand::Mode::Check);
+}
+
+std::unique_ptr<Command> makeMergeCommand(CLI::App& commandLine) {
+    return std::make_unique<CheckCommand>(commandLine, CheckCommand::Mode::Merge);
 }
 
 } // namespace consolidator::inspect

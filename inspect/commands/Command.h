@@ -11,7 +11,7 @@ namespace consolidator::inspect {
 enum class Status : std::uint8_t {
     Fine = 0,
     Findings = 1,   ///< Something was found that should not be, or nothing that should be.
-    Unreadable = 2, ///< A file cannot be read, or the command line cannot be understood.
+    Unreadable = 2, ///< A file cannot be read or written, or the command line not be understood.
 };
 
 /// One command: `consolidator-inspect NAME …`. A derived class adds its name, options and their

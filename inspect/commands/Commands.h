@@ -35,6 +35,9 @@ std::unique_ptr<Command> makeBreakCommand(CLI::App& commandLine);
 /// silence. Nothing is written.
 std::unique_ptr<Command> makeCheckCommand(CLI::App& commandLine);
 
+/// `merge`: the same, and the database is written if there is no error.
+std::unique_ptr<Command> makeMergeCommand(CLI::App& commandLine);
+
 /// `json`: the content of a database as JSON.
 std::unique_ptr<Command> makeJsonCommand(CLI::App& commandLine);
 

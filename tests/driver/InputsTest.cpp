@@ -136,14 +136,16 @@ TEST(InputOptions, AreThoseThatTheConsolidatorTells) {
                 ElementsAreArray(expected));
 }
 
-TEST(InputOptions, AreThoseThatCheckTells) {
+TEST(InputOptions, AreThoseThatCheckAndMergeTell) {
     const TemporaryDirectory directory;
-    const CommandResult help = runInspector(directory.path("."), {"check", "--help"});
     std::vector<Listed> expected = listedInTable(&InputOption::checkDescription);
-    // It takes more than one DWARF file, to say that the consolidator does not.
+    // They take more than one DWARF file, to say that the consolidator does not.
     expected.front().isRepeatable = true;
-    EXPECT_THAT(listedIn(help.out, "^  (-.),--(\\S+) FILE( \\.\\.\\.)? +(.*)"),
-                ElementsAreArray(expected));
+    for (const std::string command : {"check", "merge"}) {
+        const CommandResult help = runInspector(directory.path("."), {command, "--help"});
+        EXPECT_THAT(listedIn(help.out, "^  (-.),--(\\S+) FILE( \\.\\.\\.)? +(.*)"),
+                    ElementsAreArray(expected));
+    }
 }
 
 TEST(InputOptions, AreTakenByBothPrograms) {
@@ -220,7 +222,7 @@ std::vector<Listed> listedInManPage(const std::string& text) {
 }
 
 std::string checkPartOfManPage() {
-    return part(document("packaging/consolidator-inspect.1.scd"), "## check", "## json");
+    return part(document("packaging/consolidator-inspect.1.scd"), "## check", "## merge");
 }
 
 TEST(InputDocuments, ListTheOptions) {

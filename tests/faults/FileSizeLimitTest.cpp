@@ -1,8 +1,9 @@
 // Outputs that stop growing half-way, at the limit of file sizes and on a full device: a database
-// is left as it was then.
+// is left as it was then, and a merge says so.
 
 #include "tests/support/Bytes.h"
 #include "tests/support/Command.h"
+#include "tests/support/InspectRun.h"
 #include "tests/support/KnownKernels.h"
 #include "tests/support/Repeated.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -20,6 +21,7 @@ namespace consolidator::test {
 
 namespace {
 
+using testing::EndsWith;
 using testing::IsEmpty;
 
 struct FileSizeLimit : testing::Test {
@@ -92,6 +94,27 @@ TEST_F(FileSizeLimit, InsideTheJsonTextIsNoneOfTheFormat) {
     // room for, nothing but an empty section would be written.
     prepare(200000, 400000);
     expectNothingUnder(16 + 3 * 24 + 400000 + 100000);
+}
+
+TEST_F(FileSizeLimit, IsNoticedByAMerge) {
+    prepare(50000, 40000);
+    const std::vector<std::string> arguments = {"merge", "-c",    "-f", "db",       "--keep-going",
+                                                "-d",    "dwarf", "-h", "good.hier"};
+    directory.write("db", old);
+    const auto before = directory.contents();
+    // What is printed has room: the streams of tests are files, too.
+    for (const std::size_t limit : {std::size_t{60000}, whole.size() - 1}) {
+        const CommandResult result =
+            runInspector(directory.path("."), arguments, limited(RLIMIT_FSIZE, limit));
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.err, "db: error: cannot be written: File too large\n");
+        EXPECT_THAT(result.out, EndsWith("\ndb: not written: File too large\n"));
+        EXPECT_THAT(directory.differencesFrom(before), IsEmpty()) << limit;
+    }
+    const CommandResult result =
+        runInspector(directory.path("."), arguments, limited(RLIMIT_FSIZE, whole.size()));
+    EXPECT_THAT(result.out, EndsWith("\ndb: written\n"));
+    EXPECT_TRUE(directory.read("db") == whole);
 }
 
 TEST_F(FileSizeLimit, CutsADumpOff) {

@@ -122,6 +122,8 @@ expect "two databases" "$every_file" "$(in_bash consolidator-inspect diff projec
 expect "not a third" "" "$(in_bash consolidator-inspect diff project.db project.db "")"
 expect "formats" "$(lines json text)" "$(in_bash consolidator-inspect check --format "")"
 expect "inputs" top.ll "$(in_bash consolidator-inspect check -l t | head -n 1)"
+expect "inputs to merge" top.ll "$(in_bash consolidator-inspect merge --dry-run -l t | head -n 1)"
+expect "options behind a flag" --werror "$(in_bash consolidator-inspect merge --dry-run "" | grep werror)"
 expect "unknown command" "" "$(in_bash consolidator-inspect strange "")"
 
 if command -v zsh >/dev/null; then

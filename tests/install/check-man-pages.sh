@@ -43,6 +43,8 @@ for program in consolidator consolidator-inspect; do
     expect_options "$program" "" "$(sed 's/\\-/-/g' "$pages/$program.1")"
     for command in $(commands_of "$program"); do
         text=$(section "$program" "$command")
+        # It says that it takes the options of check too, which are not told twice.
+        [ "$command" != merge ] || text+=$(section "$program" check)
         [ -n "$text" ] || fail "$program.1 does not tell of the command $command"
         expect_options "$program" "$command" "$text"
     done

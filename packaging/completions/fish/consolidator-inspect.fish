@@ -1,6 +1,6 @@
 # Completion of consolidator-inspect's command line for fish.
 
-set -l commands summary kernel find at break check json sqlite diff verify
+set -l commands summary kernel find at break check merge json sqlite diff verify
 
 complete -c consolidator-inspect -n "not __fish_seen_subcommand_from $commands" -f
 complete -c consolidator-inspect -n "not __fish_seen_subcommand_from $commands" -l version -d 'Show the version, and how the programs were made'
@@ -12,6 +12,7 @@ complete -c consolidator-inspect -n __fish_use_subcommand -a find -d 'Look for n
 complete -c consolidator-inspect -n __fish_use_subcommand -a at -d 'Show what lies at a place of the device'
 complete -c consolidator-inspect -n __fish_use_subcommand -a break -d 'Show where one can stop'
 complete -c consolidator-inspect -n __fish_use_subcommand -a check -d 'Tell what happens to inputs'
+complete -c consolidator-inspect -n __fish_use_subcommand -a merge -d 'Write the database if there is no error'
 complete -c consolidator-inspect -n __fish_use_subcommand -a json -d 'Print the content as JSON'
 complete -c consolidator-inspect -n __fish_use_subcommand -a sqlite -d 'Write the content as an SQLite database'
 complete -c consolidator-inspect -n __fish_use_subcommand -a diff -d 'Compare two databases'
@@ -19,18 +20,22 @@ complete -c consolidator-inspect -n __fish_use_subcommand -a verify -d 'Check th
 
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from find' -s r -l regex -d 'The pattern is a regular expression'
 
-complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s a -l add -d 'Add to the database (default)'
-complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s c -l create -d 'Make the database anew'
-complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s f -l consolidated_file -rF -d 'The database to add to'
-complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s p -l project -x -d 'The name of the project'
-complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s d -l DWARF -rF -d 'DWARF metadata'
-complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s h -l hierarchy -rF -d 'Hierarchy metadata of the system linker'
-complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s k -l kernel -rF -d 'Kernel description'
-complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s s -l hls -rF -d 'Kernel metadata of high-level synthesis'
-complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s x -l aux -rF -d 'Auxiliary XML of high-level synthesis'
-complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s l -l ll -rF -d 'Logic locations'
-complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -s r -l ram -rF -d 'RAM utilization report'
-complete -c consolidator-inspect -n '__fish_seen_subcommand_from check' -l format -xa 'text json' -d 'How to print'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from check merge' -s a -l add -d 'Add to the database (default)'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from check merge' -s c -l create -d 'Make the database anew'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from check merge' -s f -l consolidated_file -rF -d 'The database to add to'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from check merge' -s p -l project -x -d 'The name of the project'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from check merge' -s d -l DWARF -rF -d 'DWARF metadata'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from check merge' -s h -l hierarchy -rF -d 'Hierarchy metadata of the system linker'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from check merge' -s k -l kernel -rF -d 'Kernel description'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from check merge' -s s -l hls -rF -d 'Kernel metadata of high-level synthesis'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from check merge' -s x -l aux -rF -d 'Auxiliary XML of high-level synthesis'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from check merge' -s l -l ll -rF -d 'Logic locations'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from check merge' -s r -l ram -rF -d 'RAM utilization report'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from check merge' -l format -xa 'text json' -d 'How to print'
+
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from merge' -l werror -d 'Take warnings for errors'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from merge' -l keep-going -d 'Write in spite of errors'
+complete -c consolidator-inspect -n '__fish_seen_subcommand_from merge' -l dry-run -d 'Write nothing'
 
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from json' -l pretty -d 'With line breaks'
 complete -c consolidator-inspect -n '__fish_seen_subcommand_from json' -l dwarf -d 'With the bytes of the DWARF section'
