@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <iostream>
 #include <sstream>
@@ -193,6 +194,31 @@ TEST_F(Opening, SucceedsOnAFileThatIsNoDatabase) {
 TEST_F(Opening, FailsWhenTheFileCannotBeMade) {
     EXPECT_FALSE(file_.open(directory_.path("missing/db.bin"), false, false));
     EXPECT_FALSE(file_.open(directory_.path("missing/db.bin"), true, false));
+}
+
+TEST_F(Opening, OfATargetReadsNothing) {
+    const std::string content = DatabaseBuilder().section(0, "demo").bytes();
+    const std::string path = directory_.write("db.bin", content);
+    EXPECT_TRUE(file_.openTarget(path));
+    expectUntouched();
+    EXPECT_TRUE(file_.isReplaced(path));
+    EXPECT_EQ(directory_.read("db.bin"), content);
+    EXPECT_TRUE(file_.write());
+    EXPECT_EQ(directory_.read("db.bin"), knownDatabase({}));
+}
+
+TEST_F(Opening, OfATargetTellsWhyItFails) {
+    EXPECT_FALSE(file_.openTarget(directory_.path("missing/db.bin")));
+    EXPECT_EQ(errno, ENOENT);
+}
+
+TEST_F(Opening, IsNeededForWriting) {
+    EXPECT_FALSE(file_.write());
+    EXPECT_EQ(errno, EBADF);
+    ConsolidatedFile full;
+    EXPECT_TRUE(full.openTarget("/dev/full"));
+    EXPECT_FALSE(full.write());
+    EXPECT_EQ(errno, ENOSPC);
 }
 
 TEST_F(Opening, ForADumpFailsOnAMissingFileAndDoesNotMakeIt) {

@@ -3,11 +3,13 @@
 
 #include "tests/support/Command.h"
 #include "tests/support/HowBuilt.h"
+#include "tests/support/InspectRun.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
@@ -237,6 +239,46 @@ TEST_F(Replacement, IsNotKeptFromByALockOfSomebodyElse) {
     add("db", "second.hier");
     EXPECT_EQ(directory.read("db"), fresh);
     close(file);
+}
+
+// What a merge says is so: that the database is written, or why it is not.
+TEST_F(Replacement, IsToldOfByAMergeWhateverFailsFromAnyCallOn) {
+    if (sanitized || emulated) {
+        GTEST_SKIP() << "the sanitizers want to be the first library";
+    }
+    // As JSON, which is printed by few calls; those may fail too, and then the status tells of it.
+    const std::vector<std::string> words = {"merge",       "-f",       "db",  "-h",
+                                            "second.hier", "--format", "json"};
+    const auto merge = [&](const Preparation& prepare) {
+        directory.write("db", old);
+        return runInspector(directory.path("."), words, [prepare] {
+            setenv("LD_PRELOAD", failingCalls, 1);
+            prepare();
+        });
+    };
+    merge([this] { setenv("FAILING_COUNT", directory.path("count").c_str(), 1); });
+    const int calls = std::atoi(directory.read("count").c_str());
+    ASSERT_GE(calls, 500);
+    int replaced = 0;
+    for (const int fault : {ENOSPC, EACCES, EIO, EMFILE}) {
+        // Each call near the end, where the database gets its name.
+        const int end = calls - 30;
+        for (int call = 1; call <= calls; call += call < end ? std::min(97, end - call) : 1) {
+            const CommandResult result = merge([=] {
+                setenv("FAILING_CALL", std::to_string(call).c_str(), 1);
+                setenv("FAILING_HOW", std::to_string(fault).c_str(), 1);
+            });
+            const bool isFresh = directory.read("db") == fresh;
+            EXPECT_TRUE(isFresh || directory.read("db") == old);
+            const bool saysSo = result.out.find("\"written\":true") != std::string::npos;
+            EXPECT_TRUE(result.status == 2 || (result.status == 0 && isFresh && saysSo))
+                << "errno " << fault << " from " << call << " of " << calls;
+            EXPECT_TRUE(isFresh || !saysSo);
+            replaced += isFresh ? 1 : 0;
+        }
+    }
+    EXPECT_GT(replaced, 0);
+    EXPECT_LT(replaced, 4 * 30); // the naming is among those at the end
 }
 
 TEST_F(Replacement, DoesNotHappenWhenARunIsRefused) {
