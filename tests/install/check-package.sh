@@ -91,6 +91,10 @@ inspect_by() {
         arguments=(-h system.hier -k kernel.xml -s blend.hls -l top.ll)
         cd "$mistake"
         ;;
+    merge)
+        arguments=(-f merged.bin -h "$source/examples/system.hier" -k "$source/examples/kernel.xml"
+            -s "$source/examples/scale_rows.hls" -l "$source/examples/top.ll")
+        ;;
     sqlite) arguments+=(accelerator.sqlite) ;;
     diff) arguments+=(accelerator.bin) ;;
     esac
